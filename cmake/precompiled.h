@@ -1,0 +1,21 @@
+#pragma once
+// The headers that nearly every Qt source of ours includes; precompiled once a target.
+#include <QAbstractTableModel>
+#include <QByteArray>
+#include <QList>
+#include <QMatrix4x4>
+#include <QObject>
+#include <QSharedPointer>
+#include <QString>
+#include <QUrl>
+#include <QVariant>
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>

@@ -38,4 +38,5 @@ static_assert(offsetof(DecodedFrame, dirtyValues) == 4088);
 
 namespace tarvo {
 using lidar::DecodedFrame;
+using lidar::SDKPointInfo;
 }

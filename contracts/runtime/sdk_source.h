@@ -145,5 +145,6 @@ static_assert(offsetof(SDKSource, ispEngine) == 2264);
 
 namespace tarvo {
 using lidar::PlayState;
+using lidar::SDKPointInfo;
 using lidar::SDKSource;
 }  // namespace tarvo

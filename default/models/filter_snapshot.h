@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace tarvo::skarnvisor {
 
@@ -24,6 +25,13 @@ struct FilterSnapshot {
 
     /// True when the filter rejects the point. Allocates nothing; any thread.
     bool isFiltered(const tarvo::lidar::SDKPointInfo& point) const;
+
+    /// Writes 1 to `filtered[i]` for each rejected one of `count` points, else 0. Each slot is one loop
+    /// over the run, so a run that fits the first-level cache costs far less a point than `isFiltered`.
+    void filterRun(const tarvo::lidar::SDKPointInfo* points, std::size_t count, std::uint8_t* filtered) const;
+
+    /// True when the filter rejects no point whatever it holds, so that a caller may leave the test out.
+    bool filtersNothing() const;
 
     static std::array<bool, slots> offeredAtStart();
     static std::array<float, floatSlots * 2> floatLimitsAtStart();

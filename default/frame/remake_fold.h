@@ -1,0 +1,46 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+namespace tarvo::skarnvisor {
+
+/// The 2-D remake lays the points of a frame out as a grid, in their order; frames that were merged in
+/// one decode and are equally long fold onto one grid.
+class RemakeFold {
+public:
+    struct Cell {
+        int row;
+        int column;
+    };
+
+    RemakeFold() = default;
+
+    /// \param width columns of the grid; below 1 counts as 1
+    /// \param merged frames in the decode
+    /// \param pointCount points of the decode
+    RemakeFold(int width, int merged, int pointCount)
+        : m_width(std::max(width, 1))
+        , m_perFrame(merged >= 2 && pointCount / merged > 0 && pointCount % merged == 0 ? pointCount / merged
+                                                                                       : pointCount)
+    {
+    }
+
+    /// Cell of the point with this index.
+    [[nodiscard]] Cell cellOf(std::size_t index) const noexcept
+    {
+        const auto plain = static_cast<int>(index);
+        const int folded = m_perFrame > 0 ? plain % m_perFrame : plain;
+        return {folded / m_width, folded % m_width};
+    }
+
+    /// Coordinates, in metres, that stand in for the point's own: x is 0, the grid is centred.
+    [[nodiscard]] float yOf(Cell cell) const noexcept { return static_cast<float>(cell.row - m_perFrame / m_width / 2); }
+    [[nodiscard]] float zOf(Cell cell) const noexcept { return static_cast<float>(cell.column - m_width / 2); }
+
+private:
+    int m_width = 1;
+    int m_perFrame = 0;
+};
+
+} // namespace tarvo::skarnvisor

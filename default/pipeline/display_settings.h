@@ -1,6 +1,6 @@
 #pragma once
 
-#include "default/pipeline/settings_value.h"
+#include "default/models/settings_value.h"
 
 #include <QMatrix4x4>
 #include <QString>

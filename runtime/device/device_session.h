@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -18,8 +17,8 @@ class DeviceSession {
   DeviceSession(const DeviceSession &) = delete;
   DeviceSession &operator=(const DeviceSession &) = delete;
 
-  /// Starts connecting by TCP on a thread of its own and returns; an attempt ends after 3 seconds. A second call while
-  /// one is under way, or while the connection stands to the same host and port, does nothing. A failure is logged at
+  /// Starts connecting by TCP to a numeric address, on a thread of its own, and returns; an attempt ends after 3 seconds.
+  /// A call while one is under way, or while the connection stands, does nothing. A failure is logged at
   /// level 4 with host, port and reason.
   void open(const std::string &host, std::uint16_t port);
   void close();

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -30,6 +31,9 @@ class FrameQueueEngine : public ParallelIspEngine {
  public:
   explicit FrameQueueEngine(std::size_t capacity = 8) : capacity_(capacity ? capacity : 1) {}
 
+  /// Called with the sequence that a pull looks for and does not find, on the puller's thread and without the engine's
+  /// lock: it has that frame decoded and pushed. Set before the first pull.
+  void setFrameRequester(std::function<void(std::int64_t)> request);
   /// Switching off drops the frames held and ends every wait.
   void setEnabled(bool on);
   /// Puts a frame at its place in the order, in place of one of the same sequence. In a full queue the oldest frame
@@ -51,10 +55,11 @@ class FrameQueueEngine : public ParallelIspEngine {
   void ClearAll(std::int64_t sequence) override;
 
  private:
-  bool takeLocked(std::deque<QueuedFrame>::iterator frame, QueuedFrame &out);
+  QueuedFrame takeLocked(std::deque<QueuedFrame>::iterator frame);
   static void fill(SDKSource &source, QueuedFrame &&frame);
 
   const std::size_t capacity_;
+  std::function<void(std::int64_t)> request_;
   mutable std::mutex mutex_;  // guards every member below
   std::condition_variable arrived_;
   std::deque<QueuedFrame> frames_;  // by rising sequence

@@ -46,6 +46,7 @@ class Functor : public QObject {
 
   FunctorScheduler *m_scheduler = nullptr;
   QList<QPointer<Functor>> m_successors;
+  QString m_lastError;  ///< of the run before; the scheduler's thread only
 };
 
 }  // namespace tarvo::skarnvisor

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-
 #include <vector>
 
 namespace tarvo::skarnvisor {
@@ -18,18 +17,18 @@ struct FunctorRow {
   QString nameOf;
 };
 
-/// What the host creates for a category and key, in this order. Functors die in the reverse order, so the clip loader, which
-/// owns the source, comes first.
+/// What the host creates for a category and key, in this order. Functors die in the reverse order, so the clip loader,
+/// which owns the source, comes first.
 struct CategoryPlan {
   std::vector<FunctorRow> functors;  ///< empty: no such category
   ClipRefresh refresh = ClipRefresh::Repeated;
 };
 
-[[nodiscard]] CategoryPlan categoryPlan(const QString& category, const QString& key);
-[[nodiscard]] ClipRefresh clipRefreshOf(const QString& category);
+[[nodiscard]] CategoryPlan categoryPlan(const QString &category, const QString &key);
+[[nodiscard]] ClipRefresh clipRefreshOf(const QString &category);
 
 /// Class names of the functors that open sources.
-inline constexpr const char* lidarLoaderClass = "tarvo::skarnvisor::DefaultSDKLoader";
-inline constexpr const char* folderLoaderClass = "tarvo::skarnvisor::DefaultPcdLoader";
+inline constexpr const char *lidarLoaderClass = "tarvo::skarnvisor::DefaultSDKLoader";
+inline constexpr const char *folderLoaderClass = "tarvo::skarnvisor::DefaultPcdLoader";
 
 }  // namespace tarvo::skarnvisor

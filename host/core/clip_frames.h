@@ -1,11 +1,11 @@
 #pragma once
 
-#include "contracts/host/time.h"
-
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QObject>
 #include <QPointer>
+
+#include "contracts/host/time.h"
 
 namespace tarvo::skarnvisor {
 
@@ -15,7 +15,7 @@ class ClipFrames {
  public:
   ClipFrames() = default;
   /// Observes `clip`; a clip that died has 0 frames.
-  explicit ClipFrames(QObject* clip);
+  explicit ClipFrames(QObject *clip);
 
   [[nodiscard]] int count() const;
   /// The moment to put the cursor at for frame `index` (0 .. count - 1): its start and a little more, since both the

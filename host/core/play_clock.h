@@ -1,11 +1,11 @@
 #pragma once
 
-#include "contracts/host/time.h"
-
 #include <algorithm>
 #include <chrono>
 #include <functional>
 #include <utility>
+
+#include "contracts/host/time.h"
 
 namespace tarvo::skarnvisor {
 

@@ -1,24 +1,23 @@
 #pragma once
 
-#include "host/core/play_clock.h"
-#include "host/core/timeline_track.h"
-
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QTimer>
-
 #include <optional>
+
+#include "host/core/play_clock.h"
+#include "host/core/timeline_track.h"
 
 namespace tarvo::skarnvisor {
 
-/// Owns the cursor: playing, stepping, following. Each move of the cursor goes to every track, which then runs its chain.
-/// Lives on the GUI thread.
+/// Owns the cursor: playing, stepping, following. Each move of the cursor goes to every track, which then runs its
+/// chain. Lives on the GUI thread.
 ///
-/// Tracks with a frame index are played frame by frame: the cursor goes from one frame's start to the next, when its time has
-/// come and every such track has shown what it was last asked for. So no frame is shown twice and none is left out; a
-/// speed that the machine can't hold is not held. Tracks without one follow the clock, and skip what they have no time for.
-/// Steps and the frame number are those of the leading track, the one added or chosen last.
+/// Tracks with a frame index are played frame by frame: the cursor goes from one frame's start to the next, when its
+/// time has come and every such track has shown what it was last asked for. So no frame is shown twice and none is left
+/// out; a speed that the machine can't hold is not held. Tracks without one follow the clock, and skip what they have
+/// no time for. Steps and the frame number are those of the leading track, the one added or chosen last.
 class Timeline : public QObject {
   Q_OBJECT
   Q_PROPERTY(double cursorSeconds READ cursorSeconds WRITE seekSeconds NOTIFY cursorChanged)
@@ -36,14 +35,14 @@ class Timeline : public QObject {
   static constexpr double minSpeed = 0.1;
   static constexpr double maxSpeed = 10.0;
 
-  explicit Timeline(QObject* parent = nullptr, PlayClock::Source clock = PlayClock::steadySource());
+  explicit Timeline(QObject *parent = nullptr, PlayClock::Source clock = PlayClock::steadySource());
   ~Timeline() override;
 
   /// The track is observed until `removeTrack` and becomes the leading one. If the cursor lies outside it, and nothing
   /// plays, the cursor goes to its begin; a live track makes the timeline follow and play.
-  void addTrack(TimelineTrack* track);
-  void removeTrack(TimelineTrack* track);
-  void setLeadingTrack(TimelineTrack* track);
+  void addTrack(TimelineTrack *track);
+  void removeTrack(TimelineTrack *track);
+  void setLeadingTrack(TimelineTrack *track);
   /// A track's extent or frame count changed.
   void updateExtent();
 
@@ -101,18 +100,18 @@ class Timeline : public QObject {
   [[nodiscard]] std::optional<TimePoint> beginBehind(TimePoint time) const;
   [[nodiscard]] bool hasLiveTrack() const;
   [[nodiscard]] bool isAtEnd() const;
-  [[nodiscard]] TimePoint firstCursor(const TimelineTrack& track) const;
-  [[nodiscard]] TimePoint lastCursor(const TimelineTrack& track) const;
+  [[nodiscard]] TimePoint firstCursor(const TimelineTrack &track) const;
+  [[nodiscard]] TimePoint lastCursor(const TimelineTrack &track) const;
   [[nodiscard]] TimePoint playEnd() const;
 
-  QList<TimelineTrack*> m_tracks;
-  TimelineTrack* m_leading = nullptr;
+  QList<TimelineTrack *> m_tracks;
+  TimelineTrack *m_leading = nullptr;
   TimePoint m_cursor;
   TimePoint m_begin;
   TimePoint m_end;
   int m_frameCount = 0;
-  bool m_placed = false;             ///< the cursor has been put somewhere
-  bool m_placedWithoutIndex = false; ///< ... by us, before the leading track had an index
+  bool m_placed = false;              ///< the cursor has been put somewhere
+  bool m_placedWithoutIndex = false;  ///< ... by us, before the leading track had an index
   bool m_playing = false;
   bool m_loop = false;
   bool m_follow = false;

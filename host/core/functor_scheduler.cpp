@@ -1,0 +1,132 @@
+#include "host/core/functor_scheduler.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <set>
+
+#include "contracts/host/functor.h"
+#include "contracts/host/log.h"
+#include "contracts/host/threads.h"
+
+SKARN_LOG_SOURCE("host/functor_scheduler");
+
+namespace tarvo::skarnvisor {
+namespace {
+
+// How often a thread that waits for a stage looks for calls that the stage directs at it.
+constexpr std::chrono::milliseconds servingPeriod{2};
+
+bool leadsTo(const Functor *from, const Functor *to, std::set<const Functor *> &seen) {
+  for (const Functor *next : from->successors()) {
+    if (next == to) return true;
+    if (seen.insert(next).second && leadsTo(next, to, seen)) return true;
+  }
+  return false;
+}
+
+bool isPredecessor(const Functor *candidate, const Functor *of) {
+  std::set<const Functor *> seen;
+  return candidate != of && leadsTo(candidate, of, seen);
+}
+
+}  // namespace
+
+FunctorScheduler::~FunctorScheduler() { stop(); }
+
+FunctorScheduler &FunctorScheduler::shared() {
+  static FunctorScheduler scheduler;
+  return scheduler;
+}
+
+bool FunctorScheduler::waitsBehindItsPredecessors(const Functor *functor) const {
+  for (auto waiting = m_queue.rbegin(); waiting != m_queue.rend(); ++waiting) {
+    if (*waiting == functor) return true;
+    if (isPredecessor(*waiting, functor)) return false;
+  }
+  return false;
+}
+
+void FunctorScheduler::post(Functor *functor) {
+  const std::lock_guard lock(m_mutex);
+  if (m_stopping || waitsBehindItsPredecessors(functor)) return;
+  m_queue.push_back(functor);
+  if (!m_thread.joinable()) m_thread = std::thread([this] { loop(); });
+  m_changed.notify_all();
+}
+
+bool FunctorScheduler::isPending(const Functor *functor) const {
+  const std::lock_guard lock(m_mutex);
+  return m_running == functor || std::find(m_queue.begin(), m_queue.end(), functor) != m_queue.end();
+}
+
+bool FunctorScheduler::isIdle() const {
+  const std::lock_guard lock(m_mutex);
+  return m_running == nullptr && m_queue.empty();
+}
+
+std::vector<Functor *> FunctorScheduler::waiting() const {
+  const std::lock_guard lock(m_mutex);
+  return {m_queue.begin(), m_queue.end()};
+}
+
+void FunctorScheduler::waitForRunning(std::unique_lock<std::mutex> &lock, const Functor *functor) {
+  const auto isOver = [&] { return functor == nullptr ? m_running == nullptr : m_running != functor; };
+  while (!isOver()) {
+    if (m_changed.wait_for(lock, servingPeriod, isOver)) return;
+    lock.unlock();
+    serveWaitingCalls();
+    lock.lock();
+  }
+}
+
+void FunctorScheduler::forget(Functor *functor) {
+  std::unique_lock lock(m_mutex);
+  std::erase(m_queue, functor);
+  if (m_thread.get_id() != std::this_thread::get_id()) waitForRunning(lock, functor);
+}
+
+void FunctorScheduler::stop() {
+  std::unique_lock lock(m_mutex);
+  m_stopping = true;
+  m_queue.clear();
+  m_changed.notify_all();
+  waitForRunning(lock, nullptr);
+  lock.unlock();
+  if (m_thread.joinable()) m_thread.join();
+}
+
+void FunctorScheduler::loop() {
+  std::unique_lock lock(m_mutex);
+  for (;;) {
+    m_changed.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
+    if (m_queue.empty()) return;
+    m_running = m_queue.front();
+    m_queue.pop_front();
+    lock.unlock();
+    execute(m_running);
+    lock.lock();
+    m_running = nullptr;
+    m_changed.notify_all();
+  }
+}
+
+void FunctorScheduler::execute(Functor *functor) {
+  QString error;
+  try {
+    (*functor)();
+  } catch (const std::exception &failure) {
+    error = QString::fromLocal8Bit(failure.what());
+    if (error.isEmpty()) error = QStringLiteral("an exception without a message");
+  } catch (...) {
+    error = QStringLiteral("an exception of an unknown type");
+  }
+  // A stage that fails at every frame with the same words says so once.
+  if (!error.isEmpty() && error != functor->m_lastError) {
+    SKARN_LOG(LogLevel::Error, "%s ended with: %s", functor->metaObject()->className(), qPrintable(error));
+  }
+  functor->m_lastError = error;
+  Q_EMIT functor->finished(error);
+}
+
+}  // namespace tarvo::skarnvisor

@@ -1,5 +1,6 @@
 #include "host/core/functor_scheduler.h"
 
+#include <QThread>
 #include <algorithm>
 #include <chrono>
 #include <exception>
@@ -32,6 +33,7 @@ bool isPredecessor(const Functor *candidate, const Functor *of) {
 
 }  // namespace
 
+FunctorScheduler::FunctorScheduler() = default;
 FunctorScheduler::~FunctorScheduler() { stop(); }
 
 FunctorScheduler &FunctorScheduler::shared() {
@@ -51,7 +53,7 @@ void FunctorScheduler::post(Functor *functor) {
   const std::lock_guard lock(m_mutex);
   if (m_stopping || waitsBehindItsPredecessors(functor)) return;
   m_queue.push_back(functor);
-  if (!m_thread.joinable()) m_thread = std::thread([this] { loop(); });
+  if (!m_thread) startThread();
   m_changed.notify_all();
 }
 
@@ -83,17 +85,31 @@ void FunctorScheduler::waitForRunning(std::unique_lock<std::mutex> &lock, const 
 void FunctorScheduler::forget(Functor *functor) {
   std::unique_lock lock(m_mutex);
   std::erase(m_queue, functor);
-  if (m_thread.get_id() != std::this_thread::get_id()) waitForRunning(lock, functor);
+  if (m_thread.get() != QThread::currentThread()) waitForRunning(lock, functor);
+}
+
+void FunctorScheduler::interrupt() {
+  const std::lock_guard lock(m_mutex);
+  if (m_running != nullptr) m_thread->requestInterruption();
 }
 
 void FunctorScheduler::stop() {
   std::unique_lock lock(m_mutex);
   m_stopping = true;
   m_queue.clear();
+  if (m_running != nullptr) m_thread->requestInterruption();
   m_changed.notify_all();
   waitForRunning(lock, nullptr);
+  std::vector<std::unique_ptr<QThread>> threads = std::move(m_retired);
+  if (m_thread) threads.push_back(std::move(m_thread));
   lock.unlock();
-  if (m_thread.joinable()) m_thread.join();
+  for (const std::unique_ptr<QThread> &thread : threads) thread->wait();
+}
+
+void FunctorScheduler::startThread() {
+  m_thread.reset(QThread::create([this] { loop(); }));
+  m_thread->setObjectName(QStringLiteral("functors"));
+  m_thread->start();
 }
 
 void FunctorScheduler::loop() {
@@ -101,13 +117,20 @@ void FunctorScheduler::loop() {
   for (;;) {
     m_changed.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
     if (m_queue.empty()) return;
-    m_running = m_queue.front();
+    Functor *const functor = m_running = m_queue.front();
     m_queue.pop_front();
     lock.unlock();
-    execute(m_running);
+    execute(functor);
     lock.lock();
     m_running = nullptr;
     m_changed.notify_all();
+    if (m_stopping) return;
+    if (QThread::currentThread()->isInterruptionRequested()) {
+      // A thread's flag cannot be cleared: the next stage gets a thread of its own.
+      m_retired.push_back(std::move(m_thread));
+      startThread();
+      return;
+    }
   }
 }
 

@@ -2,9 +2,11 @@
 
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
-#include <thread>
 #include <vector>
+
+class QThread;
 
 namespace tarvo::skarnvisor {
 
@@ -17,7 +19,7 @@ class Functor;
 /// starves.
 class FunctorScheduler {
  public:
-  FunctorScheduler() = default;
+  FunctorScheduler();
   ~FunctorScheduler();
   FunctorScheduler(const FunctorScheduler &) = delete;
   FunctorScheduler &operator=(const FunctorScheduler &) = delete;
@@ -35,22 +37,27 @@ class FunctorScheduler {
 
   /// Drops the functor's waiting posts and waits for its run in progress, if there is one. For a functor about to die.
   void forget(Functor *functor);
-  /// Drops what waits, waits for the stage that runs, ends the thread. Meanwhile serves the calls that `runInThreadOf`
-  /// directs at the calling thread. Not to be called from the functor thread.
+  /// Sets the interruption flag of the functor thread (`QThread::isInterruptionRequested`) for the stage that runs now;
+  /// a stage that waits without a limit looks at it. Later stages find it clear.
+  void interrupt();
+  /// Drops what waits, interrupts and waits for the stage that runs, ends the thread. Meanwhile serves the calls that
+  /// `runInThreadOf` directs at the calling thread. Not to be called from the functor thread.
   void stop();
 
  private:
+  void startThread();
   void loop();
   void execute(Functor *functor);
   void waitForRunning(std::unique_lock<std::mutex> &lock, const Functor *functor);
   [[nodiscard]] bool waitsBehindItsPredecessors(const Functor *functor) const;
 
-  mutable std::mutex m_mutex;  ///< guards everything below but the thread's handle
+  mutable std::mutex m_mutex;  ///< guards everything below
   std::condition_variable m_changed;
   std::deque<Functor *> m_queue;
   Functor *m_running = nullptr;
   bool m_stopping = false;
-  std::thread m_thread;  ///< started by the first post, under the mutex; joined by stop()
+  std::unique_ptr<QThread> m_thread;                ///< started by the first post
+  std::vector<std::unique_ptr<QThread>> m_retired;  ///< interrupted, replaced, about to end
 };
 
 }  // namespace tarvo::skarnvisor

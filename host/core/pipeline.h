@@ -54,6 +54,9 @@ class Pipeline : public QObject, public TimelineTrack {
   [[nodiscard]] QObject *trackObject() const { return m_track; }
   [[nodiscard]] QObject *clipObject() const { return m_clip; }
 
+  /// Frames of the clip, 0 without an index.
+  [[nodiscard]] int frameCount() const { return m_frames.count(); }
+
   /// Opens the clip and loads it; `clipLoaded` follows. A clip that may grow is loaded again every `refreshInterval`
   /// from then on, for as long as it is active.
   void start();
@@ -78,7 +81,6 @@ class Pipeline : public QObject, public TimelineTrack {
   void extentChanged();
 
  private:
-  void findRoles();
   void findRoles(Functor *functor);
   void appendToChain(Functor *functor);
   void refreshClip();

@@ -95,13 +95,15 @@ class Timeline : public QObject {
   void seek(TimePoint cursor);
   void advanceFollowing();
   void reachEnd();
+  void placeCursor();
+  void skipGap();
   [[nodiscard]] bool isInsideAnyTrack(TimePoint time) const;
   [[nodiscard]] std::optional<TimePoint> nextFrameCursor() const;
-  [[nodiscard]] std::optional<TimePoint> beginBehind(TimePoint time) const;
   [[nodiscard]] bool hasLiveTrack() const;
   [[nodiscard]] bool isAtEnd() const;
   [[nodiscard]] TimePoint firstCursor(const TimelineTrack &track) const;
   [[nodiscard]] TimePoint lastCursor(const TimelineTrack &track) const;
+  [[nodiscard]] TimePoint playBegin() const;
   [[nodiscard]] TimePoint playEnd() const;
 
   QList<TimelineTrack *> m_tracks;
@@ -110,8 +112,8 @@ class Timeline : public QObject {
   TimePoint m_begin;
   TimePoint m_end;
   int m_frameCount = 0;
-  bool m_placed = false;              ///< the cursor has been put somewhere
-  bool m_placedWithoutIndex = false;  ///< ... by us, before the leading track had an index
+  TimelineTrack *m_unplaced = nullptr;  ///< added, its extent not known yet
+  bool m_placedWithoutIndex = false;    ///< the cursor stands where we put it before the leading track had an index
   bool m_playing = false;
   bool m_loop = false;
   bool m_follow = false;

@@ -48,6 +48,10 @@ class DefaultSDKNetBuffer : public ClipBuffer {
   /// Starts a recording to a file that the user is asked for, or ends it. True: done; false also when the user backed
   /// out. Must run on the thread of the widgets.
   Q_INVOKABLE bool setRecord(bool on);
+  /// The last value given to `setRecord`, whatever came of it.
+  [[nodiscard]] bool recording() const { return m_recording; }
+  /// File of the last recording, local 8-bit code page; empty before the first.
+  [[nodiscard]] const std::string &recordPath() const { return m_recordPath; }
 
  Q_SIGNALS:
   /// The shown frame, or the number of frames, is another one. May come from any thread.
@@ -63,7 +67,7 @@ class DefaultSDKNetBuffer : public ClipBuffer {
 
   std::atomic<int> m_frameID{0};
   bool m_recording = false;
-  std::string m_recordPath;  ///< local 8-bit code page
+  std::string m_recordPath;
   std::atomic<int> m_frameCount{0};
   std::atomic<bool> m_frameIndexUseful{false};
   std::atomic<bool> m_loading{true};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tarvo::skarnvisor {
+
+/// Walks the whitespace-separated tokens of one line of text. A token that is no number of the wanted kind, and the end
+/// of the line, make every later read fail, as with a stream.
+class NumberLine {
+ public:
+  NumberLine(const char *begin, const char *end) : m_position(begin), m_end(end) {}
+
+  /// Decimal or exponent form, "nan" and "inf" in any case and sign; correctly rounded. Too large a value fails, too small a
+  /// one reads as 0 or a denormal. `value` stays as it was on failure.
+  bool read(float &value);
+  /// A whole number from 0 to 65535; "-n" wraps as an unsigned stream read does.
+  bool read(std::uint16_t &value);
+  /// Steps over one token that need not be a number.
+  bool skipWord();
+  [[nodiscard]] bool failed() const { return m_failed; }
+
+ private:
+  bool nextToken(const char *&begin, const char *&end);
+  bool fail() {
+    m_failed = true;
+    return false;
+  }
+
+  const char *m_position;
+  const char *m_end;
+  bool m_failed = false;
+};
+
+}  // namespace tarvo::skarnvisor

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -19,13 +18,6 @@ constexpr std::array<std::pair<const char *, PcdPlace>, 7> places = {{{"x", PcdP
                                                                       {"confidence", PcdPlace::confidence},
                                                                       {"rowId", PcdPlace::rowId}}};
 
-template <typename T>
-T load(const char *bytes) {
-  T value;
-  std::memcpy(&value, bytes, sizeof value);
-  return value;
-}
-
 // Low 16 bits of the value without its fraction. A value that no 64-bit integer holds, NaN too, has none and gives 0.
 template <typename T>
 std::uint16_t lowWord(T value) {
@@ -37,30 +29,25 @@ std::uint16_t lowWord(T value) {
   }
 }
 
-/// Calls `use` with a zero of the element's C++ type; does nothing for a type and size that don't go together.
-template <typename Use>
-void withElementType(char type, int size, Use &&use) {
-  const auto pick = [&](auto one, auto two, auto four, auto eight) {
-    switch (size) {
-      case 1: return use(one);
-      case 2: return use(two);
-      case 4: return use(four);
-      case 8: return use(eight);
-      default: return;
-    }
+ScalarType pcdScalarType(char letter, int size) {
+  const auto pick = [size](ScalarType one, ScalarType two, ScalarType four, ScalarType eight) {
+    return size == 1 ? one : size == 2 ? two : size == 4 ? four : size == 8 ? eight : ScalarType::none;
   };
-  if (type == 'I') pick(std::int8_t{}, std::int16_t{}, std::int32_t{}, std::int64_t{});
-  if (type == 'U') pick(std::uint8_t{}, std::uint16_t{}, std::uint32_t{}, std::uint64_t{});
-  if (type == 'F' && size == 4) use(float{});
-  if (type == 'F' && size == 8) use(double{});
+  switch (letter) {
+    case 'I':
+    case 'i': return pick(ScalarType::i8, ScalarType::i16, ScalarType::i32, ScalarType::i64);
+    case 'U':
+    case 'u': return pick(ScalarType::u8, ScalarType::u16, ScalarType::u32, ScalarType::u64);
+    case 'F':
+    case 'f': return pick(ScalarType::none, ScalarType::none, ScalarType::f32, ScalarType::f64);
+    default: return ScalarType::none;
+  }
 }
-
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 template <typename Element, typename Member>
 void decodeColumn(const char *first, std::size_t stride, PcdPoint *points, std::size_t count, Member PcdPoint::*member) {
   for (std::size_t i = 0; i < count; ++i) {
-    const Element element = load<Element>(first + i * stride);
+    const Element element = loadScalar<Element>(first + i * stride);
     if constexpr (std::is_same_v<Member, float>)
       points[i].*member = static_cast<float>(element);
     else
@@ -71,7 +58,7 @@ void decodeColumn(const char *first, std::size_t stride, PcdPoint *points, std::
 template <typename Member>
 void decodeInto(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points, std::size_t count,
                 Member PcdPoint::*member) {
-  withElementType(field.type, field.size, [&](auto element) {
+  withScalarType(field.type, [&](auto element) {
     decodeColumn<decltype(element)>(first, stride, points, count, member);
   });
 }
@@ -101,8 +88,7 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
                                std::to_string(elements) + ", which no record can hold");
     PcdFieldPlan field;
     field.place = elements > 0 ? pcdPlace(header.fields[i]) : PcdPlace::none;
-    field.type = header.types[i].size() == 1 ? upper(header.types[i].front()) : '\0';
-    field.size = size;
+    field.type = header.types[i].size() == 1 ? pcdScalarType(header.types[i].front(), size) : ScalarType::none;
     field.offset = plan.width;
     field.fieldBytes = static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements);
     plan.width += field.fieldBytes;
@@ -127,13 +113,13 @@ void decodePcdField(const PcdFieldPlan &field, const char *first, std::size_t st
 
 float readFieldAsFloat(char type, int size, const char *bytes) {
   float value = 0.0F;
-  withElementType(upper(type), size, [&](auto element) { value = static_cast<float>(load<decltype(element)>(bytes)); });
+  withScalarType(pcdScalarType(type, size), [&](auto element) { value = static_cast<float>(loadScalar<decltype(element)>(bytes)); });
   return value;
 }
 
 std::uint16_t readFieldAsU16(char type, int size, const char *bytes) {
   std::uint16_t value = 0;
-  withElementType(upper(type), size, [&](auto element) { value = lowWord(load<decltype(element)>(bytes)); });
+  withScalarType(pcdScalarType(type, size), [&](auto element) { value = lowWord(loadScalar<decltype(element)>(bytes)); });
   return value;
 }
 

@@ -7,6 +7,7 @@
 
 #include "default/point_files/readers/pcd_header.h"
 #include "default/point_files/readers/pcd_point.h"
+#include "default/point_files/readers/scalar_types.h"
 
 namespace tarvo::skarnvisor {
 
@@ -19,8 +20,7 @@ enum class PcdPlace { none, x, y, z, ring, intensity, confidence, rowId };
 /// One field of a binary record that fills a place.
 struct PcdFieldPlan {
   PcdPlace place = PcdPlace::none;
-  char type = 0;                 ///< 'I', 'U' or 'F'; anything else reads as 0
-  int size = 0;                  ///< bytes of the element
+  ScalarType type = ScalarType::none;  ///< `none` reads as 0
   std::uint64_t offset = 0;      ///< in the record
   std::uint64_t fieldBytes = 0;  ///< size x count
 };

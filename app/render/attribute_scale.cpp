@@ -6,10 +6,10 @@ namespace tarvo::skarnvisor::app {
 namespace {
 
 struct Row {
-    const char *title;
-    double factor;
-    double offset;
-    const char *unit;
+  const char *title;
+  double factor;
+  double offset;
+  const char *unit;
 };
 
 constexpr std::array<Row, 13> rows{{
@@ -28,15 +28,13 @@ constexpr std::array<Row, 13> rows{{
     {"confidence", 256, 0, ""},
 }};
 
-} // namespace
+}  // namespace
 
-AttributeScale attributeScale(const QString &title)
-{
-    for (const Row &row : rows) {
-        if (title == QLatin1String(row.title))
-            return {row.factor, row.offset, QString::fromUtf8(row.unit)};
-    }
-    return {};
+AttributeScale attributeScale(const QString &title) {
+  for (const Row &row : rows) {
+    if (title == QLatin1String(row.title)) return {row.factor, row.offset, QString::fromUtf8(row.unit)};
+  }
+  return {};
 }
 
-} // namespace tarvo::skarnvisor::app
+}  // namespace tarvo::skarnvisor::app

@@ -9,74 +9,62 @@ namespace {
 
 constexpr std::size_t sampleCount = 20000;
 
-std::size_t sampleStep(const VertexCloud &cloud)
-{
-    return std::max<std::size_t>(1, cloud.size() / sampleCount);
+std::size_t sampleStep(const VertexCloud &cloud) { return std::max<std::size_t>(1, cloud.size() / sampleCount); }
+
+float quantile(std::vector<float> &values, double share) {
+  const auto index = static_cast<std::size_t>(share * static_cast<double>(values.size() - 1));
+  const auto place = values.begin() + static_cast<std::ptrdiff_t>(index);
+  std::nth_element(values.begin(), place, values.end());
+  return *place;
 }
 
-float quantile(std::vector<float> &values, double share)
-{
-    const auto index = static_cast<std::size_t>(share * static_cast<double>(values.size() - 1));
-    const auto place = values.begin() + static_cast<std::ptrdiff_t>(index);
-    std::nth_element(values.begin(), place, values.end());
-    return *place;
+}  // namespace
+
+PointCounts countPoints(const VertexCloud &cloud) {
+  PointCounts counts;
+  cloud.forEachShown(1, [&](const VertexPoint &point) {
+    ++counts.shown;
+    counts.highlighted += point.word == highlightWord ? 1 : 0;
+  });
+  counts.hidden = cloud.size() - counts.shown;
+  return counts;
 }
 
-} // namespace
-
-PointCounts countPoints(const VertexCloud &cloud)
-{
-    PointCounts counts;
-    cloud.forEachShown(1, [&](const VertexPoint &point) {
-        ++counts.shown;
-        counts.highlighted += point.word == highlightWord ? 1 : 0;
-    });
-    counts.hidden = cloud.size() - counts.shown;
-    return counts;
+SceneExtent sceneExtent(const VertexCloud &cloud) {
+  std::vector<float> reaches;
+  std::vector<float> heights;
+  cloud.forEachShown(sampleStep(cloud), [&](const VertexPoint &point) {
+    // A sensor reports a point without a return at its own place.
+    if (point.x == 0 && point.y == 0 && point.z == 0) return;
+    reaches.push_back(std::hypot(point.x, point.y));
+    heights.push_back(point.z);
+  });
+  SceneExtent extent;
+  if (reaches.empty()) return extent;
+  extent.radius = std::clamp(quantile(reaches, 0.9), 1.0F, 400.0F);
+  extent.ground = quantile(heights, 0.1);
+  extent.ceiling = quantile(heights, 0.98);
+  return extent;
 }
 
-SceneExtent sceneExtent(const VertexCloud &cloud)
-{
-    std::vector<float> reaches;
-    std::vector<float> heights;
-    cloud.forEachShown(sampleStep(cloud), [&](const VertexPoint &point) {
-        // A sensor reports a point without a return at its own place.
-        if (point.x == 0 && point.y == 0 && point.z == 0)
-            return;
-        reaches.push_back(std::hypot(point.x, point.y));
-        heights.push_back(point.z);
-    });
-    SceneExtent extent;
-    if (reaches.empty())
-        return extent;
-    extent.radius = std::clamp(quantile(reaches, 0.9), 1.0F, 400.0F);
-    extent.ground = quantile(heights, 0.1);
-    extent.ceiling = quantile(heights, 0.98);
-    return extent;
+ValueRange stretchedRange(const VertexCloud &cloud, WordKind kind) {
+  if (kind == WordKind::Rgb) return {};
+  std::vector<float> values;
+  cloud.forEachShown(sampleStep(cloud), [&](const VertexPoint &point) {
+    if (point.word == highlightWord) return;
+    const float value =
+        halfToFloat(static_cast<std::uint16_t>(kind == WordKind::HighHalf ? point.word >> 16 : point.word));
+    if (std::isfinite(value)) values.push_back(value);
+  });
+  if (values.empty()) return {};
+  ValueRange range{quantile(values, 0.01), quantile(values, 0.99)};
+  // A constant attribute sits in the middle of a small span.
+  constexpr float leastSpan = 1.0F / 512;
+  if (range.high - range.low < leastSpan) {
+    const float middle = (range.high + range.low) / 2;
+    range = {middle - leastSpan / 2, middle + leastSpan / 2};
+  }
+  return range;
 }
 
-ValueRange stretchedRange(const VertexCloud &cloud, WordKind kind)
-{
-    if (kind == WordKind::Rgb)
-        return {};
-    std::vector<float> values;
-    cloud.forEachShown(sampleStep(cloud), [&](const VertexPoint &point) {
-        if (point.word == highlightWord)
-            return;
-        const float value = halfToFloat(static_cast<std::uint16_t>(kind == WordKind::HighHalf ? point.word >> 16 : point.word));
-        if (std::isfinite(value))
-            values.push_back(value);
-    });
-    if (values.empty())
-        return {};
-    ValueRange range{quantile(values, 0.01), quantile(values, 0.99)};
-    // A constant attribute sits in the middle of a small span.
-    constexpr float leastSpan = 1.0F / 512;
-    if (range.high - range.low < leastSpan) {
-        const float middle = (range.high + range.low) / 2;
-        range = {middle - leastSpan / 2, middle + leastSpan / 2};
-    }
-    return range;
-}
-
-} // namespace tarvo::skarnvisor::app
+}  // namespace tarvo::skarnvisor::app

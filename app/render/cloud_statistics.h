@@ -1,17 +1,17 @@
 #pragma once
 
+#include <cstddef>
+
 #include "app/render/camera.h"
 #include "app/render/vertex_bytes.h"
 #include "app/render/word_colors.h"
 
-#include <cstddef>
-
 namespace tarvo::skarnvisor::app {
 
 struct PointCounts {
-    std::size_t shown = 0;
-    std::size_t hidden = 0;
-    std::size_t highlighted = 0; ///< part of `shown`
+  std::size_t shown = 0;
+  std::size_t hidden = 0;
+  std::size_t highlighted = 0;  ///< part of `shown`
 };
 
 PointCounts countPoints(const VertexCloud &cloud);
@@ -20,8 +20,8 @@ PointCounts countPoints(const VertexCloud &cloud);
 /// points. Defaults where there are none.
 SceneExtent sceneExtent(const VertexCloud &cloud);
 
-/// The values that the ramp is spread over: all but the lowest and the highest hundredth of the shown points, so that a few
-/// reflectors don't leave the rest dark. 0 to 1 where there is nothing to measure or the words hold no attribute.
+/// The values that the ramp is spread over: all but the lowest and the highest hundredth of the shown points, so that a
+/// few reflectors don't leave the rest dark. 0 to 1 where there is nothing to measure or the words hold no attribute.
 ValueRange stretchedRange(const VertexCloud &cloud, WordKind kind);
 
-} // namespace tarvo::skarnvisor::app
+}  // namespace tarvo::skarnvisor::app

@@ -18,9 +18,9 @@ constexpr std::array<QRgb, 2> greyAnchors{0xff505050, 0xffffffff};
 constexpr std::array<QRgb, 5> divergingAnchors{0xff2a5bff, 0xff86b3ff, 0xfff2f2f2, 0xffff9d7a, 0xffff3020};
 
 struct NamedRamp {
-    const char *name;
-    const QRgb *anchors;
-    int count;
+  const char *name;
+  const QRgb *anchors;
+  int count;
 };
 
 constexpr std::array<NamedRamp, 3> ramps{{
@@ -29,46 +29,37 @@ constexpr std::array<NamedRamp, 3> ramps{{
     {"grey", greyAnchors.data(), static_cast<int>(greyAnchors.size())},
 }};
 
-int blend(int from, int to, double share)
-{
-    return static_cast<int>(std::lround(from + (to - from) * share));
-}
+int blend(int from, int to, double share) { return static_cast<int>(std::lround(from + (to - from) * share)); }
 
-} // namespace
+}  // namespace
 
 ColorRamp::ColorRamp() : ColorRamp(QString::fromLatin1(ramps[0].name), ramps[0].anchors, ramps[0].count) {}
 
-std::optional<ColorRamp> ColorRamp::find(const QString &name)
-{
-    for (const NamedRamp &ramp : ramps) {
-        if (name == QLatin1String(ramp.name))
-            return ColorRamp(name, ramp.anchors, ramp.count);
-    }
-    return std::nullopt;
+std::optional<ColorRamp> ColorRamp::find(const QString &name) {
+  for (const NamedRamp &ramp : ramps) {
+    if (name == QLatin1String(ramp.name)) return ColorRamp(name, ramp.anchors, ramp.count);
+  }
+  return std::nullopt;
 }
 
-ColorRamp ColorRamp::diverging()
-{
-    return {QStringLiteral("diverging"), divergingAnchors.data(), static_cast<int>(divergingAnchors.size())};
+ColorRamp ColorRamp::diverging() {
+  return {QStringLiteral("diverging"), divergingAnchors.data(), static_cast<int>(divergingAnchors.size())};
 }
 
-QStringList ColorRamp::names()
-{
-    QStringList names;
-    for (const NamedRamp &ramp : ramps)
-        names << QString::fromLatin1(ramp.name);
-    return names;
+QStringList ColorRamp::names() {
+  QStringList names;
+  for (const NamedRamp &ramp : ramps) names << QString::fromLatin1(ramp.name);
+  return names;
 }
 
-QRgb ColorRamp::at(double share) const
-{
-    const double position = (share > 0 ? std::min(share, 1.0) : 0.0) * (m_count - 1);
-    const int index = std::min(static_cast<int>(position), m_count - 2);
-    const QRgb from = m_anchors[index];
-    const QRgb to = m_anchors[index + 1];
-    const double inside = position - index;
-    return qRgb(blend(qRed(from), qRed(to), inside), blend(qGreen(from), qGreen(to), inside),
-                blend(qBlue(from), qBlue(to), inside));
+QRgb ColorRamp::at(double share) const {
+  const double position = (share > 0 ? std::min(share, 1.0) : 0.0) * (m_count - 1);
+  const int index = std::min(static_cast<int>(position), m_count - 2);
+  const QRgb from = m_anchors[index];
+  const QRgb to = m_anchors[index + 1];
+  const double inside = position - index;
+  return qRgb(blend(qRed(from), qRed(to), inside), blend(qGreen(from), qGreen(to), inside),
+              blend(qBlue(from), qBlue(to), inside));
 }
 
-} // namespace tarvo::skarnvisor::app
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/cli/options.h"
+
+namespace tarvo::skarnvisor::app {
+
+class CaptureSession;
+
+/// The commands without a window. Each works on an opened capture, prints its result to standard output and returns an
+/// empty string, or one sentence saying why it failed.
+QString runInfo(CaptureSession &session, const Options &options);
+QString runRender(CaptureSession &session, const Options &options);
+QString runPlay(CaptureSession &session, const Options &options);
+
+}  // namespace tarvo::skarnvisor::app

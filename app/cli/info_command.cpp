@@ -1,0 +1,25 @@
+#include <QFileInfo>
+#include <cstdio>
+
+#include "app/cli/commands.h"
+#include "app/cli/report.h"
+#include "app/render/cloud_statistics.h"
+#include "app/session/capture_session.h"
+
+namespace tarvo::skarnvisor::app {
+
+QString runInfo(CaptureSession &session, const Options &options) {
+  const QString fault = session.showFrame(0);
+  if (!fault.isEmpty()) return fault;
+  const PointCounts counts = countPoints(session.view().cloud());
+  Report report;
+  addCaptureRows(report, session);
+  report.add("channels", grouped(session.view().channelCount()));
+  report.add("points of the first frame", grouped(counts.shown + counts.hidden));
+  report.add("points shown", grouped(counts.shown));
+  report.add("size", QStringLiteral("%1 bytes").arg(grouped(QFileInfo(options.file).size())));
+  report.print();
+  return {};
+}
+
+}  // namespace tarvo::skarnvisor::app

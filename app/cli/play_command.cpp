@@ -1,0 +1,143 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <algorithm>
+#include <cstdio>
+#include <set>
+
+#include "app/cli/commands.h"
+#include "app/cli/picture_maker.h"
+#include "app/cli/progress_bar.h"
+#include "app/cli/report.h"
+#include "app/render/cloud_statistics.h"
+#include "app/session/capture_session.h"
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+/// Plays, counts, and takes pictures at the frames that were chosen for it.
+class Player {
+ public:
+  Player(CaptureSession &session, const Options &options)
+      : m_session(session), m_options(options), m_maker(session, options.look), m_bar(QStringLiteral("playing")) {}
+
+  QString run();
+
+ private:
+  void choosePictures();
+  QString playEachFrame();
+  QString playByClock();
+  QString takeUpFrame(int frame);
+  QString finish();
+
+  CaptureSession &m_session;
+  const Options &m_options;
+  PictureMaker m_maker;
+  ProgressBar m_bar;
+  int m_planned = 0;
+  std::set<int> m_pictureFrames;
+  int m_frames = 0;
+  int m_pictures = 0;
+  PointCounts m_points;
+  qint64 m_playedNs = 0;
+  QElapsedTimer m_clock;
+};
+
+QString Player::run() {
+  const int limit = m_options.frameLimit;
+  m_planned = limit > 0 ? std::min(limit, m_session.frameCount()) : m_session.frameCount();
+  if (!m_options.pictureFolder.isEmpty()) {
+    if (!QDir().mkpath(m_options.pictureFolder))
+      return QStringLiteral("the folder %1 cannot be made").arg(m_options.pictureFolder);
+    const QString fault = m_maker.selectColor();
+    if (!fault.isEmpty()) return fault;
+    choosePictures();
+  }
+  const bool paced = m_options.byTime || m_options.speed > 0;
+  const QString fault = paced ? playByClock() : playEachFrame();
+  return fault.isEmpty() ? finish() : fault;
+}
+
+/// The middle of each of `pictureCount` equal shares of the frames.
+void Player::choosePictures() {
+  const int count = std::min(m_options.pictureCount, m_planned);
+  for (int i = 0; i < count; ++i) m_pictureFrames.insert(static_cast<int>((2LL * i + 1) * m_planned / (2LL * count)));
+}
+
+/// Counts the frame on the canvas, and draws it if its turn for a picture has come.
+QString Player::takeUpFrame(int frame) {
+  const PointCounts counts = countPoints(m_session.view().cloud());
+  m_points.shown += counts.shown;
+  m_points.hidden += counts.hidden;
+  ++m_frames;
+  m_playedNs += m_clock.nsecsElapsed();
+  m_bar.show(frame + 1, m_planned);
+  QString fault;
+  const bool due = !m_pictureFrames.empty() && frame >= *m_pictureFrames.begin();
+  if (due) {
+    m_pictureFrames.erase(m_pictureFrames.begin(), m_pictureFrames.upper_bound(frame));
+    const QString name = QStringLiteral("frame-%1.png").arg(frame, 4, 10, QLatin1Char('0'));
+    fault = m_maker.write(QDir(m_options.pictureFolder).filePath(name));
+    ++m_pictures;
+  }
+  // Drawing is no part of what is measured.
+  m_clock.restart();
+  return fault;
+}
+
+QString Player::playEachFrame() {
+  m_clock.start();
+  for (int frame = 0; frame < m_planned; ++frame) {
+    QString fault = m_session.showFrame(frame);
+    if (fault.isEmpty()) fault = takeUpFrame(frame);
+    if (!fault.isEmpty()) return fault;
+  }
+  return {};
+}
+
+QString Player::playByClock() {
+  Timeline &timeline = m_session.timeline();
+  m_session.view().setPlayByFrame(!m_options.byTime);
+  timeline.first();
+  if (!m_session.waitForPicture()) return QStringLiteral("the first frame was not decoded");
+  m_clock.start();
+  QString fault = takeUpFrame(std::max(timeline.frame(), 0));
+  if (m_options.speed > 0) timeline.setSpeed(m_options.speed);
+  QEventLoop loop;
+  QObject::connect(&m_session, &CaptureSession::frameShown, &loop, [&] {
+    fault = takeUpFrame(std::max(m_session.shownFrame(), 0));
+    if (!fault.isEmpty() || (m_options.frameLimit > 0 && m_frames >= m_options.frameLimit)) loop.quit();
+  });
+  QObject::connect(&timeline, &Timeline::playingChanged, &loop, [&] {
+    if (!timeline.isPlaying()) loop.quit();
+  });
+  QObject::connect(&m_session, &CaptureSession::closing, &loop, &QEventLoop::quit);
+  timeline.play();
+  if (fault.isEmpty() && timeline.isPlaying()) loop.exec();
+  timeline.pause();
+  m_session.waitForPicture();
+  return fault;
+}
+
+QString Player::finish() {
+  const double seconds = std::max(static_cast<double>(m_playedNs) * 1e-9, 1e-9);
+  Report report;
+  addCaptureRows(report, m_session);
+  report.add("frames played", grouped(m_frames));
+  report.add("points", grouped(m_points.shown + m_points.hidden));
+  report.add("points shown", grouped(m_points.shown));
+  report.add("points hidden", grouped(m_points.hidden));
+  report.add("seconds played", QString::number(seconds, 'f', 3));
+  report.add("frames a second", QString::number(m_frames / seconds, 'f', 1));
+  report.add("points a second", grouped(static_cast<double>(m_points.shown + m_points.hidden) / seconds));
+  if (m_pictures > 0) report.add("pictures", QStringLiteral("%1 in %2").arg(m_pictures).arg(m_options.pictureFolder));
+  report.print();
+  if (m_points.shown == 0) return QStringLiteral("no point was shown in %1 frames").arg(m_frames);
+  return m_options.summaryFile.isEmpty() ? QString() : report.write(m_options.summaryFile);
+}
+
+}  // namespace
+
+QString runPlay(CaptureSession &session, const Options &options) { return Player(session, options).run(); }
+
+}  // namespace tarvo::skarnvisor::app

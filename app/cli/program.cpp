@@ -1,0 +1,77 @@
+#include "app/cli/program.h"
+
+#include <QApplication>
+#include <QFile>
+#include <cstdio>
+
+#include "app/cli/commands.h"
+#include "app/cli/progress_bar.h"
+#include "app/session/capture_session.h"
+#include "app/window/window.h"
+#include "contracts/host/log.h"
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+constexpr int failure = 1;
+
+int fail(const QString &reason) {
+  std::fprintf(stderr, "skarnvisor: %s\n", reason.toLocal8Bit().constData());
+  return failure;
+}
+
+QString pluginPath(const Options &options) {
+  return options.plugin.isEmpty() ? CaptureSession::defaultPluginPath() : options.plugin;
+}
+
+int runWithoutWindow(const Options &options) {
+  CaptureSession session;
+  QString fault = session.loadPlugin(pluginPath(options));
+  if (fault.isEmpty()) fault = session.openAndWait(options.file);
+  if (fault.isEmpty()) {
+    ProgressBar bar(QStringLiteral("reading, frames found:"));
+    fault = session.waitForIndex([&bar](int frames) { bar.show(frames, 0); });
+  }
+  if (fault.isEmpty()) {
+    switch (options.command) {
+      case Command::Info:
+        fault = runInfo(session, options);
+        break;
+      case Command::Render:
+        fault = runRender(session, options);
+        break;
+      case Command::Play:
+        fault = runPlay(session, options);
+        break;
+      case Command::View:
+        break;
+    }
+  }
+  return fault.isEmpty() ? 0 : fail(fault);
+}
+
+bool hasDisplay() {
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+}  // namespace
+
+int runProgram(int argc, char **argv) {
+  const ParsedOptions parsed = parseOptions(argc, argv);
+  if (!parsed.proceed) return parsed.exitCode;
+  const Options &options = parsed.options;
+  const bool window = options.command == Command::View;
+  if (window && !hasDisplay())
+    return fail(QStringLiteral("there is no display for the window; \"render\" and \"play\" need none"));
+  if (!window) qputenv("QT_QPA_PLATFORM", "offscreen");
+  // A failure is told in one sentence; the log lines around it are for those who ask.
+  Logger::GetInstance().setConsoleMask(options.verbose ? logEverythingMask : 0);
+
+  int ownArguments = 1;
+  QApplication application(ownArguments, argv);
+  QApplication::setApplicationName(QStringLiteral("skarnvisor"));
+  return window ? runWindow(pluginPath(options), options.file) : runWithoutWindow(options);
+}
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,38 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+Column {
+    id: legend
+    spacing: 6
+
+    Label { anchors.right: parent.right; text: viewer.legendTitle; font.pixelSize: 13 }
+
+    Row {
+        anchors.right: parent.right
+        spacing: 8
+        // From the top down, so the colours and the values are taken from their end.
+        Column {
+            Repeater {
+                model: viewer.legendColors
+                Rectangle {
+                    width: 14
+                    height: 11
+                    color: viewer.legendColors[viewer.legendColors.length - 1 - index]
+                }
+            }
+        }
+        Item {
+            id: scale
+            width: 48
+            height: 11 * viewer.legendColors.length
+            Repeater {
+                model: viewer.legendTicks
+                Label {
+                    y: scale.height * (1 - index / (viewer.legendTicks.length - 1)) - height / 2
+                    text: modelData
+                    font.pixelSize: 12
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,7 @@
+uniform vec4 tint;
+out vec4 color;
+
+void main()
+{
+    color = tint;
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <functional>
+
+#include "app/session/render_view.h"
+#include "host/core/host_core.h"
+
+namespace tarvo::skarnvisor::app {
+
+/// One opened source and its picture: what the command line and the window share. Lives on the GUI thread. The
+/// functions that wait serve the thread's events meanwhile.
+class CaptureSession : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit CaptureSession(QObject *parent = nullptr);
+  ~CaptureSession() override;
+
+  /// The plug-in library that lies beside the program.
+  static QString defaultPluginPath();
+
+  /// Each returns an empty string or one sentence for the user.
+  QString loadPlugin(const QString &path);
+  QString openAndWait(const QString &path);
+  /// Until the frame index covers the whole capture. `progress` is told the frames found so far.
+  QString waitForIndex(const std::function<void(int)> &progress = {});
+  /// Moves the cursor to a frame and waits for its picture.
+  QString showFrame(int frame);
+  /// Waits until what the settings or the cursor asked for is on the canvas; false after `waitLimitMs`.
+  bool waitForPicture();
+
+  /// Closes what is open and opens `path`; `opened` or `failed` follows.
+  void open(const QString &path);
+
+  HostCore &host() { return m_host; }
+  const HostCore &host() const { return m_host; }
+  Timeline &timeline() { return *m_host.timeline(); }
+  /// Null while nothing is open.
+  Pipeline *pipeline() const { return m_pipeline; }
+  RenderView &view() { return m_view; }
+  const RenderView &view() const { return m_view; }
+
+  QString lidarType() const;
+  int port() const;
+  int frameCount() const;
+  /// Frame that the pipeline showed last.
+  int shownFrame() const;
+
+  static constexpr int waitLimitMs = 30000;
+
+ Q_SIGNALS:
+  void opened();
+  void failed(const QString &reason);
+  /// The pipeline finished a frame; the view's cloud is new.
+  void frameShown();
+  /// Same frame, other vertices or colours.
+  void pictureChanged();
+  void closing();
+
+ private:
+  void takeUp(Pipeline *pipeline);
+  bool waitUntil(const std::function<bool()> &done, int limitMs);
+
+  HostCore m_host;
+  QPointer<Pipeline> m_pipeline;
+  RenderView m_view;
+};
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include "app/render/vertex_bytes.h"
+#include "app/render/word_colors.h"
+
+namespace tarvo::skarnvisor::app {
+
+/// Which of the two colour values of a point is looked at.
+enum class ColorHalf { Main, SplitWindow };
+
+/// What the program knows of a plug-in's render buffer, read and written through its meta-object. A property that the
+/// buffer lacks reads as empty, 0 or false. Used on the GUI thread.
+class RenderView {
+ public:
+  RenderView() = default;
+  /// Observes the buffer; after its end everything reads as empty.
+  explicit RenderView(QObject *buffer) : m_buffer(buffer) {}
+
+  bool isEmpty() const { return m_buffer.isNull(); }
+  QObject *buffer() const { return m_buffer; }
+  /// The vertices of the current picture; the bytes are the caller's own.
+  VertexCloud cloud() const;
+  QStringList colorTitles() const;
+  QString colorTitle(ColorHalf half) const;
+  /// Title as the buffer lists it, whatever its case; false for one that it does not list.
+  bool setColor(ColorHalf half, const QString &title);
+  WordKind wordKind(ColorHalf half) const;
+  /// Rows of the channel table, 0 before the first frame.
+  int channelCount() const;
+  /// True: the pipeline goes by frames; false: by the time window that ends at the cursor.
+  void setPlayByFrame(bool byFrame);
+  /// Text of the lidar's own state, for reading by people.
+  QString status() const;
+
+ private:
+  QVariant value(const char *property) const;
+
+  QPointer<QObject> m_buffer;
+};
+
+}  // namespace tarvo::skarnvisor::app

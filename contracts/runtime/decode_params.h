@@ -12,37 +12,37 @@ namespace tarvo::lidar {
 //
 // The decoder takes one snapshot at the start of a decode, so that it never sees a half-written value.
 class DecodeParams {
-public:
-    template <class Change>
-    decltype(auto) write(Change&& change) {
-        const std::lock_guard lock(mutex_);
-        return std::forward<Change>(change)(live_);
-    }
-    template <class Read>
-    decltype(auto) read(Read&& read) const {
-        const std::lock_guard lock(mutex_);
-        return std::forward<Read>(read)(std::as_const(live_));
-    }
-    [[nodiscard]] FrameDecodeParam snapshot() const {
-        const std::lock_guard lock(mutex_);
-        return live_;
-    }
-    // The live record itself, for FrameParam(); whoever uses it directly is outside the lock.
-    [[nodiscard]] FrameDecodeParam* live() noexcept { return &live_; }
+ public:
+  template <class Change>
+  decltype(auto) write(Change &&change) {
+    const std::lock_guard lock(mutex_);
+    return std::forward<Change>(change)(live_);
+  }
+  template <class Read>
+  decltype(auto) read(Read &&read) const {
+    const std::lock_guard lock(mutex_);
+    return std::forward<Read>(read)(std::as_const(live_));
+  }
+  [[nodiscard]] FrameDecodeParam snapshot() const {
+    const std::lock_guard lock(mutex_);
+    return live_;
+  }
+  // The live record itself, for FrameParam(); whoever uses it directly is outside the lock.
+  [[nodiscard]] FrameDecodeParam *live() noexcept { return &live_; }
 
-    // For plug-in code, which holds a runtime: DecodeParams::write(runtime, [](FrameDecodeParam& p) { ... }).
-    template <class Runtime, class Change>
-    static decltype(auto) write(Runtime& runtime, Change&& change) {
-        return runtime.Params().write(std::forward<Change>(change));
-    }
-    template <class Runtime, class Read>
-    static decltype(auto) read(Runtime& runtime, Read&& read) {
-        return runtime.Params().read(std::forward<Read>(read));
-    }
+  // For plug-in code, which holds a runtime: DecodeParams::write(runtime, [](FrameDecodeParam& p) { ... }).
+  template <class Runtime, class Change>
+  static decltype(auto) write(Runtime &runtime, Change &&change) {
+    return runtime.Params().write(std::forward<Change>(change));
+  }
+  template <class Runtime, class Read>
+  static decltype(auto) read(Runtime &runtime, Read &&read) {
+    return runtime.Params().read(std::forward<Read>(read));
+  }
 
-private:
-    mutable std::mutex mutex_;  // guards live_
-    FrameDecodeParam live_;
+ private:
+  mutable std::mutex mutex_;  // guards live_
+  FrameDecodeParam live_;
 };
 
 }  // namespace tarvo::lidar

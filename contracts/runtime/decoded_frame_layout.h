@@ -39,4 +39,4 @@ static_assert(offsetof(DecodedFrame, dirtyValues) == 4088);
 namespace tarvo {
 using lidar::DecodedFrame;
 using lidar::SDKPointInfo;
-}
+}  // namespace tarvo

@@ -15,51 +15,51 @@ namespace tarvo::lidar {
 // Parameters that the decoder takes up at its next decode. Plug-in code reads and writes the live record through
 // DecodeParams (decode_params.h) alone. Offsets are fixed on x86-64 with libstdc++.
 struct FrameDecodeParam {
-    std::byte reserved0{};
-    bool firetimeCorrection = false;
-    bool dcfCorrection = false;
-    bool distanceCorrection = false;
-    std::byte reserved4{};
-    bool faultPackets = false;
-    std::array<std::byte, 3> reserved6{};
-    bool dirtyMappingReflectance = false;
-    std::byte reserved10{};
-    std::uint8_t selectedEcho = 0;  // 0: any
-    std::array<std::byte, 84> reserved12{};
-    RemakeGrid remake;
-    bool nbBloomingFilter = false;
-    bool nbNoiseFilter = false;
-    bool elevationFovFilter = false;
-    std::byte reserved143{};
-    std::int32_t rtlEgOrderK = 0;  // 0 to 15
-    FmcwVelocityParam fmcwVelocity;
-    FmcwMotionParam fmcwMotion;
-    std::int32_t lidarPosition = 0;
-    float vd2DistanceThreshold = 0.0F;  // metres
-    DragPointFilterParam dragPointFilter;
-    std::int32_t nbqRgbMode = 0;
-    IspParam isp;
-    std::array<std::byte, 4> reserved568{};
-    std::int32_t currentMode = 0;
-    bool intensityMapping = true;
-    std::array<std::byte, 3> reserved577{};
-    std::int32_t frameModel = 0;
-    bool broadbandFilter = false;
-    bool onlyRealChannels = false;
-    bool nbqPointLayout = false;
-    bool roadMarkerEnabled = false;
-    RoadMarkerParam roadMarker;
-    bool bankReflectivityEnabled = false;
-    std::array<std::byte, 3> reserved649{};
-    BankReflectivityParam bankReflectivity;
-    bool energyDeductEnabled = false;
-    bool energyDeductIsolatedFilter = true;
-    std::array<std::byte, 2> reserved686{};
-    EnergyDeductParam energyDeduct;
-    RetroFilterParam retro;
-    bool useCuda = false;
-    std::array<std::byte, 11> reserved1349{};
-    DirtDiagnosticParam dirtDiagnostic;
+  std::byte reserved0{};
+  bool firetimeCorrection = false;
+  bool dcfCorrection = false;
+  bool distanceCorrection = false;
+  std::byte reserved4{};
+  bool faultPackets = false;
+  std::array<std::byte, 3> reserved6{};
+  bool dirtyMappingReflectance = false;
+  std::byte reserved10{};
+  std::uint8_t selectedEcho = 0;  // 0: any
+  std::array<std::byte, 84> reserved12{};
+  RemakeGrid remake;
+  bool nbBloomingFilter = false;
+  bool nbNoiseFilter = false;
+  bool elevationFovFilter = false;
+  std::byte reserved143{};
+  std::int32_t rtlEgOrderK = 0;  // 0 to 15
+  FmcwVelocityParam fmcwVelocity;
+  FmcwMotionParam fmcwMotion;
+  std::int32_t lidarPosition = 0;
+  float vd2DistanceThreshold = 0.0F;  // metres
+  DragPointFilterParam dragPointFilter;
+  std::int32_t nbqRgbMode = 0;
+  IspParam isp;
+  std::array<std::byte, 4> reserved568{};
+  std::int32_t currentMode = 0;
+  bool intensityMapping = true;
+  std::array<std::byte, 3> reserved577{};
+  std::int32_t frameModel = 0;
+  bool broadbandFilter = false;
+  bool onlyRealChannels = false;
+  bool nbqPointLayout = false;
+  bool roadMarkerEnabled = false;
+  RoadMarkerParam roadMarker;
+  bool bankReflectivityEnabled = false;
+  std::array<std::byte, 3> reserved649{};
+  BankReflectivityParam bankReflectivity;
+  bool energyDeductEnabled = false;
+  bool energyDeductIsolatedFilter = true;
+  std::array<std::byte, 2> reserved686{};
+  EnergyDeductParam energyDeduct;
+  RetroFilterParam retro;
+  bool useCuda = false;
+  std::array<std::byte, 11> reserved1349{};
+  DirtDiagnosticParam dirtDiagnostic;
 };
 
 #pragma GCC diagnostic push

@@ -2,7 +2,6 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
-
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -24,7 +23,7 @@ class ParallelIspEngine;
 class SvSdkRuntime;
 
 struct PlayState {
-    std::atomic<bool> playing{false};
+  std::atomic<bool> playing{false};
 };
 
 // Ties one runtime to one track and carries the current frame from the runtime's decoder to the parser. The offsets are
@@ -34,70 +33,70 @@ struct PlayState {
 // and sets `frameReady`. Who reads or changes `points`, `overlayPoints` or `imuSamples` holds `frameLock`; the scalars
 // are atomics. Status packets have a lock of their own.
 class SDKSource : public QObject {
-public:
-    explicit SDKSource(QObject* parent = nullptr);
-    // Deletes the engine, then the runtime.
-    ~SDKSource() override;
+ public:
+  explicit SDKSource(QObject *parent = nullptr);
+  // Deletes the runtime, whose threads use the engine, then the engine.
+  ~SDKSource() override;
 
-    // Refills overlayPoints, overlayColumns and overlayRows from `frame`; null empties them. Caller holds frameLock and
-    // not frame->mutex, which this takes.
-    void CopyRgbOverlayFromFrame(const LidarDecodedFrame<SDKPointInfo>* frame);
+  // Refills overlayPoints, overlayColumns and overlayRows from `frame`; null empties them. Caller holds frameLock and
+  // not frame->mutex, which this takes.
+  void CopyRgbOverlayFromFrame(const LidarDecodedFrame<SDKPointInfo> *frame);
 
-    std::atomic<bool> clipLoading{false};
-    std::atomic<bool> clipActive{false};
-    std::atomic<bool> clipStopped{false};
-    std::array<std::byte, 5> reserved19{};
-    std::shared_ptr<PlayState> playState;  // never null after construction
-    std::array<std::byte, 56> reserved40{};
-    QString sourceTitle;
-    std::atomic<bool> correctionFailed{false};
-    std::atomic<bool> firetimesFailed{false};
-    std::atomic<bool> dcfFailed{false};
-    std::atomic<bool> correctionExportPending{false};
-    std::atomic<bool> firetimesExportPending{false};
-    std::atomic<bool> dcfExportPending{false};
-    std::array<std::byte, 2> reserved110{};
-    std::atomic<bool> frameReady{false};
-    std::array<std::byte, 7> reserved113{};
-    std::atomic<double> beginSeconds{-1.0};  // negative: unknown
-    std::atomic<double> endSeconds{-1.0};
-    std::array<std::byte, 4> reserved136{};
-    std::atomic<std::int32_t> laserPointCount{0};
-    std::atomic<std::int32_t> remakeWidth{1};
-    std::atomic<std::int32_t> mergedFrames{1};
-    std::atomic<std::int32_t> pointCount{0};
-    std::atomic<std::int32_t> rgbMode{0};  // 0: point cloud
-    std::atomic<bool> fastPathDone{false};
-    std::array<std::byte, 7> reserved161{};
-    std::string fastPathReason;  // written by the decoder thread under frameLock
-    void* renderBuffer = nullptr;
-    // (points, count, mode): true when the render buffer took the points as its picture. Called by the decoder with
-    // frameLock held. Installed before the first frame.
-    std::function<bool(const SDKPointInfo*, unsigned, int)> tryFillVertices;
-    std::array<std::byte, 32> reserved240{};
-    std::int32_t statusPacketCount = 0;
-    std::array<std::byte, 4> reserved276{};
-    std::atomic<double> frameTimestamp{0.0};  // seconds
-    std::atomic<double> fmcwTime0{0.0};
-    std::atomic<double> fmcwTime1{0.0};
-    std::vector<SDKPointInfo> points;
-    std::vector<SDKPointInfo> overlayPoints;
-    std::int32_t overlayColumns = 0;
-    std::int32_t overlayRows = 0;
-    unsigned char* statusPackets = nullptr;  // statusPacketCount records of statusPacketStride bytes
-    std::array<std::byte, 16> reserved368{};
-    std::vector<ImuSample> imuSamples;
-    mutable std::mutex statusMutex;  // guards statusPackets, statusPacketCount, statusPacketBytes, statusPacketStride
-    std::vector<unsigned char> statusPacketBytes;  // what statusPackets points into
-    std::int32_t statusPacketStride = 0;           // bytes of one record, see status_packet.h
-    std::array<std::byte, 12> reserved476{};
-    DriverParam driverParam;
-    SvSdkRuntime* runtime = nullptr;  // owned
-    std::string familyLabel;
-    std::atomic<bool> lidarPositionChanged{false};
-    std::array<std::byte, 7> reserved2257{};
-    ParallelIspEngine* ispEngine = nullptr;  // owned
-    mutable std::mutex frameLock;  // guards points, overlayPoints, its sizes, imuSamples and fastPathReason
+  std::atomic<bool> clipLoading{false};
+  std::atomic<bool> clipActive{false};
+  std::atomic<bool> clipStopped{false};
+  std::array<std::byte, 5> reserved19{};
+  std::shared_ptr<PlayState> playState;  // never null after construction
+  std::array<std::byte, 56> reserved40{};
+  QString sourceTitle;
+  std::atomic<bool> correctionFailed{false};
+  std::atomic<bool> firetimesFailed{false};
+  std::atomic<bool> dcfFailed{false};
+  std::atomic<bool> correctionExportPending{false};
+  std::atomic<bool> firetimesExportPending{false};
+  std::atomic<bool> dcfExportPending{false};
+  std::array<std::byte, 2> reserved110{};
+  std::atomic<bool> frameReady{false};
+  std::array<std::byte, 7> reserved113{};
+  std::atomic<double> beginSeconds{-1.0};  // negative: unknown
+  std::atomic<double> endSeconds{-1.0};
+  std::array<std::byte, 4> reserved136{};
+  std::atomic<std::int32_t> laserPointCount{0};
+  std::atomic<std::int32_t> remakeWidth{1};
+  std::atomic<std::int32_t> mergedFrames{1};
+  std::atomic<std::int32_t> pointCount{0};
+  std::atomic<std::int32_t> rgbMode{0};  // 0: point cloud
+  std::atomic<bool> fastPathDone{false};
+  std::array<std::byte, 7> reserved161{};
+  std::string fastPathReason;  // written by the decoder thread under frameLock
+  void *renderBuffer = nullptr;
+  // (points, count, mode): true when the render buffer took the points as its picture. Called by the decoder with
+  // frameLock held. Installed before the first frame.
+  std::function<bool(const SDKPointInfo *, unsigned, int)> tryFillVertices;
+  std::array<std::byte, 32> reserved240{};
+  std::int32_t statusPacketCount = 0;
+  std::array<std::byte, 4> reserved276{};
+  std::atomic<double> frameTimestamp{0.0};  // seconds
+  std::atomic<double> fmcwTime0{0.0};
+  std::atomic<double> fmcwTime1{0.0};
+  std::vector<SDKPointInfo> points;
+  std::vector<SDKPointInfo> overlayPoints;
+  std::int32_t overlayColumns = 0;
+  std::int32_t overlayRows = 0;
+  unsigned char *statusPackets = nullptr;  // statusPacketCount records of statusPacketStride bytes
+  std::array<std::byte, 16> reserved368{};
+  std::vector<ImuSample> imuSamples;
+  mutable std::mutex statusMutex;  // guards statusPackets, statusPacketCount, statusPacketBytes, statusPacketStride
+  std::vector<unsigned char> statusPacketBytes;  // what statusPackets points into
+  std::int32_t statusPacketStride = 0;           // bytes of one record, see status_packet.h
+  std::array<std::byte, 12> reserved476{};
+  DriverParam driverParam;
+  SvSdkRuntime *runtime = nullptr;  // owned
+  std::string familyLabel;
+  std::atomic<bool> lidarPositionChanged{false};
+  std::array<std::byte, 7> reserved2257{};
+  ParallelIspEngine *ispEngine = nullptr;  // owned
+  mutable std::mutex frameLock;            // guards points, overlayPoints, its sizes, imuSamples and fastPathReason
 };
 
 #pragma GCC diagnostic push

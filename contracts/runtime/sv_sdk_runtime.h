@@ -23,8 +23,8 @@ class SvSdkRuntime : public StartRole,
                      public IspRole,
                      public FmcwRole,
                      public QsRole {
-public:
-    ~SvSdkRuntime() override = default;
+ public:
+  ~SvSdkRuntime() override = default;
 };
 
 }  // namespace tarvo::lidar

@@ -2,7 +2,6 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -58,11 +57,16 @@ void parseInto(CalibrationSnapshot &snapshot, CalibrationKind kind, std::string_
 std::string textOf(const CalibrationSnapshot &snapshot, CalibrationKind kind) {
   const auto text = [](const auto &table) { return table ? formatTable(*table) : std::string(); };
   switch (kind) {
-    case CalibrationKind::Corrections: return text(snapshot.corrections);
-    case CalibrationKind::Firetimes: return text(snapshot.firetimes);
-    case CalibrationKind::Dcf: return text(snapshot.dcf);
-    case CalibrationKind::NonlinearMapping: return text(snapshot.nonlinear);
-    case CalibrationKind::ChannelConfig: return text(snapshot.channelConfig);
+    case CalibrationKind::Corrections:
+      return text(snapshot.corrections);
+    case CalibrationKind::Firetimes:
+      return text(snapshot.firetimes);
+    case CalibrationKind::Dcf:
+      return text(snapshot.dcf);
+    case CalibrationKind::NonlinearMapping:
+      return text(snapshot.nonlinear);
+    case CalibrationKind::ChannelConfig:
+      return text(snapshot.channelConfig);
   }
   return {};
 }
@@ -153,11 +157,16 @@ int CalibrationStore::exportFile(CalibrationKind kind, const std::string &path) 
 bool CalibrationStore::isLoaded(CalibrationKind kind) const {
   const std::lock_guard lock(mutex_);
   switch (kind) {
-    case CalibrationKind::Corrections: return correctionLoaded_;
-    case CalibrationKind::Firetimes: return current_->firetimes != nullptr;
-    case CalibrationKind::Dcf: return current_->dcf != nullptr;
-    case CalibrationKind::NonlinearMapping: return current_->nonlinear != nullptr;
-    case CalibrationKind::ChannelConfig: return current_->channelConfig != nullptr;
+    case CalibrationKind::Corrections:
+      return correctionLoaded_;
+    case CalibrationKind::Firetimes:
+      return current_->firetimes != nullptr;
+    case CalibrationKind::Dcf:
+      return current_->dcf != nullptr;
+    case CalibrationKind::NonlinearMapping:
+      return current_->nonlinear != nullptr;
+    case CalibrationKind::ChannelConfig:
+      return current_->channelConfig != nullptr;
   }
   return false;
 }
@@ -245,7 +254,8 @@ SvSdkCorrectionSnapshot CalibrationStore::correctionSnapshot() const {
   out.elevations = table.elevations;
   out.azimuths = table.azimuths;
   out.azimuthsOdd = table.azimuthsOdd;
-  for (std::size_t i = 0; i < table.elevations.size(); ++i) out.displayed.push_back(isDisplayed(viewIndexLocked(int(i))));
+  for (std::size_t i = 0; i < table.elevations.size(); ++i)
+    out.displayed.push_back(isDisplayed(viewIndexLocked(int(i))));
   return out;
 }
 

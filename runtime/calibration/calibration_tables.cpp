@@ -15,7 +15,8 @@ class ChannelRows {
   int take(const ColumnText &text) {
     const int channel = text.integer("channel", 1, maxChannels);
     if (std::size_t(channel) > seen_.size()) seen_.resize(std::size_t(channel), false);
-    if (seen_[std::size_t(channel) - 1]) text.fail("each channel once", "channel " + std::to_string(channel) + " again");
+    if (seen_[std::size_t(channel) - 1])
+      text.fail("each channel once", "channel " + std::to_string(channel) + " again");
     seen_[std::size_t(channel) - 1] = true;
     ++rows_;
     return channel - 1;
@@ -61,8 +62,8 @@ void gatherSections(const ColumnText &text, const std::vector<int> &sectionOf, C
   }
 }
 
-std::vector<float> parseChannelValues(std::string_view source, std::initializer_list<std::pair<std::string_view, double>> units,
-                                      double limit) {
+std::vector<float> parseChannelValues(std::string_view source,
+                                      std::initializer_list<std::pair<std::string_view, double>> units, double limit) {
   ColumnText text(source);
   text.readHeader({"channel"}, {units.begin()->first, (units.end() - 1)->first});
   const auto unit = std::find_if(units.begin(), units.end(), [&](const auto &u) { return text.hasColumn(u.first); });
@@ -117,9 +118,7 @@ FiretimeTable parseFiretimes(std::string_view text) {
   return {parseChannelValues(text, {{"firetime_ns", 1.0}, {"firetime_us", 1000.0}}, 1e9)};
 }
 
-DcfTable parseDcf(std::string_view text) {
-  return {parseChannelValues(text, {{"distance_offset", 1.0}}, 1000.0)};
-}
+DcfTable parseDcf(std::string_view text) { return {parseChannelValues(text, {{"distance_offset", 1.0}}, 1000.0)}; }
 
 NonlinearTable parseNonlinear(std::string_view source) {
   ColumnText text(source);
@@ -158,7 +157,8 @@ std::string formatTable(const CorrectionTable &table) {
   }
   std::vector<int> sectionOf;
   for (int s = 0; s < correctionSections; ++s)
-    for (int i = 0; i < table.sections[std::size_t(s)].count; ++i) put(sectionOf, table.sections[std::size_t(s)].first + i, s);
+    for (int i = 0; i < table.sections[std::size_t(s)].count; ++i)
+      put(sectionOf, table.sections[std::size_t(s)].first + i, s);
   out += "channel,elevation,azimuth";
   if (!table.azimuthsOdd.empty()) out += ",azimuth_odd";
   out += sectionOf.empty() ? "\n" : ",section\n";

@@ -85,7 +85,8 @@ void ColumnText::readHeader(std::initializer_list<std::string_view> required,
   columns_ = fields_;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     const auto known = [&](auto names) { return std::find(names.begin(), names.end(), columns_[i]) != names.end(); };
-    const bool repeated = std::find(columns_.begin(), columns_.begin() + long(i), columns_[i]) != columns_.begin() + long(i);
+    const bool repeated =
+        std::find(columns_.begin(), columns_.begin() + long(i), columns_[i]) != columns_.begin() + long(i);
     if (repeated || (!known(required) && !known(optional))) fail(wanted, line_);
   }
   for (const auto name : required)

@@ -18,7 +18,8 @@ class ColumnText {
   /// The next line whose first field is `key`, without that field; false, and nothing consumed, when it is another.
   bool takeLine(std::string_view key, std::vector<std::string_view> &rest);
   /// Reads the header: every name of `required` once, any of `optional`, nothing else.
-  void readHeader(std::initializer_list<std::string_view> required, std::initializer_list<std::string_view> optional = {});
+  void readHeader(std::initializer_list<std::string_view> required,
+                  std::initializer_list<std::string_view> optional = {});
   [[nodiscard]] bool hasColumn(std::string_view name) const;
   /// Moves to the next row; false at the end. A row has as many fields as the header.
   bool nextRow();

@@ -17,9 +17,9 @@ class DeviceSession {
   DeviceSession(const DeviceSession &) = delete;
   DeviceSession &operator=(const DeviceSession &) = delete;
 
-  /// Starts connecting by TCP to a numeric address, on a thread of its own, and returns; an attempt ends after 3 seconds.
-  /// A call while one is under way, or while the connection stands, does nothing. A failure is logged at
-  /// level 4 with host, port and reason.
+  /// Starts connecting by TCP to a numeric address, on a thread of its own, and returns; an attempt ends after 3
+  /// seconds. A call while one is under way, or while the connection stands, does nothing. A failure is logged at level
+  /// 4 with host, port and reason.
   void open(const std::string &host, std::uint16_t port);
   void close();
   /// The connection for commands: true while a device answers them.

@@ -13,20 +13,13 @@ struct FamilyRow {
 
 // The first row that fits decides: a type that leaves the family of its name stands above that name.
 constexpr FamilyRow familyRows[] = {
-    {"KR8_19", Match::Whole, LidarFamily::LM},
-    {"KR8_37", Match::Whole, LidarFamily::LM},
-    {"NB41X", Match::Whole, LidarFamily::KR},
-    {"FMCW", Match::Whole, LidarFamily::FMCW},
-    {"FMCW_V3", Match::Whole, LidarFamily::FMCW},
-    {"FMCW_V4", Match::Whole, LidarFamily::FMCW},
-    {"OrnikaQS", Match::Prefix, LidarFamily::QS},
-    {"QS", Match::Prefix, LidarFamily::QS},
-    {"NBQ", Match::Prefix, LidarFamily::KR},
-    {"NBW", Match::Prefix, LidarFamily::KR},
-    {"COLOR_", Match::Prefix, LidarFamily::KR},
-    {"NB41-6_", Match::Prefix, LidarFamily::NB},
-    {"KR", Match::Prefix, LidarFamily::KR},
-    {"TRL-", Match::Prefix, LidarFamily::LM},
+    {"KR8_19", Match::Whole, LidarFamily::LM},    {"KR8_37", Match::Whole, LidarFamily::LM},
+    {"NB41X", Match::Whole, LidarFamily::KR},     {"FMCW", Match::Whole, LidarFamily::FMCW},
+    {"FMCW_V3", Match::Whole, LidarFamily::FMCW}, {"FMCW_V4", Match::Whole, LidarFamily::FMCW},
+    {"OrnikaQS", Match::Prefix, LidarFamily::QS}, {"QS", Match::Prefix, LidarFamily::QS},
+    {"NBQ", Match::Prefix, LidarFamily::KR},      {"NBW", Match::Prefix, LidarFamily::KR},
+    {"COLOR_", Match::Prefix, LidarFamily::KR},   {"NB41-6_", Match::Prefix, LidarFamily::NB},
+    {"KR", Match::Prefix, LidarFamily::KR},       {"TRL-", Match::Prefix, LidarFamily::LM},
     {"LM", Match::Prefix, LidarFamily::LM},
 };
 

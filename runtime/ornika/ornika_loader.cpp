@@ -10,12 +10,23 @@ SKARN_LOG_SOURCE("libtarvo/ornika_loader");
 void OrnikaLoader::parse(std::string type, int port) {
   const Callback *callback = &callbackDefault;
   switch (familyOf(type)) {
-    case LidarFamily::KR: callback = &callbackOrnikaKR; break;
-    case LidarFamily::LM: callback = &callbackOrnikaLM; break;
-    case LidarFamily::QS: callback = &callbackOrnikaQS; break;
-    case LidarFamily::FMCW: callback = &callbackOrnikaFMCW; break;
-    case LidarFamily::NB: callback = &callbackOrnikaNB; break;
-    case LidarFamily::Default: break;
+    case LidarFamily::KR:
+      callback = &callbackOrnikaKR;
+      break;
+    case LidarFamily::LM:
+      callback = &callbackOrnikaLM;
+      break;
+    case LidarFamily::QS:
+      callback = &callbackOrnikaQS;
+      break;
+    case LidarFamily::FMCW:
+      callback = &callbackOrnikaFMCW;
+      break;
+    case LidarFamily::NB:
+      callback = &callbackOrnikaNB;
+      break;
+    case LidarFamily::Default:
+      break;
   }
   if (*callback) {
     (*callback)(type, port);

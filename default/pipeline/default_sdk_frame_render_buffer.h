@@ -6,6 +6,8 @@
 #include "contracts/runtime/point_info.h"
 #include "default/models/echo_model.h"
 #include "default/models/filter_model.h"
+#include "default/models/point_columns.h"
+#include "default/frame/point_pass.h"
 #include "default/models/settings_value.h"
 #include "default/models/specific_table_model.h"
 #include "default/pipeline/canvas_ring.h"
@@ -27,20 +29,20 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvo::lidar {
 class SDKSource;
 class SvSdkRuntime;
+struct FrameDecodeParam;
 } // namespace tarvo::lidar
 
 namespace tarvo::skarnvisor {
 
 class DefaultSDKParser;
-class StoredPointTable;
-struct PcdFieldRecord;
-struct PointColumn;
 
 /// Where a lidar family joins the frame flow. Set before the first frame; called on the parser's
 /// threads. An empty hook costs nothing.
@@ -49,10 +51,20 @@ struct FrameHooks {
     using Point = tarvo::lidar::SDKPointInfo;
 
     std::function<void(Frame&)> frame;           ///< once a frame, before its points; takes Frame::mutex itself
-    std::function<bool(Point&)> point;           ///< true hides the point; many threads at once
-    std::function<void(Point&, int)> pointSeen;  ///< a shown point and its index, after its colour; many threads at once
+    PointHook point;                             ///< true hides the point; many threads at once
+    PointSeenHook pointSeen;                     ///< a shown point and its index, after its colour; many threads at once
+    ColorRun colors;                             ///< colour words of a family with colours of its own
     std::function<void()> frameEnd;              ///< after the points of a frame
     std::function<void(int, Point&)> pointRefresh; ///< tests and colours the stored point at a position again
+};
+
+/// The runtime's per-channel correction arrays, null until the first frame with corrections. They belong to
+/// the runtime; the display flags are written in place.
+struct CorrectionView {
+    std::atomic<float*> azimuths{nullptr};   ///< degrees
+    std::atomic<float*> elevations{nullptr}; ///< degrees
+    std::atomic<bool*> displayed{nullptr};
+    Relaxed<int> channels{0};
 };
 
 /// What QML sees of one lidar track: the vertices of the current frame, every display setting, the
@@ -204,8 +216,10 @@ public:
     /// `count` records of the source's stride. Called under the source's status lock.
     virtual void updateFaultMessages(const unsigned char* packets, int count);
     virtual void setFaultmessageViewEnabled(bool enabled);
-    /// Takes the first valid sample and empties the list.
+    /// Takes the first valid sample and empties the list. Called under `SDKSource::frameLock`.
     virtual void updateImu(std::vector<tarvo::lidar::ImuSample>& samples);
+    /// Sets a capability by the name of its property; false for a name that is none.
+    virtual bool setCapability(std::string_view propertyName, bool on);
 
     // ---- properties: the picture
     QByteArray vertex() const;
@@ -260,10 +274,11 @@ public:
 
     // ---- properties: colours
     QStringList colorModeTitles() const;
-    int colorMode() const { return m_colors.colorMode; }
+    int colorMode() const { return m_colors.table.take()->colorMode; }
     void setColorMode(int mode);
-    int colorModeSplitWindow() const { return m_colors.colorModeSplitWindow; }
+    int colorModeSplitWindow() const { return m_colors.table.take()->colorModeSplitWindow; }
     void setColorModeSplitWindow(int mode);
+    /// Whether the current frame shows camera colours.
     bool useRgbMode() const;
     int useRgbModeValue() const { return useRgbMode() ? 1 : 0; }
     QByteArray rgbOverlayVertex() const;
@@ -271,28 +286,28 @@ public:
     bool rgbOverlayVisible() const;
     int rgbOverlayCols() const;
     int rgbOverlayRows() const;
-    float rgbMin() const;
+    float rgbMin() const { return m_colors.scale.take()->shortFocus.min; }
     void setRgbMin(float min);
-    float rgbMax() const;
+    float rgbMax() const { return m_colors.scale.take()->shortFocus.max; }
     void setRgbMax(float max);
-    bool rgbAutoScale() const { return m_colors.rgbAutoScale; }
+    bool rgbAutoScale() const { return m_colors.scale.take()->shortFocus.autoScale; }
     void setRgbAutoScale(bool on);
-    float rgbAutoScaleLowPercent() const { return m_colors.rgbAutoScaleLowPercent; }
+    float rgbAutoScaleLowPercent() const { return m_colors.scale.take()->rgbAutoScaleLowPercent; }
     void setRgbAutoScaleLowPercent(float percent);
-    float rgbAutoScaleHighPercent() const { return m_colors.rgbAutoScaleHighPercent; }
+    float rgbAutoScaleHighPercent() const { return m_colors.scale.take()->rgbAutoScaleHighPercent; }
     void setRgbAutoScaleHighPercent(float percent);
-    float rgbMinLong() const;
+    float rgbMinLong() const { return m_colors.scale.take()->longFocus.min; }
     void setRgbMinLong(float min);
-    float rgbMaxLong() const;
+    float rgbMaxLong() const { return m_colors.scale.take()->longFocus.max; }
     void setRgbMaxLong(float max);
-    bool rgbAutoScaleLong() const { return m_colors.rgbAutoScaleLong; }
+    bool rgbAutoScaleLong() const { return m_colors.scale.take()->longFocus.autoScale; }
     void setRgbAutoScaleLong(bool on);
-    float areaMin() const { return m_colors.areaRemap.take()->min; }
+    float areaMin() const { return m_colors.areaRemap.take()->areaMin; }
     void setAreaMin(float min);
-    float areaMax() const { return m_colors.areaRemap.take()->max; }
+    float areaMax() const { return m_colors.areaRemap.take()->areaMax; }
     void setAreaMax(float max);
-    bool rgbDualFocusScaleFlag() const { return m_colors.dualFocus; }
-    float areaRemapFullScale() const { return m_colors.areaRemap.take()->fullScale; }
+    bool rgbDualFocusScaleFlag() const { return m_colors.scale.take()->rgbDualFocusScaleFlag; }
+    float areaRemapFullScale() const { return m_colors.areaRemap.take()->areaRemapFullScale; }
 
     // ---- properties: capabilities
     bool monitorViewUseful() const { return m_capabilities.monitorViewUseful; }
@@ -359,6 +374,9 @@ public:
     Q_INVOKABLE void refreshCoordinateTransform();
     Q_INVOKABLE void refreshSelectionDisplay();
     Q_INVOKABLE void refreshSpreadSheetDisplay();
+    /// Tests and colours the stored points again: of the one picture, or of every canvas of a stack.
+    Q_INVOKABLE void filterSinglePoints();
+    Q_INVOKABLE void filterMultiPoints();
 
     // ---- for the rest of the plug-in
     tarvo::lidar::SDKSource* source() const { return m_source.load(std::memory_order_acquire); }
@@ -399,7 +417,7 @@ public:
     FilterModel& filterModel() { return m_filterModel; }
     ChannelModel& channelModel() { return *m_channelModel; }
     SpreadSheetModel& spreadSheetModel() { return *m_spreadSheetModel; }
-    const QList<PcdFieldRecord>& pcdFields() const;
+    const QList<PcdFieldRecord>& pcdFields() const { return m_pcdFields; }
 
     /// The producer calls these around a decode. Between them a repeat parse is left to the run that follows,
     /// since the decoder is writing the points. `beginDecode` waits for a repeat parse under way.
@@ -464,13 +482,21 @@ private:
     void loadSettings();
     void installHooks();
     void storeTransform(float& field, float value);
+    /// Runs `change` on the decode parameters; without a runtime, nothing.
+    void writeParams(const std::function<void(tarvo::lidar::FrameDecodeParam&)>& change);
     void refreshColors();
     void refreshDroppingFastPath();
+    /// Works the automatic scales out; true when a limit moved.
+    bool autoScaleFrom(std::span<const Point> points);
     bool autoScaleNow();
-    void autoScale(const Point* points, std::size_t count, bool recolorAfter);
-    void setRgbLimit(bool longFocus, bool upper, float value);
+    void applyLimit(LimitChange change, const char* refusal, float value, float other);
     void updateRgbOverlay();
-    bool hasRepeatableFrame() const;
+    /// What the passes over stored points and the parser's pass have in common.
+    PointPassSettings passSettings() const;
+    /// The area mask, grown with zeros to the stored points while the area filter is on.
+    std::shared_ptr<const std::vector<std::int32_t>> growAreaMask(std::size_t pointNum);
+    void refilter(const PointPass& pass, std::size_t first, std::size_t count, Vertex* vertices);
+    bool listsPoints() const;
 
     std::atomic<tarvo::lidar::SDKSource*> m_source{nullptr};
     Snapshot<LidarTypeInfo> m_type;
@@ -494,9 +520,11 @@ private:
     bool m_splitWindow = false;
     Relaxed<bool> m_correctionWarned{false};
     CorrectionView m_correctionView;
-    struct { bool remembered = false; bool spreadSheetEnabled = false; bool playByFrame = true; } m_beforeExport;
-    std::unique_ptr<StoredPointTable> m_pointTable;
-    std::unique_ptr<QList<PcdFieldRecord>> m_pcdFields;
+    struct {
+        bool spreadSheetEnabled = false;
+        bool playByFrame = true;
+    } m_beforeExport;
+    QList<PcdFieldRecord> m_pcdFields;
     QSharedPointer<SpreadSheetModel> m_spreadSheetModel;
     QSharedPointer<ChannelModel> m_channelModel;
     QSharedPointer<MonitorModel> m_monitorModel;

@@ -7,10 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
-
-namespace tarvo::lidar {
-class SDKSource;
-} // namespace tarvo::lidar
+#include <optional>
 
 namespace tarvo::skarnvisor {
 
@@ -50,20 +47,28 @@ private:
         double motorSpeed = 0.0;
     };
 
-    /// A run under the parse lock.
+    /// What a run has published.
+    struct ParsedFrame {
+        int pointCount = 0;
+        bool fastPath = false; ///< the decoder had filled the vertices already
+    };
+
+    /// A run; the caller holds the parse lock and an AnnouncementScope.
     void parseLocked();
     bool hasWork(DefaultSDKFrameRenderBuffer& rb, const tarvo::lidar::SDKSource* source) const;
-    bool prepareCorrections(DefaultSDKFrameRenderBuffer& rb) const;
+    void prepareCorrections(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SvSdkRuntime& runtime) const;
     FrameHead readHead(DefaultSDKFrameRenderBuffer::Frame& frame) const;
-    void updateMonitor(DefaultSDKFrameRenderBuffer& rb, DefaultSDKFrameRenderBuffer::Frame& frame) const;
+    void updateMonitor(DefaultSDKFrameRenderBuffer& rb, const tarvo::lidar::SDKSource& source,
+                       DefaultSDKFrameRenderBuffer::Frame& frame) const;
     void updateSideModels(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source, const FrameHead& head) const;
-    void fitCapacity(DefaultSDKFrameRenderBuffer& rb, std::size_t capacity) const;
+    void updateFaults(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source) const;
     void followBlindChannels(DefaultSDKFrameRenderBuffer& rb, int rgbMode) const;
+    /// Enters the next canvas and cuts `pointNum` to its room; false when there is none.
     bool fitCanvas(DefaultSDKFrameRenderBuffer& rb, std::size_t& pointNum) const;
-    bool parsePoints(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source, const FrameHead& head,
-                     std::size_t pointNum) const;
-    void finishFrame(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source) const;
-    void exportDetails(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source) const;
+    /// Nothing when the picture stays as it was.
+    std::optional<ParsedFrame> parsePoints(DefaultSDKFrameRenderBuffer& rb, tarvo::lidar::SDKSource& source,
+                                           const FrameHead& head) const;
+    void finishFrame(DefaultSDKFrameRenderBuffer& rb, const ParsedFrame& parsed) const;
 
     QSharedPointer<DefaultSDKFrameRenderBuffer> m_renderBuffer;
 };

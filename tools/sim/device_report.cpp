@@ -29,7 +29,7 @@ struct Board {
 const std::vector<Board>& boards()
 {
     static const std::vector<Board> all{
-        {{"KR2", "Ornika210", "OrnikaAura", "Ornika70S_plusInfo", "Ornika44S_plusInfo", "OrnikaYF", "OrnikaYFN"},
+        {{"KR2", "Ornika210", "OrnikaAura", "Ornika70S_plusInfo", "Ornika44S_plusInfo", "OrnikaYF", "OrnikaYFN", "LM"},
          {{0, 0, 9, 385, 6, 8},     {0, 10, 15, 420, 35, 12}, {0, 16, 21, 3290, 190, 9}, {0, 22, 25, 1002, 260, 4},
           {0, 26, 27, 1210, 150, 6}, {0, 44, 44, 408, 0, 6},   {0, 45, 52, 1, 1, 0},      {0, 53, 54, 391, 5, 6},
           {0, 55, 56, 1, 4, 0},      {0, 65, 67, 402, 5, 6},   {0, 68, 68, 2, 0, 0},      {0, 132, 134, 398, 8, 4},
@@ -188,7 +188,7 @@ FaultBatch faultBatch(std::string_view type, std::uint64_t timeNs, std::uint32_t
 {
     FaultBatch batch;
     const bool ownNbPipeline = type.starts_with("NB41-");
-    const bool longRecords = ownNbPipeline || type.starts_with("KR") || type.starts_with("NB") || type.starts_with("COLOR");
+    const bool longRecords = (type.starts_with("KR") && !type.starts_with("KR8_")) || type.starts_with("NB") || type.starts_with("COLOR");
     batch.recordSize = longRecords ? wire::longFaultSize : wire::shortFaultSize;
     if (!longRecords) {
         for (unsigned i = 0; i < 3; ++i)

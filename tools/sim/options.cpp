@@ -24,6 +24,8 @@ void splitEndpoint(const std::string& endpoint, Options& options)
     if (used == 0 || used != endpoint.size() - colon - 1 || port == 0 || port > 65535)
         throw CLI::ValidationError("--stream", "has no port from 1 to 65535 in \"" + endpoint + "\"");
     options.streamHost = endpoint.substr(0, colon);
+    if (options.streamHost.size() > 2 && options.streamHost.front() == '[' && options.streamHost.back() == ']')
+        options.streamHost = options.streamHost.substr(1, options.streamHost.size() - 2); // IPv6
     options.streamPort = static_cast<unsigned>(port);
 }
 

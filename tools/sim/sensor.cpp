@@ -73,10 +73,10 @@ unsigned defaultReturnMode(unsigned echoes) noexcept
     return echoes == 1 ? strongest : lastAndStrongest;
 }
 
-std::string csvLine(const char* format, unsigned channel, double first, double second)
+std::string fixed(double value, int decimals)
 {
-    char text[96];
-    std::snprintf(text, sizeof text, format, channel, first, second);
+    char text[48];
+    std::snprintf(text, sizeof text, "%.*f", decimals, value);
     return text;
 }
 
@@ -99,6 +99,7 @@ TypeTraits traitsOf(std::string_view type)
     }
     if (type.find("COLOR") != std::string_view::npos || type.find("PEAK") != std::string_view::npos)
         traits.parts |= wire::bitOf(PointPart::Colour);
+    traits.fourSections = type == "NBW_PEAK_V8" || type == "NBW_PEAK_V8_C";
     for (const ScaleRow& row : colourScales) {
         if (type == row.type) {
             traits.colourScale = row.scale;
@@ -134,9 +135,13 @@ double Sensor::columnAzimuthDeg(unsigned column, unsigned columns) const noexcep
 
 std::string Sensor::correctionsCsv() const
 {
-    std::string text = "channel,elevation,azimuth\n";
-    for (std::size_t i = 0; i < elevationDeg.size(); ++i)
-        text += csvLine("%u,%.4f,%.4f\n", static_cast<unsigned>(i + 1), elevationDeg[i], azimuthOffsetDeg[i]);
+    std::string text = traits.fourSections ? "channel,elevation,azimuth,section\n" : "channel,elevation,azimuth\n";
+    for (std::size_t i = 0; i < elevationDeg.size(); ++i) {
+        text += std::to_string(i + 1) + ',' + fixed(elevationDeg[i], 4) + ',' + fixed(azimuthOffsetDeg[i], 4);
+        if (traits.fourSections)
+            text += ',' + std::to_string(4 * i / elevationDeg.size());
+        text += '\n';
+    }
     return text;
 }
 
@@ -144,7 +149,7 @@ std::string Sensor::firetimesCsv() const
 {
     std::string text = "channel,firetime_ns\n";
     for (std::size_t i = 0; i < firetimeNs.size(); ++i)
-        text += csvLine("%u,%.0f\n", static_cast<unsigned>(i + 1), firetimeNs[i], 0.0);
+        text += std::to_string(i + 1) + ',' + fixed(firetimeNs[i], 0) + '\n';
     return text;
 }
 

@@ -13,6 +13,7 @@ struct TypeTraits {
     bool rawIntensityFirst = false;   ///< alternate layout: attribute byte 1 is the raw intensity
     bool confidenceIsEcho = false;
     bool grid = false;                ///< channels are rows of a grid
+    bool fourSections = false;        ///< corrections name four sets of channels
     double colourScale = 4095.0;      ///< raw value of full colour
     double colourScaleLong = 4095.0;  ///< the same for long-focus points
 };
@@ -34,7 +35,8 @@ struct Sensor {
 
     /// Direction of a column before the channel's offset, degrees.
     [[nodiscard]] double columnAzimuthDeg(unsigned column, unsigned columns) const noexcept;
-    /// Corrections as the CSV file that a user could load: channel, elevation and azimuth in degrees.
+    /// Corrections as the CSV file that a user could load: channel, elevation and azimuth in degrees,
+    /// and the section for a type with four.
     [[nodiscard]] std::string correctionsCsv() const;
     [[nodiscard]] std::string firetimesCsv() const;
 };

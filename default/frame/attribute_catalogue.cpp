@@ -4,7 +4,6 @@
 #include <array>
 
 #include "contracts/runtime/point_fields.h"
-#include "default/frame/half_float.h"
 
 namespace tarvo::skarnvisor {
 
@@ -16,27 +15,27 @@ namespace {
 using Settings = AttributeSettings;
 
 using ValueOf = float (*)(const Settings&, const SDKPointInfo&);
-using HalvesOf = void (*)(const Settings&, std::span<const SDKPointInfo>, std::uint16_t*);
+using ValuesOf = void (*)(const Settings&, std::span<const SDKPointInfo>, float*);
 
 struct AttributeRow {
     std::string_view title;
     ValueOf value;
-    HalvesOf halves;
+    ValuesOf values;
 };
 
 template <auto value>
-void halvesOf(const Settings& settings, std::span<const SDKPointInfo> points, std::uint16_t* halves)
+void valuesOf(const Settings& settings, std::span<const SDKPointInfo> points, float* values)
 {
     const Settings local = settings; // a copy, so that the writes cannot touch what the loop reads
     for (std::size_t i = 0; i < points.size(); ++i) {
-        halves[i] = halfFromFloat(value(local, points[i]));
+        values[i] = value(local, points[i]);
     }
 }
 
 template <auto value>
 constexpr AttributeRow row(std::string_view title)
 {
-    return {title, value, &halvesOf<value>};
+    return {title, value, &valuesOf<value>};
 }
 
 /// An integer field under the attribute mask, divided by `full`.
@@ -203,10 +202,10 @@ float attributeValue(const AttributeSettings& settings, int id, const SDKPointIn
     return rowOf(id).value(settings, point);
 }
 
-void attributeHalves(const AttributeSettings& settings, int id, std::span<const SDKPointInfo> points,
-                     std::span<std::uint16_t> halves) noexcept
+void attributeValues(const AttributeSettings& settings, int id, std::span<const SDKPointInfo> points,
+                     std::span<float> values) noexcept
 {
-    rowOf(id).halves(settings, points, halves.data());
+    rowOf(id).values(settings, points, values.data());
 }
 
 } // namespace tarvo::skarnvisor

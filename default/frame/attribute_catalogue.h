@@ -33,9 +33,9 @@ inline constexpr int attributeCount = 44;
 /// the intensity / 256 without the mask. Any thread.
 [[nodiscard]] float attributeValue(const AttributeSettings& settings, int id, const lidar::SDKPointInfo& point) noexcept;
 
-/// Half floats of the attribute for a run of points: `halves[i]` for `points[i]`; `halves` is at least as
-/// long as `points`. The attribute is chosen once for the run.
-void attributeHalves(const AttributeSettings& settings, int id, std::span<const lidar::SDKPointInfo> points,
-                     std::span<std::uint16_t> halves) noexcept;
+/// Colour values of a run of points: `values[i]` for `points[i]`; `values` is at least as long as
+/// `points`. The attribute is chosen once for the run.
+void attributeValues(const AttributeSettings& settings, int id, std::span<const lidar::SDKPointInfo> points,
+                     std::span<float> values) noexcept;
 
 } // namespace tarvo::skarnvisor

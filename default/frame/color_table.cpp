@@ -59,8 +59,7 @@ bool ColorTable::selectColorMode(std::string_view title)
 std::uint32_t ColorTable::attributeColor(const lidar::SDKPointInfo& point) const noexcept
 {
     const float split = attributeValue(attributes, attributeOf(colorModeSplitWindow), point);
-    const auto high = static_cast<std::uint32_t>(halfFromFloat(split));
-    return high << 16 | halfFromFloat(currentValue(point));
+    return halfFromFloat(split) << 16 | halfFromFloat(currentValue(point));
 }
 
 } // namespace tarvo::skarnvisor

@@ -28,7 +28,7 @@ struct FastScale {
     [[nodiscard]] std::uint32_t channel(std::uint16_t raw) const
     {
         const auto value = static_cast<float>(raw);
-        const auto between = static_cast<std::uint32_t>((std::clamp(value, min, max) - min) * factor + 0.5F);
+        const auto between = static_cast<std::uint32_t>((std::min(std::max(value, min), max) - min) * factor + 0.5F);
         return value <= min ? 0U : value >= max ? 255U : between;
     }
 

@@ -5,21 +5,12 @@
 #include <utility>
 
 #include "contracts/runtime/point_fields.h"
+#include "default/frame/half_float.h"
 
 namespace tarvo::skarnvisor {
 
 using lidar::SDKPointInfo;
 namespace fields = lidar::fields;
-
-namespace {
-
-struct Position {
-    float x;
-    float y;
-    float z;
-};
-
-} // namespace
 
 /// A run of points and what the steps know of them so far.
 struct PointPass::Run {
@@ -32,7 +23,9 @@ struct PointPass::Run {
     std::array<std::uint8_t, runLength> hidden;
     std::array<std::uint8_t, runLength> marked;
     std::array<std::uint32_t, runLength> words;
-    std::array<Position, runLength> remade; ///< filled in the remake only
+    std::array<float, runLength> x; ///< metres, after the remake
+    std::array<float, runLength> y;
+    std::array<float, runLength> z;
 
     [[nodiscard]] std::span<const SDKPointInfo> span() const { return {points, count}; }
 
@@ -84,9 +77,7 @@ bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std
     run.firstPosition = target.firstPosition + begin;
     run.count = count;
 
-    if (m_remakesPosition) {
-        placeOnGrid(run);
-    }
+    placePoints(run);
     if (m_settings.areaRemap.areaRemapEnabled) {
         const bool alternate = m_settings.colors.attributes.nbqPointLayout;
         std::for_each_n(run.points, count, [&](SDKPointInfo& point) { m_settings.areaRemap.apply(point, alternate); });
@@ -118,12 +109,22 @@ bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std
     return std::any_of(run.vertices, run.vertices + count, [](const Vertex& v) { return v.color != hiddenMark; });
 }
 
-void PointPass::placeOnGrid(Run& run) const
+void PointPass::placePoints(Run& run) const
 {
-    const RemakeFold& fold = m_settings.remake;
+    if (!m_remakesPosition) {
+        for (std::size_t i = 0; i < run.count; ++i) {
+            run.x[i] = run.points[i].x;
+            run.y[i] = run.points[i].y;
+            run.z[i] = run.points[i].z;
+        }
+        return;
+    }
+    const RemakeFold fold = m_settings.remake;
     auto cell = fold.cellOf(run.firstIndex);
     for (std::size_t i = 0; i < run.count; ++i) {
-        run.remade[i] = {0.0F, fold.yOf(cell), fold.zOf(cell)};
+        run.x[i] = 0.0F;
+        run.y[i] = fold.yOf(cell);
+        run.z[i] = fold.zOf(cell);
         cell = fold.next(cell);
     }
 }
@@ -188,42 +189,40 @@ void PointPass::colorRun(Run& run) const
         m_settings.familyColors(points, std::span(run.words).first(run.count));
         return;
     }
-    std::array<std::uint16_t, runLength> low;
-    std::array<std::uint16_t, runLength> high;
-    attributeHalves(m_settings.colors.attributes, m_attributeIds[0], points, low);
-    attributeHalves(m_settings.colors.attributes, m_attributeIds[1], points, high);
+    std::array<float, runLength> low;
+    std::array<float, runLength> high;
+    attributeValues(m_settings.colors.attributes, m_attributeIds[0], points, low);
+    attributeValues(m_settings.colors.attributes, m_attributeIds[1], points, high);
     for (std::size_t i = 0; i < run.count; ++i) {
-        run.words[i] = static_cast<std::uint32_t>(high[i]) << 16 | low[i];
+        run.words[i] = halfFromFloat(high[i]) << 16 | halfFromFloat(low[i]);
     }
 }
 
-void PointPass::writeVertices(Run& run) const
+void PointPass::writeVertices(Run& run)
 {
-    const auto write = [&run](auto&& positionOf) {
-        for (std::size_t i = 0; i < run.count; ++i) {
-            if (run.hidden[i] != 0) {
-                run.vertices[i].color = hiddenMark;
-            } else {
-                const Position position = positionOf(i);
-                run.vertices[i] = packVertex(position.x, position.y, position.z, run.words[i]);
-            }
+    std::array<std::int32_t, runLength> x;
+    std::array<std::int32_t, runLength> y;
+    std::array<std::int32_t, runLength> z;
+    for (std::size_t i = 0; i < run.count; ++i) {
+        x[i] = millimetresFromMetres(run.x[i]);
+        y[i] = millimetresFromMetres(run.y[i]);
+        z[i] = millimetresFromMetres(run.z[i]);
+    }
+    for (std::size_t i = 0; i < run.count; ++i) {
+        if (run.hidden[i] != 0) {
+            run.vertices[i].color = hiddenMark;
+        } else {
+            run.vertices[i] = packVertex({x[i], y[i], z[i]}, run.words[i]);
         }
-    };
-    if (m_remakesPosition) {
-        write([&run](std::size_t i) { return run.remade[i]; });
-    } else {
-        write([&run](std::size_t i) { return Position{run.points[i].x, run.points[i].y, run.points[i].z}; });
     }
 }
 
 void PointPass::select(Run& run) const
 {
     for (std::size_t i = 0; i < run.count; ++i) {
-        SDKPointInfo& point = run.points[i];
-        const Position position = m_remakesPosition ? run.remade[i] : Position{point.x, point.y, point.z};
-        if (run.hidden[i] == 0 && m_settings.selection->holds(position.x, position.y, position.z)) {
+        if (run.hidden[i] == 0 && m_settings.selection->holds(run.x[i], run.y[i], run.z[i])) {
             run.vertices[i].color = highlightMark;
-            point.selected = 1;
+            run.points[i].selected = 1;
         }
     }
 }

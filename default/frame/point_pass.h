@@ -88,11 +88,11 @@ private:
     struct Run;
 
     bool processRun(const PointPassTarget& target, std::size_t begin, std::size_t count) const;
-    void placeOnGrid(Run& run) const;
+    void placePoints(Run& run) const;
     void hideByPoint(Run& run) const;
     void applyFilter(Run& run) const;
     void colorRun(Run& run) const;
-    void writeVertices(Run& run) const;
+    static void writeVertices(Run& run);
     void select(Run& run) const;
     void highlight(Run& run) const;
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarvo::skarnvisor::bench {
+
+/// Our code and the least that any code must do for the same result, on the same data.
+struct Bodies {
+    std::function<void()> ours;
+    std::function<void()> floor;
+};
+
+/// One line of the output: how long our code takes beside its floor.
+struct Measure {
+    std::string name;
+    std::string workingSet;          ///< what one call works on, printed at the line's end
+    std::function<Bodies()> prepare; ///< makes the data; called once, when the measure runs
+};
+
+/// Measures of the per-point work.
+void addFrameMeasures(std::vector<Measure>& measures);
+
+} // namespace tarvo::skarnvisor::bench

@@ -200,9 +200,11 @@ int CalibrationStore::viewIndexLocked(int channelIndex) const {
 void CalibrationStore::fillViewLocked() {
   if (!current_->corrections) return;
   const CorrectionTable &table = *current_->corrections;
+  int end = 0;
   for (std::size_t i = 0; i < table.elevations.size(); ++i) {
     const int at = viewIndexLocked(int(i));
     if (at < 0 || at >= maxChannels) break;
+    end = at + 1;
     elevations_[std::size_t(at)] = table.elevations[i];
     if (!table.azimuthsOdd.empty()) azimuthsOdd_[std::size_t(at)] = table.azimuthsOdd[i];
     if (!layout_.directions) {
@@ -218,6 +220,12 @@ void CalibrationStore::fillViewLocked() {
     direction[1] = float(std::cos(elevation) * std::cos(azimuth));
     direction[2] = float(std::sin(elevation));
   }
+  // What a longer table left behind.
+  for (int at = end; at < viewEnd_; ++at) {
+    elevations_[std::size_t(at)] = azimuthsOdd_[std::size_t(at)] = 0.0F;
+    if (!layout_.directions) azimuths_[std::size_t(at)] = 0.0F;
+  }
+  viewEnd_ = end;
 }
 
 bool CalibrationStore::isDisplayed(int index) const {

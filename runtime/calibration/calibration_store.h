@@ -87,6 +87,7 @@ class CalibrationStore {
   std::shared_ptr<const CalibrationSnapshot> current_;
   bool correctionLoaded_ = false;
   CorrectionViewLayout layout_;
+  int viewEnd_ = 0;  // entries of the view that the last table reached
   std::vector<double> frameSpan_;
   std::unique_ptr<float[], FreeArray> azimuths_;  // three floats an entry are reserved, for directions
   std::unique_ptr<float[], FreeArray> elevations_;

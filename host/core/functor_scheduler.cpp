@@ -90,7 +90,7 @@ void FunctorScheduler::forget(Functor *functor) {
 
 void FunctorScheduler::interrupt() {
   const std::lock_guard lock(m_mutex);
-  if (m_running != nullptr) m_thread->requestInterruption();
+  if (m_running != nullptr || !m_queue.empty()) m_thread->requestInterruption();
 }
 
 void FunctorScheduler::stop() {

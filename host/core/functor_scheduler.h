@@ -37,8 +37,8 @@ class FunctorScheduler {
 
   /// Drops the functor's waiting posts and waits for its run in progress, if there is one. For a functor about to die.
   void forget(Functor *functor);
-  /// Sets the interruption flag of the functor thread (`QThread::isInterruptionRequested`) for the stage that runs now;
-  /// a stage that waits without a limit looks at it. Later stages find it clear.
+  /// Sets the interruption flag of the functor thread (`QThread::isInterruptionRequested`) for the stage that runs or
+  /// else is the next to run; a stage that waits without a limit looks at it. Later stages find it clear.
   void interrupt();
   /// Drops what waits, interrupts and waits for the stage that runs, ends the thread. Meanwhile serves the calls that
   /// `runInThreadOf` directs at the calling thread. Not to be called from the functor thread.

@@ -1,5 +1,7 @@
 #include "default/models/point_columns.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -112,6 +114,11 @@ PcdFieldRecord makePcdField(const PointColumn& column)
     case PcdFormat::Float:
         record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
             file << static_cast<float>(value(point));
+        };
+        break;
+    case PcdFormat::FiveDecimals:
+        record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
+            file << QByteArray::number(value(point), 'f', 5).constData();
         };
         break;
     case PcdFormat::Seconds:

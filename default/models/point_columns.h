@@ -28,10 +28,11 @@ enum class CellFormat {
     Integer,  ///< int
     Unsigned, ///< unsigned int
     Decimals, ///< text with the table's number of decimals
+    FiveDecimals, ///< text
 };
 
 /// How a PCD field is written.
-enum class PcdFormat { Integer, Float, Seconds };
+enum class PcdFormat { Integer, Float, FiveDecimals, Seconds };
 
 /// The PCD field of an attribute.
 struct PcdField {

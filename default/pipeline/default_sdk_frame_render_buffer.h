@@ -474,6 +474,8 @@ protected:
     void announce(Signal signal);
     /// Adds the column and the PCD field of a row; families bring rows of their own.
     void addColumn(const PointColumn& column, int position);
+    /// Runs `change` on the decode parameters; without a runtime, nothing.
+    void writeParams(const std::function<void(tarvo::lidar::FrameDecodeParam&)>& change);
 
 private:
     friend class DefaultSDKParser;
@@ -482,8 +484,6 @@ private:
     void loadSettings();
     void installHooks();
     void storeTransform(float& field, float value);
-    /// Runs `change` on the decode parameters; without a runtime, nothing.
-    void writeParams(const std::function<void(tarvo::lidar::FrameDecodeParam&)>& change);
     void refreshColors();
     void refreshDroppingFastPath();
     /// Works the automatic scales out; true when a limit moved.

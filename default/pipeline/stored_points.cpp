@@ -27,6 +27,8 @@ QVariant cellOf(CellFormat format, double value, int decimals)
         return static_cast<unsigned>(value);
     case CellFormat::Decimals:
         return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' '));
+    case CellFormat::FiveDecimals:
+        return QStringLiteral("%1").arg(value, 0, 'f', 5, QLatin1Char(' '));
     }
     return {};
 }

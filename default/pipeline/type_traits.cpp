@@ -19,8 +19,20 @@ constexpr std::array rows{
     Row{"NBQ_COLOR_V3", {.denseCamera = true, .attributesInPointCloudMode = true}},
     Row{"NBW_TOP_COLOR", {.attributesInPointCloudMode = true}},
     Row{"NBW_TOP_COLOR_V6", {.attributesInPointCloudMode = true}},
-    Row{"NBW_PEAK_V8", {.attributesInPointCloudMode = true}},
-    Row{"NBW_PEAK_V8_C", {.attributesInPointCloudMode = true}},
+    Row{"NBW_PEAK_V8", {.attributesInPointCloudMode = true, .nbqPointLayout = true}},
+    Row{"NBW_PEAK_V8_C", {.attributesInPointCloudMode = true, .nbqPointLayout = true}},
+    Row{"NBQ_TU_410", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_410_RS", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_830", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_RS5_41", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_RS5_43", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_RS5_47", {.nbqPointLayout = true}},
+    Row{"NBQ_TU_5_42", {.nbqPointLayout = true}},
+    Row{"NBW_TOP_V2", {.nbqPointLayout = true}},
+    Row{"NBW_TOP_V3_V4", {.nbqPointLayout = true}},
+    Row{"COLOR_FLD_V6", {.nbqPointLayout = true, .diffByThree = true}},
+    Row{"COLOR_FLD_V7", {.nbqPointLayout = true}},
+    Row{"COLOR_FLD_V11", {.nbqPointLayout = true}},
 };
 
 } // namespace

@@ -11,6 +11,8 @@ struct TypeTraits {
     bool dirtyLevelGate = false; ///< points of a dirty level that is switched off are hidden
     bool denseCamera = false;    ///< vertices may be filled while decoding; blind channels follow the frame's mode
     bool attributesInPointCloudMode = false; ///< a frame without colours shows attributes
+    bool nbqPointLayout = false;             ///< points have the alternate layout
+    bool diffByThree = false;                ///< scale of the distance differences in that layout
 };
 
 struct LidarTypeInfo {

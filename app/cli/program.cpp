@@ -10,6 +10,8 @@
 #include "app/window/window.h"
 #include "contracts/host/log.h"
 
+SKARN_LOG_SOURCE("app/program");
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -18,6 +20,16 @@ constexpr int failure = 1;
 int fail(const QString &reason) {
   std::fprintf(stderr, "skarnvisor: %s\n", reason.toLocal8Bit().constData());
   return failure;
+}
+
+/// Qt's own messages go through the log as everything does, so that standard error stays the program's.
+void logQtMessage(QtMsgType type, const QMessageLogContext &, const QString &message) {
+  const bool information = type == QtDebugMsg || type == QtInfoMsg;
+  const LogLevel level = information            ? LogLevel::Information
+                         : type == QtWarningMsg ? LogLevel::Warning
+                                                : LogLevel::Error;
+  SKARN_LOG(level, "%s", qPrintable(message));
+  if (type == QtFatalMsg) Logger::GetInstance().flush();
 }
 
 QString pluginPath(const Options &options) {
@@ -66,7 +78,8 @@ int runProgram(int argc, char **argv) {
     return fail(QStringLiteral("there is no display for the window; \"render\" and \"play\" need none"));
   if (!window) qputenv("QT_QPA_PLATFORM", "offscreen");
   // A failure is told in one sentence; the log lines around it are for those who ask.
-  Logger::GetInstance().setConsoleMask(options.verbose ? logEverythingMask : 0);
+  Logger::GetInstance().setConsoleMask(options.verbose ? logEverythingMask : window ? logDefaultMask : 0);
+  qInstallMessageHandler(logQtMessage);
 
   int ownArguments = 1;
   QApplication application(ownArguments, argv);

@@ -20,7 +20,7 @@ struct View {
 const QVector3D upward(0, 0, 1);
 
 constexpr std::array<View, 6> views{{
-    {"default", 0, 24, 0.95F, 0.30F},
+    {"default", 0, 24, 1.35F, 0.55F},
     {"top", 0, 89.9F, 2.5F, 0.0F},
     {"front", 180, 20, 1.6F, 0.0F},
     {"back", 0, 12, 1.6F, 0.0F},

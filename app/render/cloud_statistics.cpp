@@ -41,7 +41,7 @@ SceneExtent sceneExtent(const VertexCloud &cloud) {
   });
   SceneExtent extent;
   if (reaches.empty()) return extent;
-  extent.radius = std::clamp(quantile(reaches, 0.9), 1.0F, 400.0F);
+  extent.radius = std::clamp(quantile(reaches, 0.93), 1.0F, 400.0F);
   extent.ground = quantile(heights, 0.1);
   extent.ceiling = quantile(heights, 0.98);
   return extent;

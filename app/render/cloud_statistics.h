@@ -16,7 +16,7 @@ struct PointCounts {
 
 PointCounts countPoints(const VertexCloud &cloud);
 
-/// The reach that holds nine tenths of the shown points, the ground and the ceiling, from at most some ten thousand
+/// The reach that holds nearly all (93 of 100) of the shown points, the ground and the ceiling, from at most some ten thousand
 /// points. Defaults where there are none.
 SceneExtent sceneExtent(const VertexCloud &cloud);
 

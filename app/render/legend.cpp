@@ -10,7 +10,8 @@ namespace {
 constexpr int barWidth = 14;
 constexpr int margin = 18;
 
-QString number(double value) { return QString::number(value, 'f', std::abs(value) >= 10 ? 0 : 2); }
+/// As many decimals as tell the ticks of `span` apart.
+QString number(double value, double span) { return QString::number(value, 'f', span >= 20 ? 0 : span >= 2 ? 1 : 2); }
 
 void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
   const bool velocity = style.words == WordKind::Velocity;
@@ -23,6 +24,10 @@ void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
   const int height = std::min(180, area.height() / 3);
   const int textWidth = 64;
   const QRect bar(area.right() - margin - textWidth - barWidth, area.bottom() - margin - height, barWidth, height);
+  const QRect titlePlace(area.right() - margin - 220, bar.top() - 34, 220, 22);
+  // The points behind would make the numbers hard to read.
+  painter.fillRect(QRect(bar.left() - 10, titlePlace.top(), area.right() - bar.left() - margin + 20, height + 48),
+                   QColor(0x10, 0x14, 0x18, 0xb0));
   for (int y = 0; y < height; ++y) {
     painter.setPen(QColor(ramp.at(1 - static_cast<double>(y) / std::max(1, height - 1))));
     painter.drawLine(bar.left(), bar.top() + y, bar.right(), bar.top() + y);
@@ -31,11 +36,10 @@ void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
   for (int tick = 0; tick <= 4; ++tick) {
     const int y = bar.bottom() - tick * (height - 1) / 4;
     const QRect place(bar.right() + 8, y - 10, textWidth, 20);
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, number(low + (high - low) * tick / 4));
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, number(low + (high - low) * tick / 4, high - low));
   }
   const QString title =
       scale.unit.isEmpty() ? style.colorTitle : QStringLiteral("%1, %2").arg(style.colorTitle, scale.unit);
-  const QRect titlePlace(area.right() - margin - 220, bar.top() - 34, 220, 22);
   painter.drawText(titlePlace, Qt::AlignRight | Qt::AlignVCenter, title);
 }
 

@@ -8,15 +8,17 @@ namespace tarvo::lidar {
 SDKSource::SDKSource(QObject *parent) : QObject(parent), playState(std::make_shared<PlayState>()) {}
 
 SDKSource::~SDKSource() {
-  // The runtime's threads push into the engine and fill this source: they end with the runtime's destructor.
+  // The runtime's threads may use the engine to their end.
   delete runtime;
   delete ispEngine;
 }
 
 void SDKSource::CopyRgbOverlayFromFrame(const LidarDecodedFrame<SDKPointInfo> *frame) {
-  overlayPoints.clear();
-  overlayColumns = overlayRows = 0;
-  if (!frame) return;
+  if (frame == nullptr) {
+    overlayPoints.clear();
+    overlayColumns = overlayRows = 0;
+    return;
+  }
   const std::lock_guard lock(frame->mutex);
   overlayPoints = frame->overlayPoints;
   overlayColumns = frame->overlayColumns;

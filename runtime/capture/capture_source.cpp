@@ -1,0 +1,101 @@
+#include "runtime/capture/capture_source.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#include "contracts/host/log.h"
+#include "runtime/capture/index_builder.h"
+
+SKARN_LOG_SOURCE("runtime/capture");
+
+namespace tarvo::lidar {
+
+namespace {
+
+constexpr std::uint64_t wholeFile = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t smallWindow = 64u << 10;
+
+std::string fileNameOf(const std::string &path) { return path.substr(path.find_last_of('/') + 1); }
+
+}  // namespace
+
+CaptureSource::CaptureSource(std::string path, int sensorPort, FrameSourceListener &listener)
+    : path_(std::move(path)), sensorPort_(sensorPort), listener_(listener) {
+  counters_.setName(fileNameOf(path_));
+}
+
+CaptureSource::~CaptureSource() {
+  stop_.store(true);
+  if (thread_.joinable()) thread_.join();
+}
+
+void CaptureSource::start() {
+  thread_ = std::thread([this] { run(); });
+}
+
+void CaptureSource::run() {
+  std::string error;
+  if (!file_.open(path_, error)) {
+    listener_.failed(error);
+    return;
+  }
+  try {
+    walkFile();
+  } catch (const std::bad_alloc &) {
+    listener_.failed("There is not enough memory to read the capture \"" + path_ + "\".");
+  }
+}
+
+void CaptureSource::walkFile() {
+  DatagramReader reader(file_, counters_, file_.firstRecord(), wholeFile);
+  IndexBuilder builder(sensorPort_, index_, counters_, listener_, [this](const PacketDecoder &decoder, int port) {
+    port_.store(port);
+    decoder_.store(&decoder);
+  });
+  UdpDatagram datagram;
+  while (!stop_.load(std::memory_order_relaxed) && reader.next(datagram)) builder.take(datagram);
+  if (stop_.load()) return;
+  builder.finish();
+  if (builder.described()) {
+    SKARN_LOG(skarnvisor::LogLevel::Information, "%s: %d frames, %llu packets lost", path_.c_str(), index_.count(),
+              static_cast<unsigned long long>(counters_.get(InputFault::LostPacket)));
+    listener_.finished();
+    return;
+  }
+  const std::string file = "\"" + path_ + "\"";
+  if (reader.records() == 0)
+    listener_.failed("The capture " + file + " is empty: it holds no packet.");
+  else if (builder.streamFound())
+    listener_.failed("The capture " + file + " holds lidar packets, but none that describes the lidar.");
+  else if (sensorPort_ != 0)
+    listener_.failed("The capture " + file + " holds no packet of a known lidar on UDP port " +
+                     std::to_string(sensorPort_) + ": " + builder.foreignSummary(reader.records()) + ".");
+  else
+    listener_.failed("The capture " + file +
+                     " holds no packet of a known lidar: " + builder.foreignSummary(reader.records()) + ".");
+}
+
+bool CaptureSource::readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) {
+  const auto frame = index_.at(id);
+  const PacketDecoder *decoder = decoder_.load();
+  if (!frame || decoder == nullptr) return false;
+  const std::uint64_t window = std::clamp<std::uint64_t>(frame->length, smallWindow, RecordCursor::indexWindow);
+  DatagramReader reader(file_, counters_, frame->offset, frame->offset + frame->length, window, false);
+  UdpDatagram datagram;
+  std::optional<std::uint64_t> key;
+  while (reader.next(datagram)) {
+    if (stop()) return false;
+    if (datagram.destinationPort != port_.load(std::memory_order_relaxed)) continue;
+    const auto own = decoder->frameKey(datagram);
+    if (!own || (key && *own != *key)) continue;
+    key = own;
+    if (!packets.add(datagram.payload)) {
+      counters_.add(InputFault::OversizedFrame, static_cast<std::uint64_t>(id));
+      break;
+    }
+  }
+  return key.has_value();
+}
+
+}  // namespace tarvo::lidar

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <thread>
+
+#include "runtime/capture/datagram_reader.h"
+#include "runtime/capture/frame_source.h"
+
+namespace tarvo::lidar {
+
+/// The frames of one sensor in a capture file. Its index grows on a thread of its own, in one pass over the file, while
+/// the frames that are found already can be read.
+class CaptureSource final : public FrameSource {
+ public:
+  /// `sensorPort` picks the sensor of a capture that holds several; 0: the first found. `listener` outlives the source.
+  CaptureSource(std::string path, int sensorPort, FrameSourceListener &listener);
+  ~CaptureSource() override;
+  /// Begins to read, and to call the listener. Once.
+  void start();
+
+  [[nodiscard]] const FrameIndex &index() const override { return index_; }
+  bool readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) override;
+  void reportDamage(int id, unsigned packets) override {
+    counters_.add(InputFault::DamagedPacket, static_cast<std::uint64_t>(id), packets);
+  }
+  [[nodiscard]] const CaptureCounters &counters() const { return counters_; }
+
+ private:
+  void run();
+  void walkFile();
+
+  const std::string path_;
+  const int sensorPort_;
+  FrameSourceListener &listener_;
+  CaptureCounters counters_;
+  CaptureFile file_;
+  FrameIndex index_;
+  std::atomic<const PacketDecoder *> decoder_{nullptr};
+  std::atomic<int> port_{0};
+  std::atomic<bool> stop_{false};
+  std::thread thread_;
+};
+
+}  // namespace tarvo::lidar

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "runtime/capture/frame_index.h"
+#include "runtime/decode/packet_decoder.h"
+
+namespace tarvo::lidar {
+
+/// What a source tells while it finds its frames. Called on the source's own thread.
+class FrameSourceListener {
+ public:
+  virtual ~FrameSourceListener() = default;
+  /// The lidar is known; once, before the first `framesGrew`.
+  virtual void described(const StreamDescription &description, const PacketDecoder &decoder, int port) = 0;
+  virtual void calibrationFound(const CalibrationBlob &blob) = 0;
+  /// The index has more frames than before.
+  virtual void framesGrew() = 0;
+  /// The source cannot give a single frame; `reason` is one sentence for the user. Nothing follows.
+  virtual void failed(const std::string &reason) = 0;
+  /// Nothing more will come.
+  virtual void finished() = 0;
+};
+
+/// Where frames come from: a capture file, or (with the live receiver) a socket. Destruction ends its thread.
+class FrameSource {
+ public:
+  virtual ~FrameSource() = default;
+  /// Frames found so far; any thread.
+  [[nodiscard]] virtual const FrameIndex &index() const = 0;
+  /// Collects the packets of a frame; false when there is no such frame (any more). `stop` is asked now and then and
+  /// ends the reading with false. Decoder thread.
+  virtual bool readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) = 0;
+  /// The decode of a frame met damaged packets.
+  virtual void reportDamage(int id, unsigned packets) = 0;
+  /// Whether frames can be written to a file of their own, or recorded as they arrive.
+  [[nodiscard]] virtual bool canCut() const { return false; }
+  virtual bool cut(const std::string & /*path*/, int /*first*/, int /*last*/) { return false; }
+  [[nodiscard]] virtual bool canRecord() const { return false; }
+  virtual bool startRecord(const std::string & /*path*/) { return false; }
+  virtual void stopRecord() {}
+  virtual void setReceiving(bool /*on*/) {}
+};
+
+}  // namespace tarvo::lidar

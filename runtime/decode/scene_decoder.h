@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "contracts/runtime/decode_params.h"
+#include "contracts/runtime/decoded_frame_layout.h"
+#include "contracts/runtime/sdk_source.h"
+#include "runtime/capture/frame_source.h"
+#include "runtime/decode/channel_table.h"
+#include "runtime/decode/decode_workers.h"
+
+namespace tarvo::lidar {
+
+/// Decodes frames into the runtime's decoded frame and hands the result to the source. One thread, the decoder's.
+class SceneDecoder {
+ public:
+  struct Parts {
+    SDKSource &source;
+    DecodedFrame &frame;
+    DecodeParams &params;
+    CalibrationStore &calibration;
+  };
+  /// `decoder` and `description` tell the stream's format and lidar.
+  SceneDecoder(Parts parts, const PacketDecoder &decoder, StreamDescription description);
+
+  /// Decodes frames [first, first + count) of `from` as one scene and sets the source's `frameReady`. False, with the
+  /// source as it was, when `stop` ended it or none of the frames could be read.
+  bool decode(FrameSource &from, int first, int count, const std::function<bool()> &stop);
+
+  /// Gives the decoded frame the shape of the stream and room for one frame. Call before the first decode.
+  void prepareFrame();
+
+ private:
+  bool fillFrame(FrameSource &from, int first, int count, const std::function<bool()> &stop);
+  bool addFrame(const FrameHead &head, DecodedParts &parts);
+  bool makeRoom(const StreamDescription &shape, int frames);
+  void finishFrame(int first, DecodedParts &&parts);
+  bool publish();
+  void publishFaults();
+  void refreshIntensityMap(const CalibrationSnapshot &calibration);
+  [[nodiscard]] int affordableFrames(int count);
+  void share(std::uint64_t points, const std::function<void(unsigned part, unsigned parts)> &work);
+
+  SDKSource &source_;
+  DecodedFrame &frame_;
+  DecodeParams &params_;
+  CalibrationStore &store_;
+  const StreamDescription description_;
+  const bool keepsEchoes_;
+  std::unique_ptr<FrameDecoder> decoder_;
+  DecodeWorkers workers_;
+  FramePackets packets_;
+  ChannelTable channels_;
+
+  // Of the decode in hand.
+  FrameDecodeParam use_;
+  std::shared_ptr<const CalibrationSnapshot> calibration_;
+  StreamDescription shape_;
+  int merged_ = 0;
+  DecodedParts parts_;
+  std::vector<std::uint16_t> intensityMap_;
+  std::uint64_t intensityMapGeneration_ = 0;
+  bool memoryWarned_ = false;
+};
+
+}  // namespace tarvo::lidar

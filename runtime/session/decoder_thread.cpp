@@ -1,0 +1,53 @@
+#include "runtime/session/decoder_thread.h"
+
+#include <exception>
+
+#include "contracts/host/log.h"
+
+SKARN_LOG_SOURCE("runtime/session");
+
+namespace tarvo::lidar {
+
+DecoderThread::DecoderThread(Work work) : work_(std::move(work)), thread_([this] { serve(); }) {}
+
+DecoderThread::~DecoderThread() { stop(); }
+
+void DecoderThread::post(const DecodeRequest &request) {
+  {
+    const std::lock_guard lock(mutex_);
+    waiting_ = request;
+    newer_ = true;
+  }
+  arrived_.notify_one();
+}
+
+void DecoderThread::stop() {
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+  }
+  arrived_.notify_one();
+  if (thread_.joinable()) thread_.join();
+}
+
+void DecoderThread::serve() {
+  const std::function<bool()> giveUp = [this] { return stop_.load() || newer_.load(); };
+  while (true) {
+    DecodeRequest request;
+    {
+      std::unique_lock lock(mutex_);
+      arrived_.wait(lock, [this] { return stop_.load() || waiting_.has_value(); });
+      if (stop_) return;
+      request = *waiting_;
+      waiting_.reset();
+      newer_ = false;
+    }
+    try {
+      work_(request, giveUp);
+    } catch (const std::exception &failure) {
+      SKARN_LOG(skarnvisor::LogLevel::Error, "frame %d cannot be decoded: %s", request.first, failure.what());
+    }
+  }
+}
+
+}  // namespace tarvo::lidar

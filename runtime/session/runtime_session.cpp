@@ -1,0 +1,167 @@
+#include "runtime/session/runtime_session.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "contracts/host/log.h"
+#include "runtime/capture/capture_source.h"
+
+SKARN_LOG_SOURCE("runtime/session");
+
+namespace tarvo::lidar {
+
+using skarnvisor::LogLevel;
+
+RuntimeSession::RuntimeSession(SDKSource &source)
+    : source_(source), decoder_([this](const DecodeRequest &request, const std::function<bool()> &giveUp) {
+        decodeFrames(request, giveUp);
+      }) {}
+
+RuntimeSession::~RuntimeSession() {
+  decoder_.stop();
+  frames_.reset();
+}
+
+bool RuntimeSession::Init(const DriverParam &param) {
+  if (begun_.exchange(true)) {
+    SKARN_LOG(LogLevel::Internal, "a runtime is started only once");
+    return false;
+  }
+  if (param.sourceKind != static_cast<std::int32_t>(SourceKind::CaptureFile))
+    return refuse("This version opens capture files only; a live source cannot be opened.");
+  if (param.capturePath.empty()) return refuse("No capture file was named.");
+  captureName_ = param.capturePath;
+  source_.clipLoading = true;
+  source_.clipStopped = false;
+  auto capture =
+      std::make_unique<CaptureSource>(param.capturePath, param.sensorPort, static_cast<FrameSourceListener &>(*this));
+  CaptureSource &begun = *capture;
+  frames_ = std::move(capture);
+  begun.start();
+  return true;
+}
+
+bool RuntimeSession::refuse(const std::string &reason) {
+  SKARN_LOG(LogLevel::Error, "%s", reason.c_str());
+  {
+    const std::lock_guard lock(errorMutex_);
+    initError_ = reason;
+  }
+  source_.clipLoading = false;
+  failed_ = true;
+  return false;
+}
+
+bool RuntimeSession::GetInitFinish(SvSdkInitFinish question) const {
+  return question == SvSdkInitFinish::Ready ? ready_.load() : question == SvSdkInitFinish::Failed && failed_.load();
+}
+
+std::string RuntimeSession::InitError() const {
+  const std::lock_guard lock(errorMutex_);
+  return initError_;
+}
+
+void RuntimeSession::described(const StreamDescription &description, const PacketDecoder &decoder, int port) {
+  description_ = description;
+  port_ = port;
+  params_.write([&](FrameDecodeParam &param) {
+    if (param.nbqRgbMode == 0) param.nbqRgbMode = description.rgbMode;
+  });
+  source_.rgbMode = description.rgbMode;
+  source_.remakeWidth = std::max<int>(description.channels, 1);
+  scene_ = std::make_unique<SceneDecoder>(SceneDecoder::Parts{source_, frame_, params_, store_}, decoder, description);
+  scene_->prepareFrame();
+}
+
+void RuntimeSession::calibrationFound(const CalibrationBlob &blob) {
+  // What the user has loaded stays.
+  if (store_.isLoaded(blob.kind) || store_.loadBytes(blob.kind, blob.bytes, captureName_) != 0) return;
+  switch (blob.kind) {
+    case CalibrationKind::Corrections:
+      source_.correctionExportPending = true;
+      break;
+    case CalibrationKind::Firetimes:
+      source_.firetimesExportPending = true;
+      break;
+    case CalibrationKind::Dcf:
+      source_.dcfExportPending = true;
+      break;
+    default:
+      break;
+  }
+}
+
+void RuntimeSession::framesGrew() {
+  source_.beginSeconds = frames_->index().beginSeconds();
+  source_.endSeconds = frames_->index().endSeconds();
+  if (ready_) return;
+  source_.clipActive = true;
+  ready_ = true;
+}
+
+void RuntimeSession::failed(const std::string &reason) { refuse(reason); }
+
+void RuntimeSession::finished() { source_.endSeconds = frames_->index().endSeconds(); }
+
+std::string RuntimeSession::GetLidarType() const { return lidar() ? lidar()->type : std::string(); }
+int RuntimeSession::GetLidarNum() const { return lidar() ? lidar()->lasers : 0; }
+int RuntimeSession::GetChannelNum() const { return lidar() ? lidar()->channels : 0; }
+int RuntimeSession::GetPcapPort() const { return lidar() ? port_ : 0; }
+
+bool RuntimeSession::Iterate(int first, int count) {
+  if (!ready_ || count <= 0) return false;
+  const std::int64_t begin = std::max<std::int64_t>(first, 0);
+  const std::int64_t end = std::min<std::int64_t>(std::int64_t{first} + count, frames_->index().count());
+  return begin < end && start(static_cast<int>(begin), static_cast<int>(end - begin));
+}
+
+bool RuntimeSession::Iterate(double begin, double end) {
+  if (!ready_ || !(begin <= end)) return false;
+  const FrameIndex &index = frames_->index();
+  const int last = index.find(end);
+  if (last < 0 || begin > index.endSeconds()) return false;
+  // A window between two frame starts shows the frame that it lies in.
+  const int first = std::min(index.firstFrom(begin), last);
+  return start(first, last - first + 1);
+}
+
+bool RuntimeSession::start(int first, int count) {
+  source_.frameReady = false;
+  decoder_.post({first, count});
+  return true;
+}
+
+void RuntimeSession::decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp) {
+  if (scene_->decode(*frames_, request.first, request.count, giveUp) || giveUp()) return;
+  SKARN_LOG(LogLevel::Warning, "no frame of %d to %d can be read", request.first, request.first + request.count - 1);
+}
+
+int RuntimeSession::FindFrameId(double seconds) const { return ready_ ? frames_->index().find(seconds) : -1; }
+int RuntimeSession::GetFrameCount() const { return ready_ ? frames_->index().count() : 0; }
+
+double RuntimeSession::GetFrameStartSeconds(int frame) const {
+  const auto found = ready_ ? frames_->index().at(frame) : std::nullopt;
+  constexpr double nsPerSecond = 1e9;
+  return found ? static_cast<double>(found->startNs) / nsPerSecond : 0.0;
+}
+
+bool RuntimeSession::HasPreParser() const { return ready_; }
+DecodedFrame *RuntimeSession::DecodeFrame() { return ready_ ? &frame_ : nullptr; }
+
+void RuntimeSession::ApplyRemakeDefaultConfig() {
+  const StreamDescription *known = lidar();
+  if (known == nullptr) return;
+  params_.write([&](FrameDecodeParam &param) {
+    RemakeGrid &grid = param.remake;
+    grid.azimuthCells = known->columns * known->echoes;
+    grid.elevationCells = known->channels;
+    grid.elevationMin = known->elevationMinDeg;
+    grid.elevationMax = known->elevationMaxDeg;
+    grid.elevationResolution =
+        (grid.elevationMax - grid.elevationMin) / static_cast<float>(std::max(grid.elevationCells - 1, 1));
+    grid.azimuthResolution = (grid.azimuthMax - grid.azimuthMin) / static_cast<float>(std::max(grid.azimuthCells, 1));
+    grid.mergedFrames = std::max(grid.mergedFrames, 1);
+  });
+}
+
+}  // namespace tarvo::lidar

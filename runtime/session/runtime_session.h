@@ -1,0 +1,124 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+#include "contracts/runtime/sdk_source.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
+#include "runtime/calibration/calibration_store.h"
+#include "runtime/capture/frame_source.h"
+#include "runtime/decode/scene_decoder.h"
+#include "runtime/device/device_session.h"
+#include "runtime/session/decoder_thread.h"
+
+namespace tarvo::lidar {
+
+/// The runtime of one source: puts capture, decoder, calibration and device together. Its operations may be called from
+/// any thread. Destruction ends its threads, in the middle of an index pass or of a decode too.
+class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
+ public:
+  /// `source` owns the session and is what it fills.
+  explicit RuntimeSession(SDKSource &source);
+  ~RuntimeSession() override;
+
+  // Start. Once a session.
+  bool Init(const DriverParam &param) override;
+  [[nodiscard]] bool GetInitFinish(SvSdkInitFinish question) const override;
+  [[nodiscard]] std::string InitError() const override;
+
+  // Identity.
+  [[nodiscard]] std::string GetLidarType() const override;
+  [[nodiscard]] int GetLidarNum() const override;
+  [[nodiscard]] int GetChannelNum() const override;
+  [[nodiscard]] int GetPcapPort() const override;
+
+  // Frames.
+  bool Iterate(double begin, double end) override;
+  bool Iterate(int first, int count) override;
+  [[nodiscard]] int FindFrameId(double seconds) const override;
+  [[nodiscard]] int GetFrameCount() const override;
+  [[nodiscard]] double GetFrameStartSeconds(int frame) const override;
+  [[nodiscard]] bool HasPreParser() const override;
+  [[nodiscard]] DecodedFrame *DecodeFrame() override;
+  [[nodiscard]] DecodeParams &Params() override { return params_; }
+  void ApplyRemakeDefaultConfig() override;
+
+  // Capture.
+  bool CutPcap(const std::string &path, double begin, double end) override;
+  bool CutPcap(const std::string &path, int first, int last) override;
+  bool StartRecordPcap(const std::string &path) override;
+  void StopRecordPcap() override;
+  void SetStopRecv(bool stop) override;
+
+  // Calibration.
+  [[nodiscard]] bool IsCorrectionLoadSuccess() const override;
+  [[nodiscard]] bool IsFiretimesLoadSuccess() const override;
+  [[nodiscard]] bool IsDcfLoadSuccess() const override;
+  void SetCorrectionLoadFlag(bool loaded) override;
+  int LoadCorrectionFile(const std::string &path) override;
+  int ExportCorrectionsFile(const std::string &path, int channelCount) override;
+  int LoadFiretimesFile(const std::string &path) override;
+  int ExportFiretimesFile(const std::string &path, int channelCount) override;
+  int LoadDcfConfigFile(const std::string &path) override;
+  int ExportDcfConfigFile(const std::string &path) override;
+  int LoadNonlinearMappingFile(const std::string &path) override;
+  int ExportNonlinearMappingFile(const std::string &path) override;
+  int LoadChannelConfigFile(const std::string &path) override;
+  int ExportChannelConfigFile(const std::string &path) override;
+  [[nodiscard]] int GetCorrectionViewCapacity() const override;
+  bool GetCorrectionView(float **azimuths, float **elevations, bool **displayed) override;
+  [[nodiscard]] float *GetCorrectionAzimuthOdd() override;
+  [[nodiscard]] std::vector<double> GetCorrectionFrameSpan() const override;
+  void SetCorrectionFrameSpan(const std::vector<double> &span) override;
+  int GetCorrectionChannelSection(int section, SvSdkCorrectionSectionView *view) override;
+  [[nodiscard]] SvSdkCorrectionSnapshot CaptureCorrectionSnapshot() const override;
+  bool GetLmqChannelLayout(std::vector<LmqChannelPosition> *layout) const override;
+
+  // Device.
+  void OpenLcpConnection(const std::string &host, std::uint16_t port) override;
+  void CloseLcpConnection() override;
+  [[nodiscard]] bool IsLcpOpen() const override;
+  [[nodiscard]] bool IsAuxLcpOpen() const override;
+  int LcpSetReturnMode(int mode) override;
+  bool GetFpgaRegister(std::uint32_t address, std::uint32_t &value) override;
+  bool SetFpgaRegister(std::uint32_t address, std::uint32_t value) override;
+  bool SetLidarModeBySomeip(int mode) override;
+  bool GetLidarStatusBySomeip(int &runMode, int &heatStatus) override;
+
+  // Image signal.
+  void ExecuteWithIspLock(const std::function<void()> &work) override;
+
+ private:
+  // What the frame source tells, on its thread.
+  void described(const StreamDescription &description, const PacketDecoder &decoder, int port) override;
+  void calibrationFound(const CalibrationBlob &blob) override;
+  void framesGrew() override;
+  void failed(const std::string &reason) override;
+  void finished() override;
+
+  bool refuse(const std::string &reason);
+  void decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp);
+  bool start(int first, int count);
+  [[nodiscard]] const StreamDescription *lidar() const { return ready_ ? &description_ : nullptr; }
+
+  SDKSource &source_;
+  DecodeParams params_;
+  DecodedFrame frame_;
+  CalibrationStore store_;
+  DeviceSession device_;
+  std::mutex ispMutex_;  // held while image-signal work runs or its files change
+  std::atomic<bool> begun_{false};
+  std::atomic<bool> ready_{false};  // from then on what the frame source has told is read without a lock
+  std::atomic<bool> failed_{false};
+  mutable std::mutex errorMutex_;  // guards initError_
+  std::string initError_;
+  std::string captureName_;
+  StreamDescription description_;        // written once, before ready_
+  int port_ = 0;                         // written once, before ready_
+  std::unique_ptr<SceneDecoder> scene_;  // written once, before ready_; used by the decoder thread alone
+  std::unique_ptr<FrameSource> frames_;
+  DecoderThread decoder_;
+};
+
+}  // namespace tarvo::lidar

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "runtime/wire/side_bodies.h"
-
 #include <string_view>
 #include <vector>
+
+#include "runtime/wire/side_bodies.h"
 
 /// What a simulated lidar says about itself beside its points.
 namespace tarvo::lidar::sim {
@@ -15,13 +15,14 @@ using StatusBlock = std::array<std::uint8_t, wire::statusBlockSize>;
 
 /// A batch of fault records in the form that `type` sends; `recordSize` tells which.
 struct FaultBatch {
-    std::uint16_t recordSize = 0;
-    std::uint16_t count = 0;
-    std::vector<std::uint8_t> bytes;
+  std::uint16_t recordSize = 0;
+  std::uint16_t count = 0;
+  std::vector<std::uint8_t> bytes;
 };
 [[nodiscard]] FaultBatch faultBatch(std::string_view type, std::uint64_t timeNs, std::uint32_t frame);
 
 /// IMU samples of one frame: a lidar that stands on its vehicle, with the shake of an engine.
-[[nodiscard]] std::vector<wire::ImuSample> imuSamples(std::uint64_t frameTimeNs, double frameSeconds, std::uint64_t seed);
+[[nodiscard]] std::vector<wire::ImuSample> imuSamples(std::uint64_t frameTimeNs, double frameSeconds,
+                                                      std::uint64_t seed);
 
-} // namespace tarvo::lidar::sim
+}  // namespace tarvo::lidar::sim

@@ -9,7 +9,7 @@ inline constexpr double roadHalfWidth = 6.0;  ///< to the kerb
 inline constexpr double pavementEdge = 9.6;
 inline constexpr double buildingLine = 10.0;
 inline constexpr double kerbHeight = 0.15;
-inline constexpr double crossingBegin = 36.0; ///< side road, along y
+inline constexpr double crossingBegin = 36.0;  ///< side road, along y
 inline constexpr double crossingEnd = 45.0;
 
-} // namespace tarvo::lidar::sim::street
+}  // namespace tarvo::lidar::sim::street

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "contracts/runtime/point_fields.h"
-#include "default/frame/half_float.h"
+#include "default/frame/lanes.h"
 
 namespace tarvo::skarnvisor {
 
@@ -28,6 +28,22 @@ struct PointPass::Run {
     std::array<float, runLength> z;
 
     [[nodiscard]] std::span<const SDKPointInfo> span() const { return {points, count}; }
+
+    /// Lanes read whole groups of points: what lies behind the last point must be values, and hidden.
+    void closeTail()
+    {
+        std::fill(hidden.begin() + count, hidden.end(), std::uint8_t{1});
+        zeroTail(x);
+        zeroTail(y);
+        zeroTail(z);
+        zeroTail(words);
+    }
+
+    template <typename T>
+    void zeroTail(std::array<T, runLength>& values) const
+    {
+        std::fill(values.begin() + count, values.end(), T{});
+    }
 
     /// Hides the points that `test(point, i)` names, among those that are not hidden yet.
     template <typename Test>
@@ -76,6 +92,7 @@ bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std
     run.firstIndex = begin;
     run.firstPosition = target.firstPosition + begin;
     run.count = count;
+    run.closeTail();
 
     placePoints(run);
     if (m_settings.areaRemap.areaRemapEnabled) {
@@ -193,26 +210,31 @@ void PointPass::colorRun(Run& run) const
     std::array<float, runLength> high;
     attributeValues(m_settings.colors.attributes, m_attributeIds[0], points, low);
     attributeValues(m_settings.colors.attributes, m_attributeIds[1], points, high);
-    for (std::size_t i = 0; i < run.count; ++i) {
-        run.words[i] = halfFromFloat(high[i]) << 16 | halfFromFloat(low[i]);
+    run.zeroTail(low);
+    run.zeroTail(high);
+    for (std::size_t i = 0; i < run.count; i += lanes::width) {
+        lanes::halfWords(&low[i], &high[i], &run.words[i]);
     }
 }
 
 void PointPass::writeVertices(Run& run)
 {
-    std::array<std::int32_t, runLength> x;
-    std::array<std::int32_t, runLength> y;
-    std::array<std::int32_t, runLength> z;
-    for (std::size_t i = 0; i < run.count; ++i) {
-        x[i] = millimetresFromMetres(run.x[i]);
-        y[i] = millimetresFromMetres(run.y[i]);
-        z[i] = millimetresFromMetres(run.z[i]);
-    }
-    for (std::size_t i = 0; i < run.count; ++i) {
-        if (run.hidden[i] != 0) {
-            run.vertices[i].color = hiddenMark;
-        } else {
-            run.vertices[i] = packVertex({x[i], y[i], z[i]}, run.words[i]);
+    for (std::size_t i = 0; i < run.count; i += lanes::width) {
+        std::uint32_t anyHidden;
+        std::memcpy(&anyHidden, &run.hidden[i], sizeof anyHidden);
+        if (anyHidden == 0) {
+            lanes::packVertices(&run.x[i], &run.y[i], &run.z[i], &run.words[i], run.vertices + i);
+            continue;
+        }
+        std::array<Vertex, lanes::width> packed;
+        lanes::packVertices(&run.x[i], &run.y[i], &run.z[i], &run.words[i], packed.data());
+        const std::size_t end = std::min(lanes::width, run.count - i);
+        for (std::size_t k = 0; k < end; ++k) {
+            if (run.hidden[i + k] != 0) {
+                run.vertices[i + k].color = hiddenMark;
+            } else {
+                run.vertices[i + k] = packed[k];
+            }
         }
     }
 }

@@ -145,6 +145,9 @@ void DefaultSDKFrameRenderBuffer::prepareForQmlRemoval()
         from->overlayPoints.clear();
         from->overlayColumns = 0;
         from->overlayRows = 0;
+        // The source outlives this buffer, and its decoder may still be at work.
+        from->tryFillVertices = nullptr;
+        from->renderBuffer = nullptr;
     }
     if (from->ispEngine != nullptr && from->ispEngine->Enabled())
         from->ispEngine->ClearAll(0);

@@ -14,7 +14,7 @@ capture=${1:-$sample}
 if [ "$capture" = "$sample" ] && [ ! -s "$sample" ]; then
   mkdir -p samples
   echo "Writing the sample capture $sample ..."
-  "$bin/skarnvisor-sim" --scene street --seconds 10 --rate 10 --calibration inside --out "$sample"
+  "$bin/skarnvisor-sim" --scene street --seconds 10 --rate 10 --telemetry --faults --imu --calibration inside --out "$sample"
 fi
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then

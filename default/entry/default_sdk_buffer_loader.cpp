@@ -68,7 +68,8 @@ T *require(QObject *object, const QString &name) {
 
 // ---- the clip's functor
 
-DefaultSDKNetLoader::DefaultSDKNetLoader(QObject *parent) : Functor(parent), m_netBuffer(new DefaultSDKNetBuffer(this)) {}
+DefaultSDKNetLoader::DefaultSDKNetLoader(QObject *parent)
+    : Functor(parent), m_netBuffer(new DefaultSDKNetBuffer(this)) {}
 
 DefaultSDKNetLoader::DefaultSDKNetLoader() : DefaultSDKNetLoader(nullptr) {}
 
@@ -116,9 +117,8 @@ DefaultSDKLoader::DefaultSDKLoader(QObject *parent)
       m_pause([](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); }) {
   m_inputSDKToggle->setExtsFile({QStringLiteral("pcap"), QStringLiteral("pcapng")});
   for (const FamilyRow &row : familyTable)
-    m_ornikaLoader.*row.callback = [this, &row](const std::string &type, int port) {
-      return buildPipeline(row, type, port);
-    };
+    m_ornikaLoader.*
+        row.callback = [this, &row](const std::string &type, int port) { return buildPipeline(row, type, port); };
 }
 
 DefaultSDKLoader::DefaultSDKLoader() : DefaultSDKLoader(nullptr) {}

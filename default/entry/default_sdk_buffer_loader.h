@@ -52,7 +52,8 @@ class DefaultSDKLoader : public Functor {
   Q_INVOKABLE DefaultSDKLoader();
   ~DefaultSDKLoader() override;
 
-  /// Opens the toggle's source. A start that fails ends the run with nothing built, and leaves the source in the toggle.
+  /// Opens the toggle's source. A start that fails ends the run with nothing built, and leaves the source in the
+  /// toggle.
   /// @throws std::runtime_error when the host cannot make the pipeline; nothing stays behind
   void operator()() override;
 

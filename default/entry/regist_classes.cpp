@@ -22,14 +22,14 @@ namespace tarvo::skarnvisor {
 
 const std::array<const QMetaObject *, 16> &registeredClasses() {
   static const std::array<const QMetaObject *, 16> classes{
-      &DefaultPcdLoader::staticMetaObject,    &DefaultSDKLoader::staticMetaObject,
+      &DefaultPcdLoader::staticMetaObject,     &DefaultSDKLoader::staticMetaObject,
       &DefaultPcdFileLoader::staticMetaObject, &DefaultPcdProducer::staticMetaObject,
-      &DefaultPcdParser::staticMetaObject,    &DefaultSDKNetLoader::staticMetaObject,
-      &DefaultSDKProducer::staticMetaObject,  &DefaultSDKParser::staticMetaObject,
-      &DefaultKRProducer::staticMetaObject,   &DefaultKRParser::staticMetaObject,
-      &DefaultLMParser::staticMetaObject,     &DefaultLMProducer::staticMetaObject,
-      &DefaultVDGParser::staticMetaObject,    &DefaultQSParser::staticMetaObject,
-      &DefaultNBParser::staticMetaObject,     &DefaultFMCWParser::staticMetaObject,
+      &DefaultPcdParser::staticMetaObject,     &DefaultSDKNetLoader::staticMetaObject,
+      &DefaultSDKProducer::staticMetaObject,   &DefaultSDKParser::staticMetaObject,
+      &DefaultKRProducer::staticMetaObject,    &DefaultKRParser::staticMetaObject,
+      &DefaultLMParser::staticMetaObject,      &DefaultLMProducer::staticMetaObject,
+      &DefaultVDGParser::staticMetaObject,     &DefaultQSParser::staticMetaObject,
+      &DefaultNBParser::staticMetaObject,      &DefaultFMCWParser::staticMetaObject,
   };
   return classes;
 }

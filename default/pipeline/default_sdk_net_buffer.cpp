@@ -103,8 +103,8 @@ bool DefaultSDKNetBuffer::cutPcap(QUrl target, int first, int last) {
 
 bool DefaultSDKNetBuffer::cutPcap(QUrl target, QString begin, QString end) {
   lidar::SvSdkRuntime *sdk = runtime();
-  return sdk && sdk->CutPcap(target.toLocalFile().toLocal8Bit().toStdString(),
-                             secondsOf(dateMsTimeString2Time(begin)), secondsOf(dateMsTimeString2Time(end)));
+  return sdk && sdk->CutPcap(target.toLocalFile().toLocal8Bit().toStdString(), secondsOf(dateMsTimeString2Time(begin)),
+                             secondsOf(dateMsTimeString2Time(end)));
 }
 
 bool DefaultSDKNetBuffer::setRecord(bool on) {

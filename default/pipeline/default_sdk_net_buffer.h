@@ -10,8 +10,9 @@
 
 namespace tarvo::skarnvisor {
 
-/// The clip of a lidar track: how many frames it has, which one is shown, and the ways to keep a part of it as a capture
-/// file. Its parent owns the source. Invokables belong to the GUI thread; the functor thread writes the frame numbers.
+/// The clip of a lidar track: how many frames it has, which one is shown, and the ways to keep a part of it as a
+/// capture file. Its parent owns the source. Invokables belong to the GUI thread; the functor thread writes the frame
+/// numbers.
 class DefaultSDKNetBuffer : public ClipBuffer {
   Q_OBJECT
   Q_PROPERTY(int frameID READ frameID NOTIFY frameIDChanged)

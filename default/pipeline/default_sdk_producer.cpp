@@ -131,8 +131,8 @@ void DefaultSDKProducer::overlayGroup(int id, int groupFrames) {
   const int first = m_trackBuffer->lastFrameId();
   m_trackBuffer->iterate(first, groupFrames);
   if (!m_renderBuffer->source()->frameReady) {
-    SKARN_LOG(LogLevel::Warning, "[Overlay] iterate(id=%d) failed (trimmed), resync last_frameID %d -> %d", first, first,
-              id);
+    SKARN_LOG(LogLevel::Warning, "[Overlay] iterate(id=%d) failed (trimmed), resync last_frameID %d -> %d", first,
+              first, id);
     m_trackBuffer->setLastFrameId(id);
     skip();
     return;

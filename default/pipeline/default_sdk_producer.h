@@ -10,9 +10,9 @@ namespace tarvo::skarnvisor {
 
 class DefaultSDKFrameRenderBuffer;
 
-/// Decides at each run which frames the runtime is to decode next, and waits until they are. It tells the parser behind it
-/// through the render buffer's skip word whether there is anything new. Runs on the pipeline's functor thread; the members
-/// below `operator()` belong to that thread, and families build their own choice of frames from them.
+/// Decides at each run which frames the runtime is to decode next, and waits until they are. It tells the parser behind
+/// it through the render buffer's skip word whether there is anything new. Runs on the pipeline's functor thread; the
+/// members below `operator()` belong to that thread, and families build their own choice of frames from them.
 class DefaultSDKProducer : public Functor {
   Q_OBJECT
   Q_PROPERTY(tarvo::skarnvisor::TimeCursorToggle *timeCursorToggle READ timeCursorToggle CONSTANT)

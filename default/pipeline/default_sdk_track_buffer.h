@@ -14,8 +14,8 @@ namespace tarvo::skarnvisor {
 class DefaultSDKFrameRenderBuffer;
 class DefaultSDKNetBuffer;
 
-/// The track of a lidar: its name and port, and the producer's position in the capture. Through it the producer has frames
-/// decoded; those operations run on the producer's thread.
+/// The track of a lidar: its name and port, and the producer's position in the capture. Through it the producer has
+/// frames decoded; those operations run on the producer's thread.
 class DefaultSDKTrackBuffer : public TrackBuffer {
   Q_OBJECT
   Q_PROPERTY(int port READ port WRITE setPort NOTIFY metaChanged)

@@ -7,10 +7,8 @@ const LidarTypeChain &baseTypeChain() {
       .rows = {
           {
               .types = {"VD8"},
-              .capabilities = {{"monitorViewUseful"},
-                               {"vd8PopoutFilterFlag"},
-                               {"pointCloudSmoothing"},
-                               {"frameNumberFlag"}},
+              .capabilities =
+                  {{"monitorViewUseful"}, {"vd8PopoutFilterFlag"}, {"pointCloudSmoothing"}, {"frameNumberFlag"}},
               .offeredFilters = {FilterSlot::Confidence, FilterSlot::WeightFactor, FilterSlot::AngleState},
               .files = {.correctionExtension = "dat", .firetimes = true},
               .columns = {{"WeightFactor"}, {"AziState"}, {"EnvLight"}, {"DirtyLevel"}},

@@ -74,10 +74,8 @@ std::vector<LidarTypeRow> pointRows() {
       },
       {
           .types = {"NBW_TOP_V3_V4"},
-          .capabilities = {{"reflectanceMappingFlag"},
-                           {"nonlinearMappingUseful"},
-                           {"energyDeductFilterFlag"},
-                           {"rtlEgOrderKFlag"}},
+          .capabilities =
+              {{"reflectanceMappingFlag"}, {"nonlinearMappingUseful"}, {"energyDeductFilterFlag"}, {"rtlEgOrderKFlag"}},
           .files = {.correctionExtension = "dat"},
           .columns = {{"RawIntensity"}},
           .colorModes = {"RawIntensity"},
@@ -116,16 +114,14 @@ std::vector<LidarTypeRow> colorRows() {
           .capabilities = {{"firetimesUseful"}},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGainsUltra},
           .columns = {{"R"}, {"G"}, {"B"}},
-          .scales =
-              TypeScales{.rgbType = true, .rgbMax = 4096.0F, .rgbMaxLong = 512.0F, .rgbDualFocusScaleFlag = true},
+          .scales = TypeScales{.rgbType = true, .rgbMax = 4096.0F, .rgbMaxLong = 512.0F, .rgbDualFocusScaleFlag = true},
       },
       {
           .types = {"NBW_PEAK_V8_C"},
           .capabilities = {{"firetimesUseful"}},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
           .columns = {{"R"}, {"G"}, {"B"}},
-          .scales =
-              TypeScales{.rgbType = true, .rgbMax = 255.0F, .rgbMaxLong = 31.875F, .rgbDualFocusScaleFlag = true},
+          .scales = TypeScales{.rgbType = true, .rgbMax = 255.0F, .rgbMaxLong = 31.875F, .rgbDualFocusScaleFlag = true},
       },
       {
           .types = {"COLOR_FLD_V6"},

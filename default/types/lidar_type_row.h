@@ -29,7 +29,8 @@ struct CalibrationFileKinds {
   bool firetimes = false;
   bool factoryFiretimes = false;
   bool dcf = false;
-  std::string_view channelEqFile{};  ///< image-signal types: its file name; the image-signal file replaces the firetimes
+  std::string_view
+      channelEqFile{};  ///< image-signal types: its file name; the image-signal file replaces the firetimes
 };
 
 /// All that is special about a lidar type. What a row leaves out stays as the render buffer's constructor made it.

@@ -62,12 +62,12 @@ bool RecordCursor::next(CaptureRecord &record) {
 
 bool RecordCursor::ensure(std::size_t count) {
   if (position_ >= windowOffset_ && position_ + count <= windowOffset_ + windowUsed_) return true;
-  if (count > file_.size() - std::min(position_, file_.size())) return false;
-  const std::size_t wanted = std::max(windowSize_, count);
+  const std::uint64_t left = file_.size() - std::min(position_, file_.size());
+  if (count > left) return false;
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(std::max(windowSize_, count), left));
   if (window_.size() < wanted) window_.resize(wanted);
   windowOffset_ = position_;
-  windowUsed_ = file_.read(
-      position_, {window_.data(), static_cast<std::size_t>(std::min<std::uint64_t>(wanted, file_.size() - position_))});
+  windowUsed_ = file_.read(position_, {window_.data(), wanted});
   return windowUsed_ >= count;
 }
 

@@ -28,7 +28,11 @@ Pipeline::Pipeline(Category::Instance *instance, Origin origin, QObject *parent)
   for (const QSharedPointer<Functor> &functor : instance->functors()) findRoles(functor.data());
   if (m_producer != nullptr) appendToChain(m_producer);
   m_frames = ClipFrames(m_clip);
-  if (m_clip != nullptr) connect(m_clip, &TimeIntervalBuffer::changed, this, &Pipeline::extentChanged);
+  if (m_clip != nullptr) {
+    connect(m_clip, &TimeIntervalBuffer::changed, this, &Pipeline::noteExtent);
+    // A clip may move its end without announcing it.
+    connect(m_clipLoader, &Functor::finished, this, &Pipeline::noteExtent);
+  }
   m_refreshTimer.setInterval(m_origin.live ? liveRefreshPeriod : captureRefreshPeriod);
   connect(&m_refreshTimer, &QTimer::timeout, this, &Pipeline::refreshClip);
 }
@@ -73,6 +77,13 @@ void Pipeline::start() {
   m_clip->setPcapActive(true);
   m_clipLoader->run();
   if (m_refresh == ClipRefresh::Repeated) m_refreshTimer.start();
+}
+
+void Pipeline::noteExtent() {
+  const Extent now{begin(), end(), m_frames.count()};
+  if (now == m_extent) return;
+  m_extent = now;
+  Q_EMIT extentChanged();
 }
 
 void Pipeline::refreshClip() {

@@ -81,9 +81,17 @@ class Pipeline : public QObject, public TimelineTrack {
   void extentChanged();
 
  private:
+  struct Extent {
+    TimePoint begin;
+    TimePoint end;
+    int frames = 0;
+    bool operator==(const Extent &) const = default;
+  };
+
   void findRoles(Functor *functor);
   void appendToChain(Functor *functor);
   void refreshClip();
+  void noteExtent();
 
   Category::Instance *m_instance;  ///< deleted after this
   Origin m_origin;
@@ -95,6 +103,7 @@ class Pipeline : public QObject, public TimelineTrack {
   ClipBuffer *m_clip = nullptr;
   QList<Functor *> m_chain;
   ClipFrames m_frames;
+  Extent m_extent;  ///< as last announced
   ClipRefresh m_refresh = ClipRefresh::Repeated;
   QTimer m_refreshTimer;
   bool m_stopped = false;

@@ -58,7 +58,7 @@ void FakeClip::fill(TimePoint start, Ticks span, int frames) {
   m_frames = frames;
   setBegin(start);
   setEnd(start + (frames - 1) * span);
-  Q_EMIT changed();
+  if (announcesChanges) Q_EMIT changed();
 }
 
 void FakeClip::setLoading(bool loading) {
@@ -67,6 +67,7 @@ void FakeClip::setLoading(bool loading) {
 
 void FakeRender::prepareForQmlRemoval() { Journal::instance().add(QStringLiteral("render buffer prepared")); }
 
+std::atomic<bool> FakeClip::announcesChanges{true};
 std::atomic<int> FakeClipLoader::framesOfClip{25};
 const TimePoint FakeClipLoader::clipStart = timeFromSeconds(1'700'000'000.1234567);
 

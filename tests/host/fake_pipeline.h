@@ -38,6 +38,8 @@ class FakeClip : public ClipBuffer {
   Q_PROPERTY(int frameCount READ frameCount NOTIFY changed)
 
  public:
+  static std::atomic<bool> announcesChanges;
+
   using ClipBuffer::ClipBuffer;
   ~FakeClip() override { Journal::instance().add(QStringLiteral("clip died")); }
 

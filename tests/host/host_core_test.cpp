@@ -95,13 +95,18 @@ TEST_F(HostCoreTest, PlayedFramesReachTheProducerOnceEachAndInOrder) {
   EXPECT_EQ(Journal::instance().frames(), expected);
 }
 
-TEST_F(HostCoreTest, AGrowingClipIsSeenSoon) {
+TEST_F(HostCoreTest, AGrowingClipIsSeenSoonWhetherItAnnouncesItOrNot) {
   ASSERT_NE(open(makeFile(QStringLiteral("fine.pcap"))), nullptr);
-  QElapsedTimer timer;
-  timer.start();
-  FakeClipLoader::framesOfClip = 40;
-  EXPECT_TRUE(waitFor([this] { return host->timeline()->frameCount() == 40; }, 2000));
-  EXPECT_LT(timer.elapsed(), 1000);
+  int frames = FakeClipLoader::framesOfClip;
+  for (const bool announces : {true, false}) {
+    FakeClip::announcesChanges = announces;
+    QElapsedTimer timer;
+    timer.start();
+    FakeClipLoader::framesOfClip = ++frames;
+    EXPECT_TRUE(waitFor([&] { return host->timeline()->frameCount() == frames; }, 2000));
+    EXPECT_LT(timer.elapsed(), 1000);
+  }
+  FakeClip::announcesChanges = true;
 }
 
 TEST_F(HostCoreTest, FailuresSayWhatAndWhyAndLeaveNothingBehind) {

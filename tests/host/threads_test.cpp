@@ -45,11 +45,12 @@ TEST_F(RunInThreadOfTest, SaysSoWhenTheObjectDiesFirst) {
   bool ran = false;
   thread.quit();
   thread.wait();
-  std::thread killer([this] {
-    QThread::msleep(20);
-    object.reset();
+  QObject *const target = object.release();
+  std::thread killer([target] {
+    QThread::msleep(100);  // nothing tells from outside that the call is under way
+    delete target;
   });
-  EXPECT_FALSE(runInThreadOf(object.get(), [&] { ran = true; }));
+  EXPECT_FALSE(runInThreadOf(target, [&] { ran = true; }));
   killer.join();
   EXPECT_FALSE(ran);
 }

@@ -92,6 +92,7 @@ int main(int argc, char** argv)
 
     std::vector<Measure> measures;
     tarvo::skarnvisor::bench::addFrameMeasures(measures);
+    tarvo::skarnvisor::bench::addDecodeMeasures(measures);
 
     const std::string filter = argc > 1 ? argv[1] : "";
     std::erase_if(measures, [&filter](const Measure& measure) { return measure.name.find(filter) == std::string::npos; });

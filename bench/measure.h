@@ -22,4 +22,7 @@ struct Measure {
 /// Measures of the per-point work.
 void addFrameMeasures(std::vector<Measure>& measures);
 
+/// Measures of the runtime on a capture: decode and index.
+void addDecodeMeasures(std::vector<Measure>& measures);
+
 } // namespace tarvo::skarnvisor::bench

@@ -76,6 +76,40 @@ inline void halfWords(const float* low, const float* high, std::uint32_t* words)
     std::memcpy(words, &result, sizeof result);
 }
 
+/// From raw camera values to 0 to 255: 0 at or below `min`, 255 at or above `max`, else
+/// (value - min) / divisor * factor, rounded.
+struct ChannelScale {
+    float min;
+    float max;
+    float divisor;
+    float factor;
+};
+
+/// Words 0x00RRGGBB of four points with the same scale.
+inline void rgbWords(const ChannelScale& scale, const float* red, const float* green, const float* blue,
+                     std::uint32_t* words)
+{
+    const auto channel = [&scale](const float* raw, Words& result) {
+        const Floats lowest = Floats{} + scale.min;
+        const Floats highest = Floats{} + scale.max;
+        Floats value;
+        load(value, raw);
+        const Floats limited = value > lowest ? (value < highest ? value : highest) : lowest;
+        const Floats scaled = (limited - lowest) / scale.divisor * scale.factor + 0.5F;
+        const Words between = std::bit_cast<Words>(__builtin_convertvector(scaled, Ints));
+        const Words top = Words{} + 255U;
+        result = value <= lowest ? Words{} : value >= highest ? top : between;
+    };
+    Words reds;
+    Words greens;
+    Words blues;
+    channel(red, reds);
+    channel(green, greens);
+    channel(blue, blues);
+    const Words result = reds << 16 | greens << 8 | blues;
+    std::memcpy(words, &result, sizeof result);
+}
+
 /// `packVertex` of four points.
 inline void packVertices(const float* x, const float* y, const float* z, const std::uint32_t* color, Vertex* vertices)
 {

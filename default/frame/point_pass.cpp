@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "contracts/runtime/point_fields.h"
-#include "default/frame/lanes.h"
+#include "default/frame/vertex_run.h"
 
 namespace tarvo::skarnvisor {
 
@@ -13,37 +13,24 @@ using lidar::SDKPointInfo;
 namespace fields = lidar::fields;
 
 /// A run of points and what the steps know of them so far.
-struct PointPass::Run {
+struct PointPass::Run : VertexRun<runLength> {
     SDKPointInfo* points;
     Vertex* vertices;
     std::size_t firstIndex; ///< index in the frame of point 0
     std::size_t firstPosition;
-    std::size_t count;
     bool marksAny = false; ///< `marked` is filled
-    std::array<std::uint8_t, runLength> hidden;
     std::array<std::uint8_t, runLength> marked;
-    std::array<std::uint32_t, runLength> words;
-    std::array<float, runLength> x; ///< metres, after the remake
-    std::array<float, runLength> y;
-    std::array<float, runLength> z;
+
+    Run(const PointPassTarget& target, std::size_t begin, std::size_t length)
+        : VertexRun(length)
+        , points(target.points + begin)
+        , vertices(target.vertices + begin)
+        , firstIndex(begin)
+        , firstPosition(target.firstPosition + begin)
+    {
+    }
 
     [[nodiscard]] std::span<const SDKPointInfo> span() const { return {points, count}; }
-
-    /// Lanes read whole groups of points: what lies behind the last point must be values, and hidden.
-    void closeTail()
-    {
-        std::fill(hidden.begin() + count, hidden.end(), std::uint8_t{1});
-        zeroTail(x);
-        zeroTail(y);
-        zeroTail(z);
-        zeroTail(words);
-    }
-
-    template <typename T>
-    void zeroTail(std::array<T, runLength>& values) const
-    {
-        std::fill(values.begin() + count, values.end(), T{});
-    }
 
     /// Hides the points that `test(point, i)` names, among those that are not hidden yet.
     template <typename Test>
@@ -65,10 +52,32 @@ struct PointPass::Run {
     }
 };
 
+void colorWords(const PointPassSettings& settings, std::span<const SDKPointInfo> points, std::span<std::uint32_t> words)
+{
+    if (settings.useRgbMode) {
+        rgbWords(settings.rgbScale, points, words);
+        return;
+    }
+    if (settings.familyColors) {
+        settings.familyColors(points, words.first(points.size()));
+        return;
+    }
+    const ColorTable& colors = settings.colors;
+    std::array<float, pointRunLength> low;
+    std::array<float, pointRunLength> high;
+    attributeValues(colors.attributes, colors.attributeOf(colors.colorMode), points, low);
+    attributeValues(colors.attributes, colors.attributeOf(colors.colorModeSplitWindow), points, high);
+    std::size_t i = 0;
+    for (; i + lanes::width <= points.size(); i += lanes::width) {
+        lanes::halfWords(&low[i], &high[i], &words[i]);
+    }
+    for (; i < points.size(); ++i) {
+        words[i] = halfFromFloat(high[i]) << 16 | halfFromFloat(low[i]);
+    }
+}
+
 PointPass::PointPass(PointPassSettings settings)
     : m_settings(std::move(settings))
-    , m_attributeIds{m_settings.colors.attributeOf(m_settings.colors.colorMode),
-                     m_settings.colors.attributeOf(m_settings.colors.colorModeSplitWindow)}
     , m_remakesPosition(m_settings.remakeEnabled && !m_settings.remakeKeepsPosition)
     , m_filters(!m_settings.filter.filtersNothing())
     , m_ranges(m_settings.filter.enabled && m_settings.fileRanges && !m_settings.fileRanges->byAttribute.empty())
@@ -86,14 +95,7 @@ bool PointPass::operator()(const PointPassTarget& target, std::size_t begin, std
 
 bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std::size_t count) const
 {
-    Run run; // the arrays are filled by the steps that need them
-    run.points = target.points + begin;
-    run.vertices = target.vertices + begin;
-    run.firstIndex = begin;
-    run.firstPosition = target.firstPosition + begin;
-    run.count = count;
-    run.closeTail();
-
+    Run run(target, begin, count);
     placePoints(run);
     if (m_settings.areaRemap.areaRemapEnabled) {
         const bool alternate = m_settings.colors.attributes.nbqPointLayout;
@@ -101,8 +103,8 @@ bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std
     }
     hideByPoint(run);
     applyFilter(run);
-    colorRun(run);
-    writeVertices(run);
+    colorWords(m_settings, run.span(), run.words);
+    run.write(run.vertices);
     if (m_settings.selection) {
         select(run);
     }
@@ -123,17 +125,13 @@ bool PointPass::processRun(const PointPassTarget& target, std::size_t begin, std
             canvas[i] = run.hidden[i] != 0 ? Vertex{canvas[i].low, canvas[i].high, hiddenMark} : run.vertices[i];
         }
     }
-    return std::any_of(run.vertices, run.vertices + count, [](const Vertex& v) { return v.color != hiddenMark; });
+    return anyShown({run.vertices, count});
 }
 
 void PointPass::placePoints(Run& run) const
 {
     if (!m_remakesPosition) {
-        for (std::size_t i = 0; i < run.count; ++i) {
-            run.x[i] = run.points[i].x;
-            run.y[i] = run.points[i].y;
-            run.z[i] = run.points[i].z;
-        }
+        run.placeAt(run.points);
         return;
     }
     const RemakeFold fold = m_settings.remake;
@@ -148,9 +146,7 @@ void PointPass::placePoints(Run& run) const
 
 void PointPass::hideByPoint(Run& run) const
 {
-    for (std::size_t i = 0; i < run.count; ++i) {
-        run.hidden[i] = static_cast<std::uint8_t>(run.points[i].channel == 0);
-    }
+    run.hideEmptySlots(run.points);
     if (m_settings.remakeEnabled) {
         for (std::size_t i = 0; i < run.count; ++i) {
             run.hidden[i] |= static_cast<std::uint8_t>(run.points[i].distance <= 0.0F);
@@ -192,50 +188,6 @@ void PointPass::applyFilter(Run& run) const
             run.marked[i] |= static_cast<std::uint8_t>(outcome == RangeOutcome::Highlight);
             return outcome == RangeOutcome::Hide;
         });
-    }
-}
-
-void PointPass::colorRun(Run& run) const
-{
-    const auto points = run.span();
-    if (m_settings.useRgbMode) {
-        rgbWords(m_settings.rgbScale, points, run.words);
-        return;
-    }
-    if (m_settings.familyColors) {
-        m_settings.familyColors(points, std::span(run.words).first(run.count));
-        return;
-    }
-    std::array<float, runLength> low;
-    std::array<float, runLength> high;
-    attributeValues(m_settings.colors.attributes, m_attributeIds[0], points, low);
-    attributeValues(m_settings.colors.attributes, m_attributeIds[1], points, high);
-    run.zeroTail(low);
-    run.zeroTail(high);
-    for (std::size_t i = 0; i < run.count; i += lanes::width) {
-        lanes::halfWords(&low[i], &high[i], &run.words[i]);
-    }
-}
-
-void PointPass::writeVertices(Run& run)
-{
-    for (std::size_t i = 0; i < run.count; i += lanes::width) {
-        std::uint32_t anyHidden;
-        std::memcpy(&anyHidden, &run.hidden[i], sizeof anyHidden);
-        if (anyHidden == 0) {
-            lanes::packVertices(&run.x[i], &run.y[i], &run.z[i], &run.words[i], run.vertices + i);
-            continue;
-        }
-        std::array<Vertex, lanes::width> packed;
-        lanes::packVertices(&run.x[i], &run.y[i], &run.z[i], &run.words[i], packed.data());
-        const std::size_t end = std::min(lanes::width, run.count - i);
-        for (std::size_t k = 0; k < end; ++k) {
-            if (run.hidden[i + k] != 0) {
-                run.vertices[i + k].color = hiddenMark;
-            } else {
-                run.vertices[i + k] = packed[k];
-            }
-        }
     }
 }
 

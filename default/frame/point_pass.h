@@ -53,6 +53,14 @@ struct PointPassSettings {
     bool popoutHighlight = false; ///< points with a confidence word of 255 are highlighted
 };
 
+/// Longest run of points that is worked on at once.
+inline constexpr std::size_t pointRunLength = 128;
+
+/// Colour words of `pointRunLength` points at most by the colour part of the settings: RGB words, the
+/// family's words, or the table's two modes. `words` is at least as long as `points`.
+void colorWords(const PointPassSettings& settings, std::span<const lidar::SDKPointInfo> points,
+                std::span<std::uint32_t> words);
+
 /// The points of a frame and where a pass puts its results. Nothing is owned; every array that is not
 /// null holds `count` entries. Index i is the same point in all of them.
 struct PointPassTarget {
@@ -74,7 +82,7 @@ struct PointPassTarget {
 class PointPass {
 public:
     /// Points of one run.
-    static constexpr std::size_t runLength = 128;
+    static constexpr std::size_t runLength = pointRunLength;
 
     explicit PointPass(PointPassSettings settings);
 
@@ -91,13 +99,10 @@ private:
     void placePoints(Run& run) const;
     void hideByPoint(Run& run) const;
     void applyFilter(Run& run) const;
-    void colorRun(Run& run) const;
-    static void writeVertices(Run& run);
     void select(Run& run) const;
     void highlight(Run& run) const;
 
     PointPassSettings m_settings;
-    std::array<int, 2> m_attributeIds; ///< low half, high half
     bool m_remakesPosition;
     bool m_filters;
     bool m_ranges;

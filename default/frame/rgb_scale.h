@@ -56,29 +56,16 @@ struct RgbScale {
     friend bool operator==(const RgbScale&, const RgbScale&) = default;
 };
 
-/// 0 at or below `min`, 255 at or above `max`, else rounded in between.
-[[nodiscard]] inline std::uint32_t scaledChannel(const FocusScale& scale, std::uint16_t raw) noexcept
-{
-    const auto value = static_cast<float>(raw);
-    if (value <= scale.min) {
-        return 0;
-    }
-    if (value >= scale.max) {
-        return 255;
-    }
-    return scale.range > 0.0F ? static_cast<std::uint32_t>((value - scale.min) / scale.range * 255.0F + 0.5F) : 0U;
-}
-
-/// Colour word 0x00RRGGBB of a point.
-[[nodiscard]] inline std::uint32_t rgbWord(const RgbScale& scale, const lidar::SDKPointInfo& point) noexcept
-{
-    const FocusScale& focus = scale.scaleOf(point);
-    return scaledChannel(focus, point.red) << 16 | scaledChannel(focus, point.green) << 8 |
-           scaledChannel(focus, point.blue);
-}
+/// Colour word 0x00RRGGBB of a point: per channel 0 at or below `min`, 255 at or above `max`, else
+/// (value - min) / range * 255, rounded.
+[[nodiscard]] std::uint32_t rgbWord(const RgbScale& scale, const lidar::SDKPointInfo& point) noexcept;
 
 /// Colour words of a run of points; `words` is at least as long as `points`.
 void rgbWords(const RgbScale& scale, std::span<const lidar::SDKPointInfo> points, std::span<std::uint32_t> words) noexcept;
+
+/// The same with 255 / range worked out once: words may differ by one step from those of `rgbWords`.
+void rgbWordsFast(const RgbScale& scale, std::span<const lidar::SDKPointInfo> points,
+                  std::span<std::uint32_t> words) noexcept;
 
 /// Works out the scales that are switched to automatic from the low and high percentage of the red,
 /// green and blue values of all points with a channel, and stores them. True when a limit moved by more

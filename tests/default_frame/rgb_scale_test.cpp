@@ -41,6 +41,32 @@ TEST(RgbScale, LongFocusPointsHaveTheirOwnScaleOnlyWhereTheLidarHasTwo)
     EXPECT_EQ(rgbWord(scale, coloured(16, 16, 16, false)), 0x101010U);
 }
 
+TEST(RgbScale, RunsGiveTheWordsOfSinglePointsAndTheFastOnesAreOneStepOff)
+{
+    std::vector<SDKPointInfo> points;
+    for (int i = 0; i < 399; ++i) {
+        points.push_back(coloured(i, 2 * i, 3 * i, i > 200 ? i > 300 : i % 3 == 0));
+    }
+    for (const FocusScale& focus : {FocusScale{}, FocusScale{100, 300, 200, false}, FocusScale{100, 300, 0, false},
+                                    FocusScale{10, 300, 50, false}}) {
+        for (const bool dual : {false, true}) {
+            RgbScale scale;
+            scale.shortFocus = focus;
+            scale.rgbDualFocusScaleFlag = dual;
+            std::vector<std::uint32_t> words(points.size());
+            std::vector<std::uint32_t> fast(points.size());
+            rgbWords(scale, points, words);
+            rgbWordsFast(scale, points, fast);
+            for (std::size_t i = 0; i < points.size(); ++i) {
+                ASSERT_EQ(words[i], rgbWord(scale, points[i])) << i;
+                for (const int shift : {0, 8, 16}) {
+                    ASSERT_NEAR(static_cast<double>(fast[i] >> shift & 255U), static_cast<double>(words[i] >> shift & 255U), 1.0);
+                }
+            }
+        }
+    }
+}
+
 TEST(RgbScale, LimitsRefuseTheWrongOrderAndIgnoreSmallSteps)
 {
     FocusScale scale;

@@ -1,10 +1,13 @@
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "default/frame/half_float.h"
+#include "default/frame/lanes.h"
 #include "default/frame/vertex.h"
 
 namespace tarvo::skarnvisor {
@@ -95,6 +98,29 @@ TEST(HalfFloat, HalvesOfTheMarksHaveTheirMeaning)
 {
     EXPECT_EQ(hiddenMark, halfFromFloat(-1.0F) * 0x10001U);
     EXPECT_EQ(highlightMark, halfFromFloat(2.0F) * 0x10001U);
+}
+
+TEST(Lanes, GiveWhatTheOneValueFormsGive)
+{
+    std::vector<float> values{0.0F, -0.0F, infinity, -infinity, std::bit_cast<float>(0x7f800001U), 6.0e-8F, 1e-40F, 65535.9F,
+                              65536.0F, -1048.576F, 1048.575F, 2000.0F, 0.0005F, -0.0006F};
+    for (std::uint32_t bits = 0; bits < 0xff000000U; bits += 0x003fff1dU) { // every exponent, both signs
+        values.push_back(std::bit_cast<float>(bits));
+    }
+    const std::size_t n = values.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const std::array<float, 4> a{values[i], values[(i + 1) % n], values[(i + 2) % n], values[(i + 3) % n]};
+        const std::array<float, 4> b{a[3], a[0], a[2], a[1]};
+        const std::array<std::uint32_t, 4> colors{1, 2, 3, 4};
+        std::array<std::uint32_t, 4> words;
+        std::array<Vertex, 4> vertices;
+        lanes::halfWords(a.data(), b.data(), words.data());
+        lanes::packVertices(a.data(), b.data(), a.data(), colors.data(), vertices.data());
+        for (std::size_t k = 0; k < 4; ++k) {
+            ASSERT_EQ(words[k], halfFromFloat(b[k]) << 16 | halfFromFloat(a[k])) << a[k] << ' ' << b[k];
+            ASSERT_EQ(vertices[k], packVertex(a[k], b[k], a[k], colors[k])) << a[k] << ' ' << b[k];
+        }
+    }
 }
 
 } // namespace

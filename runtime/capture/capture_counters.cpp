@@ -28,6 +28,12 @@ constexpr std::array<FaultText, static_cast<unsigned>(InputFault::count_)> fault
     {LogLevel::Information, "packets of another sensor, skipped"},
     {LogLevel::Warning, "calibration data in the capture cannot be used"},
     {LogLevel::Warning, "frame larger than can be shown, its rest is left out"},
+    {LogLevel::Information, "lidar packets come out of order"},
+    {LogLevel::Information, "lidar packets come twice"},
+    {LogLevel::Warning, "the sensor's clock jumped, the timeline goes on without the jump"},
+    {LogLevel::Information, "the size of the frames changed"},
+    {LogLevel::Warning, "this machine did not read the socket in time, packets are dropped"},
+    {LogLevel::Information, "frames are missing for a while"},
 }};
 
 }  // namespace

@@ -21,6 +21,12 @@ enum class InputFault : unsigned {
   ForeignSensor,       ///< lidar packets of another sensor or port than the one shown
   RefusedCalibration,  ///< calibration data in the capture that cannot be used
   OversizedFrame,      ///< a frame with more data than the decoder takes
+  DisorderedPacket,    ///< came behind a later one
+  RepeatedPacket,      ///< came twice
+  ClockJump,           ///< the sensor's clock went back, or further on than the reception's did
+  ShapeChange,         ///< a frame of another size than the one in front of it
+  KernelDrop,          ///< thrown away by this machine in front of a live source
+  FrameGap,            ///< longer than two periods without a frame
   count_
 };
 

@@ -25,7 +25,9 @@ CaptureSource::CaptureSource(std::string path, int sensorPort, FrameSourceListen
   counters_.setName(fileNameOf(path_));
 }
 
-CaptureSource::~CaptureSource() {
+CaptureSource::~CaptureSource() { stop(); }
+
+void CaptureSource::stop() {
   stop_.store(true);
   if (thread_.joinable()) thread_.join();
 }

@@ -19,6 +19,7 @@ class CaptureSource final : public FrameSource {
   ~CaptureSource() override;
   /// Begins to read, and to call the listener. Once.
   void start();
+  void stop() override;
 
   [[nodiscard]] const FrameIndex &index() const override { return index_; }
   bool readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) override;

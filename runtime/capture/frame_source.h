@@ -24,10 +24,13 @@ class FrameSourceListener {
   virtual void finished() = 0;
 };
 
-/// Where frames come from: a capture file, or (with the live receiver) a socket. Destruction ends its thread.
+/// Where frames come from: a capture file, or (with the live receiver) a socket.
 class FrameSource {
  public:
   virtual ~FrameSource() = default;
+  /// Ends the source's thread; the listener is not called any more when this returns. Its owner calls it before it lets
+  /// go.
+  virtual void stop() = 0;
   /// Frames found so far; any thread.
   [[nodiscard]] virtual const FrameIndex &index() const = 0;
   /// Collects the packets of a frame; false when there is no such frame (any more). `stop` is asked now and then and

@@ -19,7 +19,7 @@ RuntimeSession::RuntimeSession(SDKSource &source)
 
 RuntimeSession::~RuntimeSession() {
   decoder_.stop();
-  frames_.reset();
+  if (frames_) frames_->stop();
 }
 
 bool RuntimeSession::Init(const DriverParam &param) {

@@ -18,8 +18,10 @@ constexpr std::array<double, 23> powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e
 
 // The exact way, for whatever the quick one declines.
 bool parseSlowly(const char *begin, const char *end, float &value) {
-  if (begin != end && *begin == '+') ++begin;
-  if (begin != end && *begin == '+') return false;
+  if (begin != end && *begin == '+') {
+    ++begin;
+    if (begin != end && (*begin == '+' || *begin == '-')) return false;
+  }
   float parsed = 0.0F;
   const std::from_chars_result result = std::from_chars(begin, end, parsed);
   if (result.ptr != end) return false;

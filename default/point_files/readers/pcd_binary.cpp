@@ -24,6 +24,17 @@ std::uint32_t littleWord(const unsigned char *bytes) {
          static_cast<std::uint32_t>(bytes[2]) << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
+// Writers that map the file into memory leave its last page filled up with zeros.
+constexpr std::uint64_t pageBytes = 4096;
+
+/// Whether the file ends at `position`, or holds nothing but such a filling behind it.
+bool endsAt(const InputFile &file, std::uint64_t position) {
+  if (position > file.size() || file.size() - position >= pageBytes) return false;
+  std::vector<char> rest(file.size() - position);
+  return file.readAt(position, rest.data(), rest.size()) == rest.size() &&
+         std::all_of(rest.begin(), rest.end(), [](char c) { return c == '\0'; });
+}
+
 /// Reads and decodes records [first, last) and returns how many the file gave.
 std::uint64_t decodeRecords(const InputFile &file, std::uint64_t dataStart, const PcdRecordPlan &plan, std::uint64_t first,
                             std::uint64_t last, PcdPoint *points) {
@@ -78,7 +89,7 @@ bool PcdFileReader::readCompressed(const InputFile &file, std::uint64_t dataStar
   m_header.uncompressed_size = littleWord(words + 4);
   const std::uint32_t packed = m_header.compressed_size;
   const std::uint32_t unpacked = m_header.uncompressed_size;
-  if (blockStart + packed != file.size()) {
+  if (!endsAt(file, blockStart + packed)) {
     std::printf("错误: 文件大小不匹配 (数据开始位置=%zu, 压缩大小=%u, 文件大小=%zu)\n", static_cast<std::size_t>(blockStart),
                 packed, static_cast<std::size_t>(file.size()));
     return false;

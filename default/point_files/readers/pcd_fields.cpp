@@ -1,7 +1,6 @@
 #include "default/point_files/readers/pcd_fields.h"
 
 #include <array>
-#include <cmath>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -17,17 +16,6 @@ constexpr std::array<std::pair<const char *, PcdPlace>, 7> places = {{{"x", PcdP
                                                                       {"intensity", PcdPlace::intensity},
                                                                       {"confidence", PcdPlace::confidence},
                                                                       {"rowId", PcdPlace::rowId}}};
-
-// Low 16 bits of the value without its fraction. A value that no 64-bit integer holds, NaN too, has none and gives 0.
-template <typename T>
-std::uint16_t lowWord(T value) {
-  if constexpr (std::is_floating_point_v<T>) {
-    if (!(std::abs(value) < T(9.2e18))) return 0;
-    return static_cast<std::uint16_t>(static_cast<std::int64_t>(value));
-  } else {
-    return static_cast<std::uint16_t>(value);
-  }
-}
 
 ScalarType pcdScalarType(char letter, int size) {
   const auto pick = [size](ScalarType one, ScalarType two, ScalarType four, ScalarType eight) {

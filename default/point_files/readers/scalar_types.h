@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 namespace tarvo::skarnvisor {
@@ -34,6 +36,17 @@ void withScalarType(ScalarType type, Use &&use) {
     case ScalarType::u64: return use(std::uint64_t{});
     case ScalarType::f32: return use(float{});
     case ScalarType::f64: return use(double{});
+  }
+}
+
+/// Low 16 bits of the value without its fraction. A value that no 64-bit integer holds, NaN too, has none and gives 0.
+template <typename T>
+[[nodiscard]] std::uint16_t lowWord(T value) {
+  if constexpr (std::is_floating_point_v<T>) {
+    if (!(std::abs(value) < T(9.2e18))) return 0;
+    return static_cast<std::uint16_t>(static_cast<std::int64_t>(value));
+  } else {
+    return static_cast<std::uint16_t>(value);
   }
 }
 

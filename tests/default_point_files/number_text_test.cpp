@@ -1,0 +1,92 @@
+#include "default/point_files/readers/number_text.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+
+namespace tarvo::skarnvisor {
+namespace {
+
+bool parse(const std::string &text, float &value) {
+  return NumberLine(text.data(), text.data() + text.size()).read(value);
+}
+
+TEST(NumberText, FloatsReadAsTheStandardLibraryReadsThem) {
+  std::mt19937 random(7);
+  const char *const formats[] = {"%g", "%.9g", "%.3f", "%.7e", "%.12f", "%.17g", "%.25g", "+%.8g"};
+  char text[128];
+  for (int i = 0; i < 200000; ++i) {
+    auto wide = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
+    if (!std::isfinite(wide)) continue;
+    if (i % 3 != 0) wide = std::ldexp(wide, -std::ilogb(wide == 0.0 ? 1.0 : wide) + static_cast<int>(random() % 20) - 8);
+    const char *const format = formats[static_cast<std::size_t>(i) % std::size(formats)];
+    if (*format == '+' && wide < 0) wide = -wide;
+    std::snprintf(text, sizeof text, format, wide);
+    const float expected = std::strtof(text, nullptr);
+    if (std::isinf(expected)) continue;
+    float value = -77.0F;
+    ASSERT_TRUE(parse(text, value)) << text;
+    ASSERT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(expected)) << text;
+  }
+}
+
+TEST(NumberText, HalfwayCasesRoundOnce) {
+  // Between two floats by less than a double can show: rounding to a double first would go the wrong way.
+  for (const char *text : {"1.00000005960464477539062500000001", "1.000000059604644775390625", "16777217",
+                           "16777219", "9007199791611905", "7.0064923216240861e-46", "1.17549432e-38"}) {
+    float value = 0.0F;
+    ASSERT_TRUE(parse(text, value)) << text;
+    EXPECT_EQ(value, std::strtof(text, nullptr)) << text;
+  }
+}
+
+TEST(NumberText, OddSpellings) {
+  struct Case {
+    const char *text;
+    bool good;
+    float value;
+  };
+  const Case cases[] = {
+      {"1.", true, 1.0F},      {".5", true, 0.5F},     {"-.5e1", true, -5.0F},  {"+2", true, 2.0F},
+      {"1e-400", true, 0.0F},  {"0e999999", true, 0},  {"1e40", false, 0},      {"1e999999", false, 0},
+      {"", false, 0},          {".", false, 0},        {"-", false, 0},         {"+-1", false, 0},
+      {"--1", false, 0},       {"++1", false, 0},      {"1e", false, 0},        {"1e+", false, 0},
+      {"1,5", false, 0},       {"1.2.3", false, 0},    {"0x10", false, 0},      {"abc", false, 0},
+      {"0.0000000000000000000000000000000000000000000000000000000001", true, 0.0F},
+  };
+  for (const Case &c : cases) {
+    float value = 0.0F;
+    EXPECT_EQ(parse(c.text, value), c.good) << c.text;
+    EXPECT_EQ(value, c.value) << c.text;
+  }
+  float value = 0.0F;
+  EXPECT_FALSE(parse(std::string("1\0002", 3), value)) << "a NUL inside a number";
+  for (const char *text : {"nan", "NaN", "-nan"}) {
+    value = 0.0F;
+    EXPECT_TRUE(parse(text, value) && std::isnan(value)) << text;
+  }
+  for (const char *text : {"inf", "Infinity", "-INF"}) {
+    value = 0.0F;
+    EXPECT_TRUE(parse(text, value) && std::isinf(value) && (value < 0) == (*text == '-')) << text;
+  }
+}
+
+TEST(NumberText, WholeNumbersAndTheRestOfALineAfterAFault) {
+  const std::string text = "\t7 65535 -1 \v65536 5";
+  NumberLine line(text.data(), text.data() + text.size());
+  std::uint16_t value = 0;
+  EXPECT_TRUE(line.read(value) && value == 7);
+  EXPECT_TRUE(line.read(value) && value == 65535);
+  EXPECT_TRUE(line.read(value) && value == 65535) << "-1 wraps";
+  EXPECT_FALSE(line.read(value)) << "65536 is too large";
+  EXPECT_FALSE(line.read(value)) << "what follows a fault is not read";
+  EXPECT_EQ(value, 65535);
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor

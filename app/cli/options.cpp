@@ -117,6 +117,7 @@ Parser::Parser() {
   addPlay();
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
+  addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");
 }
 
 ParsedOptions Parser::parse(int argc, const char *const *argv) {

@@ -28,6 +28,8 @@ struct Options {
   QString plugin;  ///< empty: the one beside the program
   bool verbose = false;
   LookOptions look;
+  // view
+  QString shotFile;
   // render
   int frame = 0;
   QString out;

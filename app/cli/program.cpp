@@ -84,7 +84,7 @@ int runProgram(int argc, char **argv) {
   int ownArguments = 1;
   QApplication application(ownArguments, argv);
   QApplication::setApplicationName(QStringLiteral("skarnvisor"));
-  return window ? runWindow(pluginPath(options), options.file) : runWithoutWindow(options);
+  return window ? runWindow({pluginPath(options), options.file, options.shotFile}) : runWithoutWindow(options);
 }
 
 }  // namespace tarvo::skarnvisor::app

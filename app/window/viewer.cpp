@@ -32,6 +32,7 @@ void Viewer::open(const QString &path) {
 }
 
 void Viewer::takeUpCapture() {
+  setError({});
   m_measured = false;
   m_rangeMeasured = false;
   m_session.view().setPlayByFrame(m_playByFrame);

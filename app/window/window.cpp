@@ -5,11 +5,14 @@
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickStyle>
+#include <QQuickWindow>
 #include <QTimer>
 #include <cstdio>
+#include <memory>
 
 #include "app/window/cloud_canvas.h"
 #include "app/window/viewer.h"
+#include "app/window/window_shot.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -39,7 +42,7 @@ QPalette darkPalette() {
 
 }  // namespace
 
-int runWindow(const QString &pluginPath, const QString &capture) {
+int runWindow(const WindowOptions &options) {
   QQuickStyle::setStyle(QStringLiteral("Fusion"));
   QApplication::setPalette(darkPalette());
   qmlRegisterType<CloudCanvas>("Skarnvisor", 1, 0, "CloudCanvas");
@@ -53,9 +56,13 @@ int runWindow(const QString &pluginPath, const QString &capture) {
     std::fputs("skarnvisor: the window could not be made\n", stderr);
     return 1;
   }
-  viewer.start(pluginPath);
-  if (!capture.isEmpty() && viewer.error().isEmpty())
-    QTimer::singleShot(0, &viewer, [&viewer, capture] { viewer.open(capture); });
+  std::unique_ptr<WindowShot> shot;
+  if (auto *root = qobject_cast<QQuickWindow *>(engine.rootObjects().first()); root && !options.shotFile.isEmpty())
+    shot = std::make_unique<WindowShot>(viewer, *root, options.shotFile);
+  QTimer::singleShot(0, &viewer, [&viewer, &options] {
+    viewer.start(options.pluginPath);
+    if (!options.capture.isEmpty() && viewer.error().isEmpty()) viewer.open(options.capture);
+  });
   return QApplication::exec();
 }
 

@@ -4,8 +4,14 @@
 
 namespace tarvo::skarnvisor::app {
 
-/// Shows the window until the user closes it; needs a QApplication. Opens `capture` unless it is empty.
+struct WindowOptions {
+  QString pluginPath;
+  QString capture;   ///< empty: nothing is opened
+  QString shotFile;  ///< not empty: save the window with the first frame on it, and end
+};
+
+/// Shows the window until the user closes it; needs a QApplication.
 /// @return exit code of the program: 1, with a message on standard error, if the window cannot be made
-int runWindow(const QString &pluginPath, const QString &capture);
+int runWindow(const WindowOptions &options);
 
 }  // namespace tarvo::skarnvisor::app

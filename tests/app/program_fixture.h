@@ -1,0 +1,54 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+namespace tarvo::skarnvisor::test {
+
+struct ProgramResult {
+  int exitCode = -1;
+  QString out;
+  QString err;
+
+  /// The value of a "name: value" line on standard output, without digit groups.
+  QString value(const QString &name) const {
+    for (const QString &line : out.split('\n')) {
+      if (line.startsWith(name + ": ")) return line.mid(name.size() + 2).remove(',');
+    }
+    return {};
+  }
+};
+
+/// Runs a program to its end; a crash gives the exit code -1. There is no display but what `extra` names.
+inline ProgramResult runProgram(const QString &program, const QStringList &arguments,
+                                const QList<QPair<QString, QString>> &extra = {}) {
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) environment.remove(name);
+  for (const auto &[name, value] : extra) environment.insert(name, value);
+  process.setProcessEnvironment(environment);
+  process.start(program, arguments);
+  constexpr int limitMs = 120000;
+  if (!process.waitForFinished(limitMs)) process.kill();
+  ProgramResult result;
+  if (process.exitStatus() == QProcess::NormalExit) result.exitCode = process.exitCode();
+  result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+  result.err = QString::fromLocal8Bit(process.readAllStandardError());
+  return result;
+}
+
+inline ProgramResult skarnvisor(const QStringList &arguments) {
+  return runProgram(QStringLiteral(SKARNVISOR_PROGRAM), arguments);
+}
+
+inline void writeFile(const QString &path, const QByteArray &bytes) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+  file.write(bytes);
+}
+
+}  // namespace tarvo::skarnvisor::test

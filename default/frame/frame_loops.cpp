@@ -13,6 +13,10 @@ using lidar::SDKPointInfo;
 
 namespace {
 
+/// Points that a thread takes at once.
+constexpr std::size_t pointChunk = 128;
+constexpr std::size_t fastPathChunk = 256;
+
 bool keepsAttributeWord(std::uint32_t word)
 {
     const float low = floatFromHalf(static_cast<std::uint16_t>(word));
@@ -31,11 +35,10 @@ void recolorRun(const PointPassSettings& colors, std::span<const SDKPointInfo> p
 }
 
 /// One run of the fast path. True when a vertex of it is not hidden.
-template <std::size_t length>
 bool fillRun(const RgbScale& scale, const PointHook& pointHook, std::span<const SDKPointInfo> points,
              std::span<Vertex> vertices)
 {
-    VertexRun<length> run(points.size());
+    VertexRun<pointRunLength> run(points.size());
     run.hideEmptySlots(points.data());
     if (pointHook) {
         for (std::size_t i = 0; i < points.size(); ++i) {
@@ -56,7 +59,7 @@ bool fillRun(const RgbScale& scale, const PointHook& pointHook, std::span<const 
 bool runPointPass(tf::Executor& executor, const PointPass& pass, const PointPassTarget& target)
 {
     std::atomic<bool> shown{false};
-    parallelRuns(executor, target.count, PointPass::runLength, [&](std::size_t begin, std::size_t end) {
+    parallelRuns(executor, target.count, pointChunk, [&](std::size_t begin, std::size_t end) {
         if (pass(target, begin, end) && !shown.load(std::memory_order_relaxed)) {
             shown.store(true, std::memory_order_relaxed);
         }
@@ -68,7 +71,7 @@ void recolor(tf::Executor& executor, const PointPassSettings& colors, std::span<
              std::span<Vertex> vertices)
 {
     const std::size_t count = std::min(points.size(), vertices.size());
-    parallelRuns(executor, count, pointRunLength, [&](std::size_t begin, std::size_t end) {
+    parallelRuns(executor, count, pointChunk, [&](std::size_t begin, std::size_t end) {
         for (; begin < end; begin += pointRunLength) {
             const std::size_t length = std::min(pointRunLength, end - begin);
             recolorRun(colors, points.subspan(begin, length), vertices.subspan(begin, length));
@@ -79,13 +82,12 @@ void recolor(tf::Executor& executor, const PointPassSettings& colors, std::span<
 bool fillVertices(tf::Executor& executor, const RgbScale& scale, const PointHook& pointHook,
                   std::span<const SDKPointInfo> points, std::span<Vertex> vertices)
 {
-    constexpr std::size_t runLength = 256;
     std::atomic<bool> shown{false};
-    parallelRuns(executor, points.size(), runLength, [&](std::size_t begin, std::size_t end) {
+    parallelRuns(executor, points.size(), fastPathChunk, [&](std::size_t begin, std::size_t end) {
         bool shownHere = false;
-        for (; begin < end; begin += runLength) {
-            const auto run = points.subspan(begin, std::min(runLength, end - begin));
-            shownHere |= fillRun<runLength>(scale, pointHook, run, vertices.subspan(begin, run.size()));
+        for (; begin < end; begin += pointRunLength) {
+            const auto run = points.subspan(begin, std::min(pointRunLength, end - begin));
+            shownHere |= fillRun(scale, pointHook, run, vertices.subspan(begin, run.size()));
         }
         if (shownHere && !shown.load(std::memory_order_relaxed)) {
             shown.store(true, std::memory_order_relaxed);

@@ -13,13 +13,13 @@ using lidar::SDKPointInfo;
 namespace fields = lidar::fields;
 
 /// A run of points and what the steps know of them so far.
-struct PointPass::Run : VertexRun<runLength> {
+struct PointPass::Run : VertexRun<pointRunLength> {
     SDKPointInfo* points;
     Vertex* vertices;
     std::size_t firstIndex; ///< index in the frame of point 0
     std::size_t firstPosition;
     bool marksAny = false; ///< `marked` is filled
-    std::array<std::uint8_t, runLength> marked;
+    std::array<std::uint8_t, pointRunLength> marked;
 
     Run(const PointPassTarget& target, std::size_t begin, std::size_t length)
         : VertexRun(length)
@@ -87,8 +87,8 @@ PointPass::PointPass(PointPassSettings settings)
 bool PointPass::operator()(const PointPassTarget& target, std::size_t begin, std::size_t end) const
 {
     bool anyShown = false;
-    for (; begin < end; begin += runLength) {
-        anyShown |= processRun(target, begin, std::min(runLength, end - begin));
+    for (; begin < end; begin += pointRunLength) {
+        anyShown |= processRun(target, begin, std::min(pointRunLength, end - begin));
     }
     return anyShown;
 }
@@ -170,7 +170,7 @@ void PointPass::hideByPoint(Run& run) const
 void PointPass::applyFilter(Run& run) const
 {
     if (m_filters) {
-        std::array<std::uint8_t, runLength> filtered;
+        std::array<std::uint8_t, pointRunLength> filtered;
         m_settings.filter.filterRun(run.points, run.count, filtered.data());
         if (m_settings.filter.highlight) {
             run.marksAny = true;

@@ -88,7 +88,7 @@ lanes::ChannelScale fastScale(const FocusScale& scale)
 
 /// Raw values of a few points, apart, so that lanes can take them.
 struct RawColors {
-    static constexpr std::size_t length = 128;
+    static constexpr std::size_t length = 32;
 
     std::array<float, length> red;
     std::array<float, length> green;

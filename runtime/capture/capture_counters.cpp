@@ -46,4 +46,19 @@ void CaptureCounters::add(InputFault fault, std::uint64_t where, std::uint64_t t
             static_cast<unsigned long long>(where));
 }
 
+void CaptureCounters::fill(CaptureReport &report) const {
+  report.lost = get(InputFault::LostPacket);
+  report.kernelDrops = get(InputFault::KernelDrop);
+  report.disordered = get(InputFault::DisorderedPacket);
+  report.repeated = get(InputFault::RepeatedPacket);
+  report.late = get(InputFault::LatePacket);
+  report.damaged = get(InputFault::DamagedPacket);
+  report.foreign = get(InputFault::ForeignSensor);
+  report.unreadable = get(InputFault::CutPacket) + get(InputFault::LostFragment) + get(InputFault::UnknownInterface) +
+                      get(InputFault::UnknownLinkType);
+  report.clockJumps = get(InputFault::ClockJump);
+  report.shapeChanges = get(InputFault::ShapeChange);
+  report.truncated = get(InputFault::TruncatedFile) + get(InputFault::DamagedRecord) != 0;
+}
+
 }  // namespace tarvo::lidar

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "contracts/runtime/capture_report.h"
+
 namespace tarvo::lidar {
 
 /// What can be wrong with bytes that come from outside. Each kind is counted, and logged the first time only.
@@ -41,6 +43,8 @@ class CaptureCounters {
   [[nodiscard]] std::uint64_t get(InputFault fault) const {
     return counts_[static_cast<unsigned>(fault)].load(std::memory_order_relaxed);
   }
+  /// Writes the counts to their members of `report`.
+  void fill(CaptureReport &report) const;
 
  private:
   std::string name_;

@@ -93,6 +93,13 @@ bool CaptureFile::open(const std::string &path, std::string &error) {
   return true;
 }
 
+bool CaptureFile::isAt(const std::string &path) const {
+  struct stat own {};
+  struct stat other {};
+  return ::fstat(descriptor_, &own) == 0 && ::stat(path.c_str(), &other) == 0 && own.st_dev == other.st_dev &&
+         own.st_ino == other.st_ino;
+}
+
 std::size_t CaptureFile::read(std::uint64_t offset, std::span<std::uint8_t> to) const {
   std::size_t done = 0;
   while (done < to.size()) {

@@ -42,6 +42,9 @@ class CaptureFile {
   [[nodiscard]] std::uint64_t size() const { return size_; }
   [[nodiscard]] std::uint64_t firstRecord() const { return firstRecord_; }
 
+  /// Whether `path` names this very file.
+  [[nodiscard]] bool isAt(const std::string &path) const;
+
   /// Bytes read into `to` from `offset` on; fewer than asked only at the end of the file or after a read error.
   [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<std::uint8_t> to) const;
 

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "contracts/host/log.h"
-#include "runtime/capture/index_builder.h"
 
 SKARN_LOG_SOURCE("runtime/capture");
 
@@ -15,6 +14,8 @@ namespace {
 
 constexpr std::uint64_t wholeFile = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t smallWindow = 64u << 10;
+constexpr std::size_t setupLimit = 100'000;
+constexpr std::uint64_t longestRecord = 300'000;
 
 std::string fileNameOf(const std::string &path) { return path.substr(path.find_last_of('/') + 1); }
 
@@ -51,10 +52,11 @@ void CaptureSource::run() {
 
 void CaptureSource::walkFile() {
   DatagramReader reader(file_, counters_, file_.firstRecord(), wholeFile);
-  IndexBuilder builder(sensorPort_, index_, counters_, listener_, [this](const PacketDecoder &decoder, int port) {
-    port_.store(port);
-    decoder_.store(&decoder);
-  });
+  IndexBuilder builder(sensorPort_, {index_, counters_, census_, listener_, *this},
+                       [this](const PacketDecoder &decoder, int port) {
+                         port_.store(port);
+                         decoder_.store(&decoder);
+                       });
   UdpDatagram datagram;
   while (!stop_.load(std::memory_order_relaxed) && reader.next(datagram)) builder.take(datagram);
   if (stop_.load()) return;
@@ -98,6 +100,38 @@ bool CaptureSource::readFrame(int id, FramePackets &packets, const std::function
     }
   }
   return key.has_value();
+}
+
+void CaptureSource::keepSetup(const UdpDatagram &datagram, int) {
+  // What came in fragments is left: other packets may lie between them.
+  if (datagram.recordEnd - datagram.recordOffset > longestRecord) return;
+  const std::lock_guard lock(setupMutex_);
+  if (setup_.size() < setupLimit) setup_.push_back({datagram.recordOffset, datagram.recordEnd});
+}
+
+bool CaptureSource::cut(const std::string &path, int first, int last, std::string &error) {
+  const PacketDecoder *decoder = decoder_.load();
+  if (decoder == nullptr) return false;
+  if (file_.isAt(path)) {
+    error = "A cut cannot take the place of the capture that it is made from.";
+    return false;
+  }
+  std::vector<RecordPlace> setup;
+  {
+    const std::lock_guard lock(setupMutex_);
+    setup = setup_;
+  }
+  return CaptureCutter(file_, *decoder, port_.load(), std::move(setup)).cut(path, index_, first, last, error);
+}
+
+bool CaptureSource::startRecord(const std::string &, std::string &error) {
+  error = "Only a live source can be recorded; a part of a capture file can be cut out.";
+  return false;
+}
+
+void CaptureSource::report(CaptureReport &report) const {
+  counters_.fill(report);
+  census_.fill(report);
 }
 
 }  // namespace tarvo::lidar

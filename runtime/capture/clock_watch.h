@@ -52,12 +52,14 @@ class ClockWatch {
   }
 
   std::int64_t gapOf(std::int64_t advance) {
-    const bool regular = periodNs_ == 0 || advance / 2 < periodNs_;
+    const bool regular = periodNs_ == 0 || difference(advance, 2 * periodNs_) <= periodNs_ / 2;
     // Twice the same distance is the rate of the sensor.
-    const bool repeated = advance / 10 >= difference(advance, lastAdvanceNs_) && difference(lastAdvanceNs_, advance) <= advance / 10;
+    const std::int64_t change = difference(advance, lastAdvanceNs_);
+    const bool repeated = std::max(change, -change) <= advance / 10;
     lastAdvanceNs_ = advance;
-    if (regular || repeated) periodNs_ = advance;
-    return regular || repeated ? 0 : advance;
+    if (!regular && !repeated) return advance;
+    periodNs_ = std::min(advance, fallbackNs * 1000);
+    return 0;
   }
 
   bool started_ = false;

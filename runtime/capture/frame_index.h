@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <limits>
 #include <mutex>
 #include <optional>
@@ -60,8 +61,8 @@ class FrameIndex {
   [[nodiscard]] std::int64_t startOf(std::size_t id) const;
   [[nodiscard]] std::size_t begunBefore(std::int64_t unit) const;
 
-  mutable std::mutex mutex_;  // guards every member below
-  std::vector<Entry> entries_;
+  mutable std::mutex mutex_;   // guards every member below
+  std::deque<Entry> entries_;  // grows without a second copy of itself
   std::vector<Group> groups_;
   std::int64_t lastStart_ = 0;
   std::int64_t endNs_ = std::numeric_limits<std::int64_t>::min();

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "contracts/runtime/capture_report.h"
 #include "runtime/capture/frame_index.h"
 #include "runtime/decode/packet_decoder.h"
 
@@ -38,13 +39,17 @@ class FrameSource {
   virtual bool readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) = 0;
   /// The decode of a frame met damaged packets.
   virtual void reportDamage(int id, unsigned packets) = 0;
-  /// Whether frames can be written to a file of their own, or recorded as they arrive.
-  [[nodiscard]] virtual bool canCut() const { return false; }
-  virtual bool cut(const std::string & /*path*/, int /*first*/, int /*last*/) { return false; }
-  [[nodiscard]] virtual bool canRecord() const { return false; }
-  virtual bool startRecord(const std::string & /*path*/) { return false; }
+  /// Frames below this id have left the source's memory.
+  [[nodiscard]] virtual int oldest() const { return 0; }
+  /// Writes frames `first` to `last`, which the source has, to a capture of their own. False, with one sentence for the
+  /// user in `error`. Paths in the local 8-bit code page; any thread.
+  virtual bool cut(const std::string &path, int first, int last, std::string &error) = 0;
+  /// Writes everything that arrives from now on to a capture. False, likewise.
+  virtual bool startRecord(const std::string &path, std::string &error) = 0;
   virtual void stopRecord() {}
   virtual void setReceiving(bool /*on*/) {}
+  /// Fills what the source knows of `report`; any thread.
+  virtual void report(CaptureReport &report) const = 0;
 };
 
 }  // namespace tarvo::lidar

@@ -1,6 +1,7 @@
 #include "runtime/capture/index_builder.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "runtime/decode/decoder_registry.h"
 
@@ -13,10 +14,22 @@ constexpr std::size_t foreignPortsNamed = 6;
 
 }  // namespace
 
+IndexBuilder::IndexBuilder(int sensorPort, const Targets &targets, StreamChosen chosen)
+    : sensorPort_(sensorPort),
+      index_(targets.index),
+      counters_(targets.counters),
+      census_(targets.census),
+      listener_(targets.listener),
+      keeper_(targets.keeper),
+      chosen_(std::move(chosen)) {}
+
 void IndexBuilder::take(const UdpDatagram &datagram) {
   if (!walker_ && !chooseStream(datagram)) return;
   if (datagram.destinationPort != port_) {
-    if (decoder_->recognises(datagram)) counters_.add(InputFault::ForeignSensor, datagram.recordOffset);
+    if (const PacketDecoder *format = findDecoder(datagram)) {
+      counters_.add(InputFault::ForeignSensor, datagram.recordOffset);
+      census_.addOther(datagram, *format);
+    }
     return;
   }
   const PacketPlace where = walker_->place(datagram);
@@ -24,8 +37,17 @@ void IndexBuilder::take(const UdpDatagram &datagram) {
   while (const auto blob = walker_->takeCalibration()) listener_.calibrationFound(*blob);
   if (const unsigned refused = walker_->takeRefusals(); refused != 0)
     counters_.add(InputFault::RefusedCalibration, datagram.recordOffset, refused);
-  if (where.lost != 0) counters_.add(InputFault::LostPacket, datagram.recordOffset, where.lost);
+  count(datagram, where);
   place(datagram, where);
+}
+
+void IndexBuilder::count(const UdpDatagram &datagram, const PacketPlace &where) {
+  if (where.kind != PacketPlace::Kind::Foreign) ++taken_;
+  const std::uint64_t at = datagram.recordOffset;
+  if (where.lost != 0) counters_.add(InputFault::LostPacket, at, where.lost);
+  if (where.disordered) counters_.add(InputFault::DisorderedPacket, at);
+  if (where.repeated) counters_.add(InputFault::RepeatedPacket, at);
+  if (where.shapeChanged) counters_.add(InputFault::ShapeChange, at);
 }
 
 bool IndexBuilder::chooseStream(const UdpDatagram &datagram) {
@@ -34,16 +56,19 @@ bool IndexBuilder::chooseStream(const UdpDatagram &datagram) {
   if (found == nullptr || !wanted) {
     if (foreignPorts_.size() < foreignPortLimit || foreignPorts_.contains(datagram.destinationPort))
       ++foreignPorts_[datagram.destinationPort];
+    if (found != nullptr) census_.addOther(datagram, *found);
     return false;
   }
   decoder_ = found;
   port_ = datagram.destinationPort;
   walker_ = found->makeWalker();
+  census_.setShown(port_);
   chosen_(*found, port_);
   return true;
 }
 
 void IndexBuilder::place(const UdpDatagram &datagram, const PacketPlace &where) {
+  int id = open_ ? published_ : currentId_;
   switch (where.kind) {
     case PacketPlace::Kind::Foreign:
       counters_.add(InputFault::ForeignSensor, datagram.recordOffset);
@@ -54,37 +79,63 @@ void IndexBuilder::place(const UdpDatagram &datagram, const PacketPlace &where) 
     case PacketPlace::Kind::Late:
       counters_.add(InputFault::LatePacket, datagram.recordOffset);
       return;
+    case PacketPlace::Kind::Setup:
+      keeper_.keepSetup(datagram, -1);
+      return;
     case PacketPlace::Kind::Previous:
-      index_.extend(open_ ? index_.count() - 1 : currentId_ - 1, datagram.recordEnd);
+      if (--id < 0) return;
+      index_.extend(id, datagram.recordEnd);
+      keeper_.keep(datagram, id);
       return;
     case PacketPlace::Kind::Next:
       begin(datagram, where);
+      id = published_;
       break;
     case PacketPlace::Kind::Current:
       if (open_) {
         open_->length = datagram.recordEnd - open_->offset;
         ++open_->packets;
       } else {
-        index_.extend(currentId_, datagram.recordEnd);
+        index_.extend(id, datagram.recordEnd);
       }
       break;
   }
-  index_.noteTime(where.timeNs);
+  keeper_.keep(datagram, id);
+  if (where.setup) keeper_.keepSetup(datagram, id);
+  newestNs_ = std::max(newestNs_, clock_.time(where.timeNs));
   if (where.endsFrame) publish();
 }
 
 void IndexBuilder::begin(const UdpDatagram &datagram, const PacketPlace &where) {
   publish();
-  open_ = IndexedFrame{datagram.recordOffset, datagram.recordEnd - datagram.recordOffset, where.frameStartNs, 1};
+  const ClockWatch::Step step = clock_.frame(where.frameStartNs, datagram.timeNs);
+  if (step.jumped) counters_.add(InputFault::ClockJump, datagram.recordOffset);
+  if (step.gapNs != 0) {
+    constexpr double nsPerSecond = 1e9;
+    counters_.add(InputFault::FrameGap, datagram.recordOffset);
+    census_.addGap(published_ - 1, static_cast<double>(step.gapNs) / nsPerSecond);
+  }
+  open_ = IndexedFrame{datagram.recordOffset, datagram.recordEnd - datagram.recordOffset, step.startNs, 1};
   currentId_ = -1;
 }
 
 void IndexBuilder::publish() {
   if (!open_) return;
   index_.append(*open_);
-  currentId_ = index_.count() - 1;
+  currentId_ = published_++;
   open_.reset();
+  flush();
   announce();
+}
+
+void IndexBuilder::flush() {
+  census_.addShown(std::exchange(taken_, 0));
+  if (newestNs_ != std::numeric_limits<std::int64_t>::min()) index_.noteTime(newestNs_);
+}
+
+void IndexBuilder::skip() {
+  publish();
+  if (walker_) walker_->skip();
 }
 
 /// Frames in front of the first description wait for it: without one nobody can show them.
@@ -93,6 +144,7 @@ void IndexBuilder::announce() {
     const StreamDescription *known = walker_ ? walker_->description() : nullptr;
     if (known == nullptr) return;
     described_ = true;
+    census_.setShownType(known->type);
     listener_.described(*known, *decoder_, port_);
   }
   listener_.framesGrew();
@@ -103,6 +155,7 @@ void IndexBuilder::finish() {
     if (const std::uint32_t lost = walker_->takeOutstanding(); lost != 0)
       counters_.add(InputFault::LostPacket, 0, lost);
   publish();
+  flush();
 }
 
 std::string IndexBuilder::foreignSummary(std::uint64_t packets) const {

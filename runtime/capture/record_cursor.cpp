@@ -101,6 +101,7 @@ bool RecordCursor::nextClassic(CaptureRecord &record) {
   record.timeNs = static_cast<std::int64_t>(word(0)) * nanoPerSecond +
                   static_cast<std::int64_t>(word(4)) * (nanoPerSecond / static_cast<std::int64_t>(only.ticksPerSecond));
   record.linkType = only.linkType;
+  record.originalLength = word(12);
   record.bytes = {here() + classicHeadSize, captured};
   position_ = record.end;
   return true;
@@ -191,6 +192,7 @@ bool RecordCursor::takePacket(std::uint32_t type, std::uint32_t length, CaptureR
   const std::uint64_t ticks = simple ? 0 : std::uint64_t{word(blockHeadSize + 4)} << 32 | word(blockHeadSize + 8);
   record.timeNs = simple ? 0 : stampToNs(ticks, from);
   record.linkType = from.linkType;
+  record.originalLength = word(simple ? blockHeadSize : blockHeadSize + 16);
   record.bytes = {here() + fixed, captured};
   return true;
 }

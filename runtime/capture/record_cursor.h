@@ -11,6 +11,7 @@ struct CaptureRecord {
   std::uint64_t end = 0;     ///< offset of what follows
   std::int64_t timeNs = 0;   ///< Unix time of the capture stamp
   std::uint32_t linkType = 0;
+  std::uint32_t originalLength = 0;     ///< of the packet on the wire; what was captured may be shorter
   std::span<const std::uint8_t> bytes;  ///< valid until the next call of `next`
 };
 

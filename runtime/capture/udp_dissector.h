@@ -13,9 +13,9 @@ struct UdpDatagram {
   std::uint16_t destinationPort = 0;
   std::uint32_t sourceAddress = 0;       ///< IPv4, of a live source; 0 from a capture
   std::uint32_t destinationAddress = 0;  ///< likewise
-  std::int64_t timeNs = 0;         ///< Unix time of the capture or of the reception
-  std::uint64_t recordOffset = 0;  ///< of the (first) record that it came in; 0 for a live source
-  std::uint64_t recordEnd = 0;     ///< behind the (last) record that it came in
+  std::int64_t timeNs = 0;               ///< Unix time of the capture or of the reception
+  std::uint64_t recordOffset = 0;        ///< of the (first) record that it came in; 0 for a live source
+  std::uint64_t recordEnd = 0;           ///< behind the (last) record that it came in
 };
 
 /// An IPv4 fragment, for reassembly.

@@ -25,6 +25,7 @@ class FramePackets {
     return true;
   }
   [[nodiscard]] std::size_t size() const { return packets_.size(); }
+  [[nodiscard]] std::size_t memoryBytes() const { return bytes_.capacity() + packets_.capacity() * sizeof(Packet); }
   [[nodiscard]] std::span<const std::uint8_t> payload(std::size_t index) const {
     return {bytes_.data() + packets_[index].offset, packets_[index].length};
   }

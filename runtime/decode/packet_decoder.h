@@ -41,12 +41,17 @@ struct PacketPlace {
     Next,      ///< begins a frame
     Previous,  ///< belongs to the frame before the open one
     Late,      ///< belongs to a frame further back
+    Setup,     ///< describes the lidar, and belongs to no frame that can be shown
   };
   Kind kind = Kind::Foreign;
   bool endsFrame = false;         ///< nothing but stragglers of the frame follows
   std::int64_t frameStartNs = 0;  ///< Unix time
   std::int64_t timeNs = 0;        ///< Unix time of the packet, the sensor's clock
   std::uint32_t lost = 0;         ///< packets now known to be missing
+  bool disordered = false;        ///< came behind a later packet
+  bool repeated = false;          ///< has come before
+  bool setup = false;             ///< carries what frames of other times need too: calibration that is not whole yet
+  bool shapeChanged = false;      ///< the frames are of another size from here on
 };
 
 /// A calibration file that a stream carried.
@@ -67,6 +72,8 @@ class StreamWalker {
   virtual std::optional<CalibrationBlob> takeCalibration() = 0;
   /// Calibration files that came whole and wrong, since the last call.
   virtual unsigned takeRefusals() { return 0; }
+  /// Packets were left out on purpose in front of the next one: they are not lost.
+  virtual void skip() {}
   /// Packets that were still awaited when the stream ended.
   virtual std::uint32_t takeOutstanding() { return 0; }
 };

@@ -5,12 +5,22 @@
 
 #include "contracts/host/log.h"
 #include "runtime/capture/capture_source.h"
+#include "runtime/capture/live_source.h"
 
 SKARN_LOG_SOURCE("runtime/session");
 
 namespace tarvo::lidar {
 
 using skarnvisor::LogLevel;
+
+namespace {
+
+template <std::size_t size>
+std::string textOf(const std::array<char, size> &text) {
+  return {text.begin(), std::find(text.begin(), text.end(), '\0')};
+}
+
+}  // namespace
 
 RuntimeSession::RuntimeSession(SDKSource &source)
     : source_(source), decoder_([this](const DecodeRequest &request, const std::function<bool()> &giveUp) {
@@ -27,18 +37,34 @@ bool RuntimeSession::Init(const DriverParam &param) {
     SKARN_LOG(LogLevel::Internal, "a runtime is started only once");
     return false;
   }
-  if (param.sourceKind != static_cast<std::int32_t>(SourceKind::CaptureFile))
-    return refuse("This version opens capture files only; a live source cannot be opened.");
-  if (param.capturePath.empty()) return refuse("No capture file was named.");
-  captureName_ = param.capturePath;
   source_.clipLoading = true;
   source_.clipStopped = false;
+  return param.sourceKind == static_cast<std::int32_t>(SourceKind::CaptureFile) ? openCapture(param) : openLive(param);
+}
+
+bool RuntimeSession::openCapture(const DriverParam &param) {
+  if (param.capturePath.empty()) return refuse("No capture file was named.");
+  captureName_ = param.capturePath;
   auto capture =
       std::make_unique<CaptureSource>(param.capturePath, param.sensorPort, static_cast<FrameSourceListener &>(*this));
   CaptureSource &begun = *capture;
   frames_ = std::move(capture);
   begun.start();
   return true;
+}
+
+bool RuntimeSession::openLive(const DriverParam &param) {
+  UdpSocket::Settings settings;
+  settings.port = param.liveUdpPort;
+  settings.bindAddress = textOf(param.bindAddress);
+  settings.multicastGroup = textOf(param.multicastGroup);
+  settings.receiveBufferBytes = param.receiveBufferBytes;
+  captureName_ = "UDP port " + std::to_string(param.liveUdpPort);
+  auto live = std::make_unique<LiveSource>(param.liveRingFrames, static_cast<FrameSourceListener &>(*this));
+  LiveSource &begun = *live;
+  frames_ = std::move(live);
+  std::string error;
+  return begun.start(settings, error) || refuse(error);
 }
 
 bool RuntimeSession::refuse(const std::string &reason) {
@@ -110,7 +136,7 @@ int RuntimeSession::GetPcapPort() const { return lidar() ? port_ : 0; }
 
 bool RuntimeSession::Iterate(int first, int count) {
   if (!ready_ || count <= 0) return false;
-  const std::int64_t begin = std::max<std::int64_t>(first, 0);
+  const std::int64_t begin = std::max(first, frames_->oldest());
   const std::int64_t end = std::min<std::int64_t>(std::int64_t{first} + count, frames_->index().count());
   return begin < end && start(static_cast<int>(begin), static_cast<int>(end - begin));
 }
@@ -121,8 +147,8 @@ bool RuntimeSession::Iterate(double begin, double end) {
   const int last = index.find(end);
   if (last < 0 || begin > index.endSeconds()) return false;
   // A window between two frame starts shows the frame that it lies in.
-  const int first = std::min(index.firstFrom(begin), last);
-  return start(first, last - first + 1);
+  const int first = std::max(std::min(index.firstFrom(begin), last), frames_->oldest());
+  return first <= last && start(first, last - first + 1);
 }
 
 bool RuntimeSession::start(int first, int count) {

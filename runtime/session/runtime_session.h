@@ -50,6 +50,8 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   bool StartRecordPcap(const std::string &path) override;
   void StopRecordPcap() override;
   void SetStopRecv(bool stop) override;
+  [[nodiscard]] CaptureReport GetCaptureReport() const override;
+  [[nodiscard]] std::string CaptureError() const override;
 
   // Calibration.
   [[nodiscard]] bool IsCorrectionLoadSuccess() const override;
@@ -97,9 +99,12 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   void failed(const std::string &reason) override;
   void finished() override;
 
+  bool openCapture(const DriverParam &param);
+  bool openLive(const DriverParam &param);
   bool refuse(const std::string &reason);
   void decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp);
   bool start(int first, int count);
+  bool settle(bool done, const std::string &error);
   [[nodiscard]] const StreamDescription *lidar() const { return ready_ ? &description_ : nullptr; }
 
   SDKSource &source_;
@@ -111,8 +116,9 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   std::atomic<bool> begun_{false};
   std::atomic<bool> ready_{false};  // from then on what the frame source has told is read without a lock
   std::atomic<bool> failed_{false};
-  mutable std::mutex errorMutex_;  // guards initError_
+  mutable std::mutex errorMutex_;  // guards initError_ and captureError_
   std::string initError_;
+  std::string captureError_;
   std::string captureName_;
   StreamDescription description_;        // written once, before ready_
   int port_ = 0;                         // written once, before ready_

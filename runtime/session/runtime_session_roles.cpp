@@ -7,25 +7,41 @@ namespace tarvo::lidar {
 
 using skarnvisor::LogLevel;
 
+/// Keeps why a cut or a recording failed, and logs it.
+bool RuntimeSession::settle(bool done, const std::string &error) {
+  if (!done) SKARN_LOG(LogLevel::Error, "%s", error.c_str());
+  const std::lock_guard lock(errorMutex_);
+  captureError_ = done ? std::string() : error;
+  return done;
+}
+
 bool RuntimeSession::CutPcap(const std::string &path, double begin, double end) {
-  if (!ready_ || !(begin <= end)) return false;
+  if (!ready_) return settle(false, "There is no capture to cut.");
   const FrameIndex &index = frames_->index();
-  const int last = index.find(end);
   const int first = index.firstFrom(begin);
-  return first <= last && CutPcap(path, first, last);
+  const int last = index.find(end);
+  if (!(begin <= end) || first > last) return settle(false, "No frame begins in the time that is to be cut out.");
+  return CutPcap(path, first, last);
 }
 
 bool RuntimeSession::CutPcap(const std::string &path, int first, int last) {
-  if (!ready_) return false;
-  if (frames_->canCut()) return frames_->cut(path, first, last);
-  SKARN_LOG(LogLevel::Error, "\"%s\" is not written: cutting comes with the live receiver", path.c_str());
-  return false;
+  if (!ready_) return settle(false, "There is no capture to cut.");
+  const int oldest = frames_->oldest();
+  const int newest = frames_->index().count() - 1;
+  if (first < oldest || last > newest || first > last)
+    return settle(false, "Frames " + std::to_string(first) + " to " + std::to_string(last) +
+                             " cannot be cut out: there are frames " + std::to_string(oldest) + " to " +
+                             std::to_string(newest) + ".");
+  std::string error;
+  const bool done = frames_->cut(path, first, last, error);
+  return settle(done, error);
 }
 
 bool RuntimeSession::StartRecordPcap(const std::string &path) {
-  if (ready_ && frames_->canRecord()) return frames_->startRecord(path);
-  SKARN_LOG(LogLevel::Error, "\"%s\" is not recorded: live capture comes with the live receiver", path.c_str());
-  return false;
+  if (!ready_) return settle(false, "There is no live source to record.");
+  std::string error;
+  const bool done = frames_->startRecord(path, error);
+  return settle(done, error);
 }
 
 void RuntimeSession::StopRecordPcap() {
@@ -34,6 +50,17 @@ void RuntimeSession::StopRecordPcap() {
 
 void RuntimeSession::SetStopRecv(bool stop) {
   if (ready_) frames_->setReceiving(!stop);
+}
+
+CaptureReport RuntimeSession::GetCaptureReport() const {
+  CaptureReport report;
+  if (ready_) frames_->report(report);
+  return report;
+}
+
+std::string RuntimeSession::CaptureError() const {
+  const std::lock_guard lock(errorMutex_);
+  return captureError_;
 }
 
 bool RuntimeSession::IsCorrectionLoadSuccess() const { return store_.isLoaded(CalibrationKind::Corrections); }

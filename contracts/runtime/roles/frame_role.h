@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "contracts/runtime/capture_report.h"
 #include "contracts/runtime/decode_params.h"
 #include "contracts/runtime/decoded_frame_layout.h"
 
@@ -41,6 +42,9 @@ class CaptureRole {
   virtual bool StartRecordPcap(const std::string &path) = 0;
   virtual void StopRecordPcap() = 0;
   virtual void SetStopRecv(bool stop) = 0;
+  [[nodiscard]] virtual CaptureReport GetCaptureReport() const { return {}; }
+  // Why the last cut or start of a recording failed, one sentence for the user; empty when it did not.
+  [[nodiscard]] virtual std::string CaptureError() const { return {}; }
 };
 
 }  // namespace tarvo::lidar

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <deque>
@@ -17,35 +18,46 @@ namespace {
 
 /// A frame number that far behind the open frame means that the sensor began anew.
 constexpr std::int32_t restartDistance = 16;
+constexpr std::size_t earlyLimit = 64;
 constexpr std::int32_t sequenceRestartDistance = 1'000'000;
 
 /// Tells losses from disorder: a packet counts as lost once 64 later ones have come.
 class SequenceWatch {
  public:
-  /// Packets now known to be lost.
-  std::uint32_t note(std::uint32_t sequence) {
+  /// Writes to `where` what the number says: packets now known to be lost, disorder, a repeat.
+  void note(std::uint32_t sequence, PacketPlace &where) {
     const auto ahead = static_cast<std::int32_t>(sequence - newest_);
     if (!started_ || ahead > sequenceRestartDistance || ahead < -sequenceRestartDistance) {
-      const std::uint32_t lost = started_ ? outstanding() : 0;
+      where.lost = restart();
       started_ = true;
       newest_ = sequence;
-      seen_ = ~std::uint64_t{0};
-      return lost;
+      return;
     }
     if (ahead <= 0) {
-      if (ahead > -64) seen_ |= std::uint64_t{1} << -ahead;
-      return 0;
+      const std::uint64_t bit = ahead > -64 ? std::uint64_t{1} << -ahead : 0;
+      where.repeated = (seen_ & bit) != 0;
+      where.disordered = !where.repeated;
+      seen_ |= bit;
+      return;
     }
     newest_ = sequence;
     if (ahead >= 64) {
-      const std::uint32_t lost = outstanding() + static_cast<std::uint32_t>(ahead - 64);
+      where.lost = outstanding() + static_cast<std::uint32_t>(ahead - 64);
       seen_ = 1;
-      return lost;
+      return;
     }
-    const auto lost = static_cast<std::uint32_t>(std::popcount(~seen_ >> (64 - ahead)));
+    where.lost = static_cast<std::uint32_t>(std::popcount(~seen_ >> (64 - ahead)));
     seen_ = seen_ << ahead | 1;
+  }
+  /// The next number is the first of a new count. Gives the packets that are lost from the old one.
+  std::uint32_t restart() {
+    const std::uint32_t lost = started_ ? outstanding() : 0;
+    started_ = false;
+    seen_ = ~std::uint64_t{0};
     return lost;
   }
+  /// Whether a packet lies close behind the newest one.
+  [[nodiscard]] bool follows(std::uint32_t sequence) const { return started_ && sequence - newest_ - 1 < 64; }
   [[nodiscard]] std::uint32_t outstanding() const { return static_cast<std::uint32_t>(std::popcount(~seen_)); }
 
  private:
@@ -77,6 +89,7 @@ class CalibrationJoiner {
     }
     open = {};
   }
+  [[nodiscard]] bool awaits(wire::CalibrationKind kind) const { return !done_[static_cast<std::size_t>(kind)]; }
   std::optional<CalibrationBlob> next() {
     if (ready_.empty()) return std::nullopt;
     CalibrationBlob blob = std::move(ready_.front());
@@ -108,11 +121,18 @@ class SkarnWalker final : public StreamWalker {
     }
     if (!sensor_) sensor_ = header->sensorId;
     if (*sensor_ != header->sensorId) return where;
-    where.lost = sequence_.note(header->sequence);
     where.frameStartNs = clampTime(header->frameTimeNs);
     where.timeNs = clampTime(header->frameTimeNs + header->timeOffsetNs);
-    where.endsFrame = header->endsFrame();
-    where.kind = orderOf(header->frame);
+    // A file that was cut from another one begins with calibration from elsewhere in it.
+    if (header->kind == wire::PacketKind::Calibration && !frame_) {
+      where.kind = PacketPlace::Kind::Setup;
+      if (early_.size() < earlyLimit) early_.push_back(header->sequence);
+    } else {
+      where.endsFrame = header->endsFrame();
+      where.kind = orderOf(header->frame, where.frameStartNs);
+      sequence_.note(header->sequence, where);
+      noteEarly();
+    }
     takeBody(*header, wire::bodyOf(datagram.payload, *header), where);
     return where;
   }
@@ -122,6 +142,7 @@ class SkarnWalker final : public StreamWalker {
   }
   std::optional<CalibrationBlob> takeCalibration() override { return calibration_.next(); }
   unsigned takeRefusals() override { return std::exchange(calibration_.refusals, 0U); }
+  void skip() override { skipped_ = true; }
   std::uint32_t takeOutstanding() override { return sequence_.outstanding(); }
 
  private:
@@ -130,34 +151,66 @@ class SkarnWalker final : public StreamWalker {
     return static_cast<std::int64_t>(ns < most ? ns : most);
   }
 
-  PacketPlace::Kind orderOf(std::uint32_t frame) {
+  PacketPlace::Kind orderOf(std::uint32_t frame, std::int64_t startNs) {
     const auto ahead = frame_ ? static_cast<std::int32_t>(frame - *frame_) : 1;
-    if (ahead > 0 || ahead < -restartDistance) {
+    // An old or equal number with a later start is a sensor that began anew.
+    const bool anew = ahead < -restartDistance || (ahead <= 0 && startNs > frameStartNs_);
+    if (anew || std::exchange(skipped_, false)) (void)sequence_.restart();
+    if (ahead > 0 || anew) {
       frame_ = frame;
+      frameStartNs_ = startNs;
       return PacketPlace::Kind::Next;
     }
     if (ahead == 0) return PacketPlace::Kind::Current;
     return ahead == -1 ? PacketPlace::Kind::Previous : PacketPlace::Kind::Late;
   }
 
+  /// Of the calibration in front of the first frame, what merely overtook its neighbours is not to be missed.
+  void noteEarly() {
+    PacketPlace unused;
+    for (const std::uint32_t sequence : std::exchange(early_, {}))
+      if (sequence_.follows(sequence)) sequence_.note(sequence, unused);
+  }
+
   void takeBody(const wire::Header &header, std::span<const std::uint8_t> body, PacketPlace &where) {
     bool damaged = false;
     if (header.kind == wire::PacketKind::FrameDescriptor) {
-      // The first description holds for the stream; a frame decodes by its own.
-      auto told = description_ ? std::nullopt : readDescription(body);
-      damaged = !description_ && !told;
-      if (told) description_ = std::move(told);
+      damaged = !takeDescription(body, where);
     } else if (header.kind == wire::PacketKind::Calibration) {
       const auto run = wire::parseCalibration(body);
       damaged = !run;
-      if (run) calibration_.take(*run);
+      if (run) {
+        where.setup = calibration_.awaits(run->kind);
+        calibration_.take(*run);
+      }
     }
     // A damaged packet that opens a frame still opens it: its header holds.
-    if (damaged && where.kind == PacketPlace::Kind::Current) where.kind = PacketPlace::Kind::Damaged;
+    const bool opens = where.kind == PacketPlace::Kind::Next;
+    if (damaged && !opens) where.kind = PacketPlace::Kind::Damaged;
   }
 
+  /// The first description holds for the stream; a frame decodes by its own. False when it cannot be read.
+  bool takeDescription(std::span<const std::uint8_t> body, PacketPlace &where) {
+    if (std::equal(body.begin(), body.end(), lastDescription_.begin(), lastDescription_.end())) return true;
+    auto told = readDescription(body);
+    if (!told) return false;
+    const Shape shape{told->columns, told->channels, told->echoes};
+    where.shapeChanged = !lastDescription_.empty() && shape != shape_;
+    shape_ = shape;
+    lastDescription_.assign(body.begin(), body.end());
+    if (!description_) description_ = std::move(told);
+    return true;
+  }
+
+  using Shape = std::array<unsigned, 3>;
+
   std::optional<std::uint16_t> sensor_;
-  std::optional<std::uint32_t> frame_;
+  std::optional<std::uint32_t> frame_;  // the open one
+  std::int64_t frameStartNs_ = 0;
+  bool skipped_ = false;
+  std::vector<std::uint32_t> early_;  // sequence numbers
+  std::vector<std::uint8_t> lastDescription_;
+  Shape shape_{};
   std::optional<StreamDescription> description_;
   SequenceWatch sequence_;
   CalibrationJoiner calibration_;

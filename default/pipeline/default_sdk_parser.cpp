@@ -231,8 +231,6 @@ DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer& rb, SDKSource& source
     std::size_t pointNum = std::min(static_cast<std::size_t>(std::max(parsed.pointCount, 0)), source.points.size());
     if (!fitCanvas(rb, pointNum))
         return {};
-    picture.fitWork(pointNum);
-
     const auto points = std::span(source.points).first(pointNum);
     if (rb.useRgbMode() && rb.m_colors.scale.take()->autoScaleOn() && rb.autoScaleFrom(points))
         rb.announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
@@ -242,6 +240,7 @@ DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer& rb, SDKSource& source
         return parsed;
     }
 
+    picture.fitWork(pointNum);
     const auto mask = rb.growAreaMask(pointNum);
     PointPassSettings settings = rb.passSettings();
     settings.areaMask = {picture.areaFlags, *mask};

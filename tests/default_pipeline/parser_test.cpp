@@ -356,6 +356,8 @@ TEST_F(FastPathTest, FilledVerticesAreThePictureOfTheFrame)
 {
     std::vector<SDKPointInfo> points{point(1.0F, 0.0F, 0.0F), point(2.0F, 0.0F, 0.0F, 0)};
     points[0].red = 4096;
+    runtime->frame.packetCapacity = 1;
+    runtime->frame.pointsPerPacket = 16;
     give(points);
     EXPECT_TRUE(rb.tryFillVertices(points.data(), 2, 1));
     source.fastPathDone = true;
@@ -372,6 +374,9 @@ TEST_F(FastPathTest, FilledVerticesAreThePictureOfTheFrame)
     EXPECT_EQ(source.fastPathReason, "try_parse_failed");
     EXPECT_EQ(vertices().size(), 2U);
 
+    rb.setRgbMax(8192.0F);
+    EXPECT_EQ(vertices()[0].color, 0x00ff0000U) << "without the ready bytes the same vertices remain";
+    rb.setRgbMax(4096.0F);
     parse(); // without the decoder's vertices the full pass takes over
     EXPECT_EQ(vertices()[0].color, 0x00ff0000U);
     EXPECT_FALSE(rb.picture().fastVertexValid);

@@ -335,7 +335,7 @@ TEST_F(ParserTest, SettingsMayChangeWhileFramesAreParsed)
     std::vector<SDKPointInfo> cloud(20'000, point(1.0F, 2.0F, 3.0F));
     rb.setScales({.rgbType = true, .rgbMax = 256.0F});
     std::thread pipeline([&] {
-        while (!stop) {
+        for (int runs = 0; runs < 20 || !stop; ++runs) {
             rb.beginDecode();
             give(cloud);
             rb.endDecode();

@@ -74,7 +74,8 @@ void Pipeline::start() {
     disconnect(m_clipLoader, nullptr, firstLoad, nullptr);
     Q_EMIT clipLoaded(error);
   });
-  m_clip->setPcapActive(true);
+  // A clip that its source has started already may have finished loading: switching it on again would undo that.
+  if (!m_clip->pcapActive()) m_clip->setPcapActive(true);
   m_clipLoader->run();
   if (m_refresh == ClipRefresh::Repeated) m_refreshTimer.start();
 }

@@ -70,3 +70,7 @@ static_assert(offsetof(SDKPointInfo, peakAlternate) == 78);
 static_assert(offsetof(SDKPointInfo, stepId) == 80 && offsetof(SDKPointInfo, spadId) == 82);
 
 } // namespace tarvo::lidar
+
+namespace tarvo {
+using lidar::SDKPointInfo;
+}

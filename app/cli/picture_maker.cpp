@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QImageWriter>
 
+#include "app/cli/report.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
 
@@ -42,7 +43,7 @@ QString PictureMaker::write(const QString &file) {
                       .arg(m_session.lidarType(), QFileInfo(m_session.pipeline()->title()).fileName())
                       .arg(m_session.timeline().frame())
                       .arg(m_session.frameCount())
-                      .arg(QLocale::c().toString(static_cast<qlonglong>(countPoints(cloud).shown)));
+                      .arg(grouped(countPoints(cloud).shown));
   const QImage picture = drawCloud(cloud, m_stand->camera, m_stand->scene, style, m_look.size);
   QImageWriter writer(file);
   return writer.write(picture) ? QString()

@@ -25,7 +25,7 @@ class Report {
 /// Digits in groups of three.
 template <typename Integer>
 QString grouped(Integer number) {
-  return QLocale::c().toString(static_cast<qlonglong>(number));
+  return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
 }
 
 /// Type, port, frames, time span and duration of what is open.

@@ -14,14 +14,14 @@ uniform sampler2D ramp;
 
 flat out vec3 tint;
 
-float halfValue(uint half)
+float halfValue(uint bits)
 {
-    float sign = (half & 0x8000u) != 0u ? -1.0 : 1.0;
-    uint exponent = (half >> 10) & 31u;
-    float mantissa = float(half & 1023u);
+    float unit = (bits & 0x8000u) != 0u ? -1.0 : 1.0;
+    uint exponent = (bits >> 10) & 31u;
+    float mantissa = float(bits & 1023u);
     if (exponent == 0u)
-        return sign * mantissa * exp2(-24.0);
-    return sign * (1024.0 + mantissa) * exp2(float(exponent) - 25.0);
+        return unit * mantissa * exp2(-24.0);
+    return unit * (1024.0 + mantissa) * exp2(float(exponent) - 25.0);
 }
 
 vec3 rampAt(float share, float row)
@@ -30,9 +30,9 @@ vec3 rampAt(float share, float row)
     return textureLod(ramp, vec2((clamp(share, 0.0, 1.0) * 255.0 + 0.5) / 256.0, row), 0.0).rgb;
 }
 
-vec3 attributeColor(uint half)
+vec3 attributeColor(uint bits)
 {
-    return rampAt((halfValue(half) - range.x) / range.y, 0.25);
+    return rampAt((halfValue(bits) - range.x) / range.y, 0.25);
 }
 
 vec3 wordColor()

@@ -64,6 +64,9 @@ void registerBody(const std::string& name, std::function<void()> body)
 /// Runs one measure and prints its line. False when it gave no times.
 bool runMeasure(const Measure& measure)
 {
+    if (measure.run) {
+        return measure.run();
+    }
     auto bodies = measure.prepare();
     registerBody(measure.name + oursSuffix, std::move(bodies.ours));
     registerBody(measure.name + floorSuffix, std::move(bodies.floor));
@@ -93,6 +96,8 @@ int main(int argc, char** argv)
     std::vector<Measure> measures;
     tarvo::skarnvisor::bench::addFrameMeasures(measures);
     tarvo::skarnvisor::bench::addDecodeMeasures(measures);
+    tarvo::skarnvisor::bench::addCaptureMeasures(measures);
+    tarvo::skarnvisor::bench::addPointFileMeasures(measures);
 
     const std::string filter = argc > 1 ? argv[1] : "";
     std::erase_if(measures, [&filter](const Measure& measure) { return measure.name.find(filter) == std::string::npos; });

@@ -17,6 +17,7 @@ struct Measure {
     std::string name;
     std::string workingSet;          ///< what one call works on, printed at the line's end
     std::function<Bodies()> prepare; ///< makes the data; called once, when the measure runs
+    std::function<bool()> run{};     ///< in its place, for a measure without a floor: prints its line itself, false on failure
 };
 
 /// Measures of the per-point work.
@@ -24,5 +25,11 @@ void addFrameMeasures(std::vector<Measure>& measures);
 
 /// Measures of the runtime on a capture: decode and index.
 void addDecodeMeasures(std::vector<Measure>& measures);
+
+/// Measures of captures as they come: big, cut, live.
+void addCaptureMeasures(std::vector<Measure>& measures);
+
+/// Measures of the readers of point files.
+void addPointFileMeasures(std::vector<Measure>& measures);
 
 } // namespace tarvo::skarnvisor::bench

@@ -1,17 +1,46 @@
 #pragma once
 
+#include <QPointer>
+#include <QSharedPointer>
+
 #include "contracts/host/functor.h"
+#include "contracts/host/toggle.h"
+#include "default/point_files/default_pcd_file_buffer.h"
 
 namespace tarvo::skarnvisor {
 
-/// The functor of the point-cloud file pipeline that a folder's clip belongs to.
+class DefaultPcdFrameRenderBuffer;
+
+/// Scans the folder of its source into the frames of its clip, and owns both.
 class DefaultPcdFileLoader : public Functor {
   Q_OBJECT
+  Q_PROPERTY(tarvo::skarnvisor::DefaultPcdFileBuffer *defaultPcdBuffer READ defaultPcdBuffer CONSTANT)
 
  public:
   Q_INVOKABLE explicit DefaultPcdFileLoader(QObject *parent);
   Q_INVOKABLE DefaultPcdFileLoader();
   ~DefaultPcdFileLoader() override;
+
+  /// Adds what the folder holds to the clip: a second run adds it again. Functor thread.
+  void operator()() override;
+  [[nodiscard]] virtual DefaultPcdFileBuffer *defaultPcdBuffer() const { return m_clip.data(); }
+  /// Takes the source over and leaves `source` with what was held before. Once, on the thread of both objects, before
+  /// the first run.
+  virtual void takeOver(QSharedPointer<FileSource> &source);
+
+  /// Null before `takeOver`.
+  [[nodiscard]] FileSource *source() const { return m_source.data(); }
+  /// Not owned; set once, before the first run.
+  void setRenderBuffer(DefaultPcdFrameRenderBuffer *renderBuffer);
+  [[nodiscard]] DefaultPcdFrameRenderBuffer *renderBuffer() const;
+
+ Q_SIGNALS:
+  void onPcapSourceSet();
+
+ private:
+  QPointer<DefaultPcdFrameRenderBuffer> m_renderBuffer;
+  QSharedPointer<FileSource> m_source;
+  QSharedPointer<DefaultPcdFileBuffer> m_clip;
 };
 
 }  // namespace tarvo::skarnvisor

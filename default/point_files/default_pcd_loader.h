@@ -7,7 +7,12 @@
 
 namespace tarvo::skarnvisor {
 
-/// The entry of the point-cloud file pipeline: it holds the input switch through which a folder comes in.
+namespace Category {
+class Instance;
+}
+
+/// The entry of the point-cloud file pipeline: it holds the input switch through which a folder comes in, and builds
+/// one pipeline a folder as a sub-category of its own category.
 class DefaultPcdLoader : public Functor {
   Q_OBJECT
   Q_PROPERTY(tarvo::skarnvisor::InputFileToggle *inputFileToggle READ inputFileToggle CONSTANT)
@@ -17,10 +22,16 @@ class DefaultPcdLoader : public Functor {
   Q_INVOKABLE DefaultPcdLoader();
   ~DefaultPcdLoader() override;
 
+  /// Builds the pipeline of the toggle's source. @throws std::runtime_error when the host cannot make it; nothing stays
+  /// behind
+  void operator()() override;
   [[nodiscard]] virtual InputFileToggle *inputFileToggle() const { return m_inputFileToggle.data(); }
 
  private:
+  void wire(Category::Instance &made, const QString &key);
+
   QSharedPointer<InputFileToggle> m_inputFileToggle;
+  int m_pipelinesMade = 0;  ///< thread of the object
 };
 
 }  // namespace tarvo::skarnvisor

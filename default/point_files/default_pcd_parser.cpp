@@ -1,11 +1,99 @@
 #include "default/point_files/default_pcd_parser.h"
 
+#include <QFileInfo>
+#include <algorithm>
+#include <exception>
+
+#include "contracts/host/executor.h"
+#include "contracts/host/log.h"
+#include "default/frame/parallel_runs.h"
+#include "default/point_files/default_pcd_track_buffer.h"
+#include "default/point_files/placing.h"
+#include "default/point_files/point_file_scan.h"
+#include "default/point_files/point_file_writer.h"
+
+SKARN_LOG_SOURCE("default/default_pcd_parser");
+
 namespace tarvo::skarnvisor {
 
-DefaultPcdParser::DefaultPcdParser(QObject *parent) : Functor(parent) {}
+namespace {
+
+constexpr int suffixLength = 4;
+
+}  // namespace
+
+DefaultPcdParser::DefaultPcdParser(QObject *parent)
+    : Functor(parent), m_renderBuffer(new DefaultPcdFrameRenderBuffer(this)) {}
 
 DefaultPcdParser::DefaultPcdParser() : DefaultPcdParser(nullptr) {}
 
 DefaultPcdParser::~DefaultPcdParser() = default;
+
+void DefaultPcdParser::setTrack(DefaultPcdTrackBuffer *track) { m_track = track; }
+
+DefaultPcdTrackBuffer *DefaultPcdParser::track() const { return m_track; }
+
+void DefaultPcdParser::operator()() { parse(m_renderBuffer->currentFile(), Mode::Show); }
+
+void DefaultPcdParser::parse(const QString &path, Mode mode) {
+  if (path.isEmpty()) return;
+  {
+    const std::lock_guard lock(m_runMutex);
+    switch (readFile(path)) {
+      case PointFile::Result::refused:
+        return;
+      case PointFile::Result::nothingRead:
+        SKARN_LOG(LogLevel::Warning, "%s gave no points: the frame before it stays", qPrintable(path));
+        break;
+      case PointFile::Result::read:
+        if (mode == Mode::Save && pointFormatOf(path) != PointFormat::bin)
+          save(path);
+        else
+          show(path);
+        break;
+    }
+  }
+  m_renderBuffer->finishFrame();
+}
+
+PointFile::Result DefaultPcdParser::readFile(const QString &path) {
+  try {
+    return m_file.read(path);
+  } catch (const std::exception &failure) {
+    // Redrawing the same frame says it no second time.
+    if (path != m_failedPath) SKARN_LOG(LogLevel::Error, "%s: %s", qPrintable(path), failure.what());
+    m_failedPath = path;
+    throw;
+  }
+}
+
+void DefaultPcdParser::show(const QString &path) {
+  PcdFrameStore &store = m_renderBuffer->store();
+  const std::size_t count = std::min(m_file.count(), PcdFrameStore::capacity);
+  if (count < m_file.count())
+    SKARN_LOG(LogLevel::Warning, "%s holds %zu points: the frame is cut to the first %zu", qPrintable(path),
+              m_file.count(), count);
+  const Placing placing(m_renderBuffer->placingSettings());
+  const std::lock_guard lock(store.frameMutex);
+  store.prepareLocked(count);
+  parallelRuns(global_executor(), count, Placing::runLength, [&](std::size_t begin, std::size_t end) {
+    for (std::size_t first = begin; first < end; first += Placing::runLength) {
+      const std::size_t length = std::min(Placing::runLength, end - first);
+      m_file.makePoints(first, {store.points.data() + first, length});
+      placing.placeRun(store.points.data() + first, store.vertices.data() + first, length);
+    }
+  });
+  store.primitiveCount = static_cast<int>(count);
+}
+
+void DefaultPcdParser::save(const QString &path) const {
+  m_renderBuffer->store().primitiveCount = static_cast<int>(std::min(m_file.count(), PcdFrameStore::capacity));
+  const QString name = QFileInfo(path).fileName();
+  const double seconds = secondsInName(name.left(name.size() - suffixLength)).value_or(0.0);
+  const QString target =
+      m_renderBuffer->outputFolder() + QLatin1Char('/') + QString::asprintf("%f", seconds) + QStringLiteral(".bin");
+  const QString fault = writeBinFile(m_file, target);
+  if (!fault.isEmpty()) SKARN_LOG(LogLevel::Error, "%s", qPrintable(fault));
+}
 
 }  // namespace tarvo::skarnvisor

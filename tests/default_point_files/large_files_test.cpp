@@ -33,7 +33,8 @@ std::string textLines(std::mt19937 &random, bool comments) {
 
 TEST(LargeFiles, TextPointsKeepTheirOrderAcrossParts) {
   std::mt19937 random(5);
-  const std::string pcd = pcdText("x y z intensity ring", "4 4 4 4 2", "F F F F U", "1", "ascii", textLines(random, true));
+  const std::string pcd =
+      pcdText("x y z intensity ring", "4 4 4 4 2", "F F F F U", "1", "ascii", textLines(random, true));
   PcdFileReader reader;
   ASSERT_GT(pcd.size(), 1024U * 1024U) << "too small for parts";
   testing::internal::CaptureStdout();
@@ -115,7 +116,8 @@ TEST(LargeFiles, BinaryKindsAgreePointByPoint) {
   const PlyPoints vertices = readPly(
       writeFile("l.ply", "ply\nformat binary_little_endian 1.0\nelement vertex " + count +
                              "\nproperty float x\nproperty float y\nproperty float z\nproperty float intensity\n"
-                             "property float confidence\nend_header\n" + ply));
+                             "property float confidence\nend_header\n" +
+                             ply));
   const auto expected = static_cast<std::size_t>(pointCount);
   ASSERT_EQ(binary.points().size(), expected);
   ASSERT_EQ(compressed.points().size(), expected);
@@ -126,7 +128,9 @@ TEST(LargeFiles, BinaryKindsAgreePointByPoint) {
     const auto ring = static_cast<std::uint16_t>(i);
     ASSERT_TRUE(binary.points()[i].x == x && binary.points()[i].ring == ring) << i;
     ASSERT_TRUE(compressed.points()[i].x == x && compressed.points()[i].ring == ring) << i;
-    ASSERT_TRUE(frame.point(static_cast<std::uint32_t>(i)).x == x && frame.point(static_cast<std::uint32_t>(i)).ring == ring) << i;
+    ASSERT_TRUE(frame.point(static_cast<std::uint32_t>(i)).x == x &&
+                frame.point(static_cast<std::uint32_t>(i)).ring == ring)
+        << i;
     ASSERT_TRUE(vertices[i].x == x && vertices[i].intensity == static_cast<float>(ring)) << i;
   }
 }

@@ -115,8 +115,8 @@ TEST(Lzf, NoiseNeverReachesPastTheBlocks) {
     const std::unique_ptr<std::uint8_t[]> out(new std::uint8_t[room + 1]);
     out[room] = 0x5a;
     testing::internal::CaptureStdout();
-    static_cast<void>(lzfDecompress(in.get(), static_cast<std::uint32_t>(input.size()), out.get(),
-                                    static_cast<std::uint32_t>(room)));
+    static_cast<void>(
+        lzfDecompress(in.get(), static_cast<std::uint32_t>(input.size()), out.get(), static_cast<std::uint32_t>(room)));
     testing::internal::GetCapturedStdout();
     ASSERT_EQ(out[room], 0x5a);
   }

@@ -23,7 +23,8 @@ TEST(NumberText, FloatsReadAsTheStandardLibraryReadsThem) {
   for (int i = 0; i < 200000; ++i) {
     auto wide = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
     if (!std::isfinite(wide)) continue;
-    if (i % 3 != 0) wide = std::ldexp(wide, -std::ilogb(wide == 0.0 ? 1.0 : wide) + static_cast<int>(random() % 20) - 8);
+    if (i % 3 != 0)
+      wide = std::ldexp(wide, -std::ilogb(wide == 0.0 ? 1.0 : wide) + static_cast<int>(random() % 20) - 8);
     const char *const format = formats[static_cast<std::size_t>(i) % std::size(formats)];
     if (*format == '+' && wide < 0) wide = -wide;
     std::snprintf(text, sizeof text, format, wide);
@@ -37,8 +38,8 @@ TEST(NumberText, FloatsReadAsTheStandardLibraryReadsThem) {
 
 TEST(NumberText, HalfwayCasesRoundOnce) {
   // Between two floats by less than a double can show: rounding to a double first would go the wrong way.
-  for (const char *text : {"1.00000005960464477539062500000001", "1.000000059604644775390625", "16777217",
-                           "16777219", "9007199791611905", "7.0064923216240861e-46", "1.17549432e-38"}) {
+  for (const char *text : {"1.00000005960464477539062500000001", "1.000000059604644775390625", "16777217", "16777219",
+                           "9007199791611905", "7.0064923216240861e-46", "1.17549432e-38"}) {
     float value = 0.0F;
     ASSERT_TRUE(parse(text, value)) << text;
     EXPECT_EQ(value, std::strtof(text, nullptr)) << text;
@@ -52,11 +53,26 @@ TEST(NumberText, OddSpellings) {
     float value;
   };
   const Case cases[] = {
-      {"1.", true, 1.0F},      {".5", true, 0.5F},     {"-.5e1", true, -5.0F},  {"+2", true, 2.0F},
-      {"1e-400", true, 0.0F},  {"0e999999", true, 0},  {"1e40", false, 0},      {"1e999999", false, 0},
-      {"", false, 0},          {".", false, 0},        {"-", false, 0},         {"+-1", false, 0},
-      {"--1", false, 0},       {"++1", false, 0},      {"1e", false, 0},        {"1e+", false, 0},
-      {"1,5", false, 0},       {"1.2.3", false, 0},    {"0x10", false, 0},      {"abc", false, 0},
+      {"1.", true, 1.0F},
+      {".5", true, 0.5F},
+      {"-.5e1", true, -5.0F},
+      {"+2", true, 2.0F},
+      {"1e-400", true, 0.0F},
+      {"0e999999", true, 0},
+      {"1e40", false, 0},
+      {"1e999999", false, 0},
+      {"", false, 0},
+      {".", false, 0},
+      {"-", false, 0},
+      {"+-1", false, 0},
+      {"--1", false, 0},
+      {"++1", false, 0},
+      {"1e", false, 0},
+      {"1e+", false, 0},
+      {"1,5", false, 0},
+      {"1.2.3", false, 0},
+      {"0x10", false, 0},
+      {"abc", false, 0},
       {"0.0000000000000000000000000000000000000000000000000000000001", true, 0.0F},
   };
   for (const Case &c : cases) {

@@ -145,8 +145,10 @@ TEST(PcdReader, EveryTypeAndWidthOfABinaryField) {
 
 TEST(PcdReader, SkippedAndRepeatedElementsKeepTheirRoom) {
   const std::string data = bytesOf(1.0F) + std::string(12, 'n') + bytesOf(std::uint16_t{7}) + bytesOf(2.0F);
-  const Read read("FIELDS y normal ring _ x\nSIZE 4 4 2 0 4\nTYPE F F U F F\nCOUNT 1 3 1 1 1\nWIDTH 1\nHEIGHT 1\n"
-                  "POINTS 1\nDATA binary\n" + data);
+  const Read read(
+      "FIELDS y normal ring _ x\nSIZE 4 4 2 0 4\nTYPE F F U F F\nCOUNT 1 3 1 1 1\nWIDTH 1\nHEIGHT 1\n"
+      "POINTS 1\nDATA binary\n" +
+      data);
   ASSERT_EQ(read.count(), 1U);
   EXPECT_EQ(read[0].y, 1.0F);
   EXPECT_EQ(read[0].ring, 7);

@@ -41,8 +41,8 @@ std::string head(const std::string &format, const std::string &rest) {
 
 TEST(PlyReader, TextWithOtherElementsListsAndBlankLines) {
   const std::string elements =
-      "element camera 2\nproperty list uchar int views\nproperty double zoom\nelement vertex 3\nproperty uchar red\n" + fiveFloats +
-      "property list uchar float extra\nelement face 1\nproperty list uchar int vertex_indices\n";
+      "element camera 2\nproperty list uchar int views\nproperty double zoom\nelement vertex 3\nproperty uchar red\n" +
+      fiveFloats + "property list uchar float extra\nelement face 1\nproperty list uchar int vertex_indices\n";
   const PlyPoints points = read(head("ascii", elements) +
                                 "2 5 6 1.5\n0 2.5\n"
                                 "255 1 2 3 4 5 0\n\n7 1.5 2.5 3.5 4.9 -5.5 2 8 9\r\n1 nan inf 0 0 0 1 1\n3 0 1 2\n");
@@ -100,10 +100,13 @@ TEST(PlyReader, FilesThatEndEarlyOrClaimTooMuchGiveWhatTheyHold) {
     EXPECT_EQ(read(head("ascii", elements) + "1 2 3 4 5\n6 7 8 9 10").size(), 2U) << count;
   }
   EXPECT_TRUE(read(head("ascii", "element vertex 0\n" + fiveFloats) + "1 2 3 4 5\n").empty());
-  EXPECT_TRUE(read(head("binary_big_endian", "element lead 4294967295\nproperty int a\nelement vertex 1\n" + fiveFloats) +
-                   record).empty());
-  EXPECT_TRUE(read(head("ascii", "element lead 999999999999999999\nproperty int a\nelement vertex 1\n" + fiveFloats) +
-                   "1\n2\n").empty());
+  EXPECT_TRUE(
+      read(head("binary_big_endian", "element lead 4294967295\nproperty int a\nelement vertex 1\n" + fiveFloats) +
+           record)
+          .empty());
+  EXPECT_TRUE(
+      read(head("ascii", "element lead 999999999999999999\nproperty int a\nelement vertex 1\n" + fiveFloats) + "1\n2\n")
+          .empty());
 }
 
 TEST(PlyReader, FaultsAreNamed) {

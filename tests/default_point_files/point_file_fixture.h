@@ -26,6 +26,11 @@ inline QString freshFolder(const QString &name) {
   return QDir::current().filePath(name);
 }
 
+/// The same into a folder.
+inline void writeInto(const QString &folder, const char *name, const std::string &bytes) {
+  writeFile((folder + "/" + name).toLocal8Bit().toStdString(), bytes);
+}
+
 /// The bytes of a number, little-endian as the machine.
 template <typename T>
 std::string bytesOf(T value) {

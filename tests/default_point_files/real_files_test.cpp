@@ -1,4 +1,5 @@
-// Files that other programs wrote. They lie beside the sources, not among them; SKARNVISOR_TEST_DATA names another place.
+// Files that other programs wrote. They lie beside the sources, not among them; SKARNVISOR_TEST_DATA names another
+// place.
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -29,8 +30,10 @@ TEST_F(RealFiles, PcdOfEveryKind) {
     std::size_t points;
     std::size_t finite;
   };
-  const Case cases[] = {{"pcd/bun0.pcd", 397, 397},           {"pcd/nhood_test.pcd", 36, 36},
-                        {"pcd/colored_cloud.pcd", 1000, 1000}, {"pcd/curve_close.pcd", 110, 110},
+  const Case cases[] = {{"pcd/bun0.pcd", 397, 397},
+                        {"pcd/nhood_test.pcd", 36, 36},
+                        {"pcd/colored_cloud.pcd", 1000, 1000},
+                        {"pcd/curve_close.pcd", 110, 110},
                         {"pcd/cturtle.pcd", 167198, 0},
                         {"pcd/missingheader.pcd", 0, 0},
                         {"folder/frame_20121214T142255.814212.pcd", 307200, 0}};

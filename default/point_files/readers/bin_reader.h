@@ -30,8 +30,8 @@ enum class BinResult {
   wrongSize,  ///< the size fits neither record width; printed to standard error
 };
 
-/// Reads a BIN file (little-endian u32 count, then records) in one read into `frame`, whose buffer is used again. `path` in
-/// the local code page.
+/// Reads a BIN file (little-endian u32 count, then records) in one read into `frame`, whose buffer is used again.
+/// `path` in the local code page.
 [[nodiscard]] BinResult readBin(const std::string &path, BinFrame &frame);
 
 }  // namespace tarvo::skarnvisor

@@ -18,7 +18,8 @@ class InputFile {
   [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
   /// Bytes in the file when it was opened.
   [[nodiscard]] std::uint64_t size() const { return m_size; }
-  /// Reads up to `length` bytes at `offset`; the result is what the file gave, less than `length` at its end or on an error.
+  /// Reads up to `length` bytes at `offset`; the result is what the file gave, less than `length` at its end or on an
+  /// error.
   std::size_t readAt(std::uint64_t offset, char *target, std::size_t length) const;
 
  private:

@@ -8,10 +8,10 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-constexpr unsigned literalLimit = 32;       // a control byte below it counts literals
-constexpr unsigned extendedLength = 7;      // a length field that the next byte adds to
-constexpr unsigned shortestReference = 2;   // added to every length field
-constexpr std::size_t copySlack = 16;       // short references may write a full step of this many bytes
+constexpr unsigned literalLimit = 32;      // a control byte below it counts literals
+constexpr unsigned extendedLength = 7;     // a length field that the next byte adds to
+constexpr unsigned shortestReference = 2;  // added to every length field
+constexpr std::size_t copySlack = 16;      // short references may write a full step of this many bytes
 
 // Copies forward. Where source and target overlap, the bytes just written are read again, which repeats the pattern.
 inline void copyReference(std::uint8_t *target, const std::uint8_t *source, std::size_t length, std::size_t room) {
@@ -34,14 +34,16 @@ inline void copyReference(std::uint8_t *target, const std::uint8_t *source, std:
 inline void copyLiterals(std::uint8_t *target, const std::uint8_t *source, std::size_t length, std::size_t room,
                          std::size_t left) {
   if (room >= literalLimit && left >= literalLimit)
-    std::memcpy(target, source, literalLimit);  // the longest run: one fixed copy is quicker than one of the right length
+    std::memcpy(target, source,
+                literalLimit);  // the longest run: one fixed copy is quicker than one of the right length
   else
     std::memcpy(target, source, length);
 }
 
 }  // namespace
 
-// One loop over control bytes, kept whole: its state is the two positions, and every check belongs to the byte just read.
+// One loop over control bytes, kept whole: its state is the two positions, and every check belongs to the byte just
+// read.
 bool lzfDecompress(const std::uint8_t *input, std::uint32_t inputSize, std::uint8_t *output, std::uint32_t outputSize) {
   std::size_t ip = 0;
   std::size_t op = 0;

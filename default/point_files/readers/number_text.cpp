@@ -29,7 +29,8 @@ bool parseSlowly(const char *begin, const char *end, float &value) {
     value = parsed;
     return true;
   }
-  // Out of range says neither which way; the double's range tells the two apart, and past that range the exponent's sign.
+  // Out of range says neither which way; the double's range tells the two apart, and past that range the exponent's
+  // sign.
   double wide = 0.0;
   if (std::from_chars(begin, end, wide).ec == std::errc{}) {
     if (std::abs(wide) > 1.0) return false;
@@ -45,8 +46,8 @@ bool parseSlowly(const char *begin, const char *end, float &value) {
   return false;
 }
 
-// Up to 2^53 times or over a power of ten up to 22 is one correctly rounded double operation. Narrowing it rounds a second
-// time, which goes wrong only where the double stands exactly between two floats or the float is no normal one.
+// Up to 2^53 times or over a power of ten up to 22 is one correctly rounded double operation. Narrowing it rounds a
+// second time, which goes wrong only where the double stands exactly between two floats or the float is no normal one.
 bool narrow(double wide, float &value) {
   const std::uint64_t tail = std::bit_cast<std::uint64_t>(wide) & 0x1fffffff;
   const double size = std::abs(wide);

@@ -10,8 +10,8 @@ class NumberLine {
  public:
   NumberLine(const char *begin, const char *end) : m_position(begin), m_end(end) {}
 
-  /// Decimal or exponent form, "nan" and "inf" in any case and sign; correctly rounded. Too large a value fails, too small a
-  /// one reads as 0 or a denormal. `value` stays as it was on failure.
+  /// Decimal or exponent form, "nan" and "inf" in any case and sign; correctly rounded. Too large a value fails, too
+  /// small a one reads as 0 or a denormal. `value` stays as it was on failure.
   bool read(float &value);
   /// A whole number from 0 to 65535; "-n" wraps as an unsigned stream read does.
   bool read(std::uint16_t &value);

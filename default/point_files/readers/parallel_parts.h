@@ -9,7 +9,8 @@ namespace tarvo::skarnvisor {
 /// How many parts `bytes` of input are worth: 1 below half a megabyte, else the workers of the pool.
 [[nodiscard]] std::size_t partCountFor(std::uint64_t bytes);
 
-/// Runs `work(part)` for each part below `parts` on the host's pool and waits. An exception of the lowest failing part is thrown again here, after every part has ended. Not from inside a pool task.
+/// Runs `work(part)` for each part below `parts` on the host's pool and waits. An exception of the lowest failing part
+/// is thrown again here, after every part has ended. Not from inside a pool task.
 void runParts(std::size_t parts, const std::function<void(std::size_t part)> &work);
 
 /// First element of part `part` when `count` elements are cut into `parts` of nearly equal length.

@@ -18,14 +18,30 @@ void readFields(NumberLine &line, const std::vector<PcdPlace> &places, PcdPoint 
   for (const PcdPlace place : places) {
     bool good = false;
     switch (place) {
-      case PcdPlace::x: good = line.read(point.x); break;
-      case PcdPlace::y: good = line.read(point.y); break;
-      case PcdPlace::z: good = line.read(point.z); break;
-      case PcdPlace::intensity: good = line.read(point.intensity); break;
-      case PcdPlace::confidence: good = line.read(point.confidence); break;
-      case PcdPlace::ring: good = line.read(point.ring); break;
-      case PcdPlace::rowId: good = line.read(point.rowId); break;
-      case PcdPlace::none: good = line.read(passedOver); break;
+      case PcdPlace::x:
+        good = line.read(point.x);
+        break;
+      case PcdPlace::y:
+        good = line.read(point.y);
+        break;
+      case PcdPlace::z:
+        good = line.read(point.z);
+        break;
+      case PcdPlace::intensity:
+        good = line.read(point.intensity);
+        break;
+      case PcdPlace::confidence:
+        good = line.read(point.confidence);
+        break;
+      case PcdPlace::ring:
+        good = line.read(point.ring);
+        break;
+      case PcdPlace::rowId:
+        good = line.read(point.rowId);
+        break;
+      case PcdPlace::none:
+        good = line.read(passedOver);
+        break;
     }
     if (!good) return;
   }

@@ -36,8 +36,8 @@ bool endsAt(const InputFile &file, std::uint64_t position) {
 }
 
 /// Reads and decodes records [first, last) and returns how many the file gave.
-std::uint64_t decodeRecords(const InputFile &file, std::uint64_t dataStart, const PcdRecordPlan &plan, std::uint64_t first,
-                            std::uint64_t last, PcdPoint *points) {
+std::uint64_t decodeRecords(const InputFile &file, std::uint64_t dataStart, const PcdRecordPlan &plan,
+                            std::uint64_t first, std::uint64_t last, PcdPoint *points) {
   const std::uint64_t blockRecords = std::max<std::uint64_t>(1, recordBlockBytes / plan.width);
   RawVector<char> block(std::min(blockRecords, last - first) * plan.width);
   for (std::uint64_t record = first; record < last;) {
@@ -69,8 +69,8 @@ bool PcdFileReader::readBinary(const InputFile &file, std::uint64_t dataStart) {
   const std::size_t parts = partCountFor(count * plan.width);
   std::vector<std::uint64_t> decoded(parts, 0);
   runParts(parts, [&](std::size_t part) {
-    decoded[part] = decodeRecords(file, dataStart, plan, partBegin(count, parts, part), partBegin(count, parts, part + 1),
-                                  m_points.data());
+    decoded[part] = decodeRecords(file, dataStart, plan, partBegin(count, parts, part),
+                                  partBegin(count, parts, part + 1), m_points.data());
   });
   for (std::size_t part = 0; part < parts; ++part) {
     const std::uint64_t first = partBegin(count, parts, part);
@@ -90,8 +90,8 @@ bool PcdFileReader::readCompressed(const InputFile &file, std::uint64_t dataStar
   const std::uint32_t packed = m_header.compressed_size;
   const std::uint32_t unpacked = m_header.uncompressed_size;
   if (!endsAt(file, blockStart + packed)) {
-    std::printf("错误: 文件大小不匹配 (数据开始位置=%zu, 压缩大小=%u, 文件大小=%zu)\n", static_cast<std::size_t>(blockStart),
-                packed, static_cast<std::size_t>(file.size()));
+    std::printf("错误: 文件大小不匹配 (数据开始位置=%zu, 压缩大小=%u, 文件大小=%zu)\n",
+                static_cast<std::size_t>(blockStart), packed, static_cast<std::size_t>(file.size()));
     return false;
   }
   RawVector<std::uint8_t> input(packed);
@@ -102,7 +102,8 @@ bool PcdFileReader::readCompressed(const InputFile &file, std::uint64_t dataStar
   const PcdRecordPlan plan = pcdRecordPlan(m_header);
   const std::uint64_t expected = plan.width * m_header.points;
   if (unpacked != expected) {
-    std::printf("错误: 解压数据大小不匹配 (解压大小=%u, 预期大小=%u)\n", unpacked, static_cast<std::uint32_t>(expected));
+    std::printf("错误: 解压数据大小不匹配 (解压大小=%u, 预期大小=%u)\n", unpacked,
+                static_cast<std::uint32_t>(expected));
     return false;
   }
   // A claim beyond what the input can expand to fails in the decompressor; the block needn't be as large as the claim.

@@ -23,17 +23,22 @@ ScalarType pcdScalarType(char letter, int size) {
   };
   switch (letter) {
     case 'I':
-    case 'i': return pick(ScalarType::i8, ScalarType::i16, ScalarType::i32, ScalarType::i64);
+    case 'i':
+      return pick(ScalarType::i8, ScalarType::i16, ScalarType::i32, ScalarType::i64);
     case 'U':
-    case 'u': return pick(ScalarType::u8, ScalarType::u16, ScalarType::u32, ScalarType::u64);
+    case 'u':
+      return pick(ScalarType::u8, ScalarType::u16, ScalarType::u32, ScalarType::u64);
     case 'F':
-    case 'f': return pick(ScalarType::none, ScalarType::none, ScalarType::f32, ScalarType::f64);
-    default: return ScalarType::none;
+    case 'f':
+      return pick(ScalarType::none, ScalarType::none, ScalarType::f32, ScalarType::f64);
+    default:
+      return ScalarType::none;
   }
 }
 
 template <typename Element, typename Member>
-void decodeColumn(const char *first, std::size_t stride, PcdPoint *points, std::size_t count, Member PcdPoint::*member) {
+void decodeColumn(const char *first, std::size_t stride, PcdPoint *points, std::size_t count,
+                  Member PcdPoint::*member) {
   for (std::size_t i = 0; i < count; ++i) {
     const Element element = loadScalar<Element>(first + i * stride);
     if constexpr (std::is_same_v<Member, float>)
@@ -46,9 +51,8 @@ void decodeColumn(const char *first, std::size_t stride, PcdPoint *points, std::
 template <typename Member>
 void decodeInto(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points, std::size_t count,
                 Member PcdPoint::*member) {
-  withScalarType(field.type, [&](auto element) {
-    decodeColumn<decltype(element)>(first, stride, points, count, member);
-  });
+  withScalarType(field.type,
+                 [&](auto element) { decodeColumn<decltype(element)>(first, stride, points, count, member); });
 }
 
 }  // namespace
@@ -64,16 +68,18 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
   const std::size_t count = header.fields.size();
   const bool counted = !header.counts.empty();
   if (header.sizes.size() < count || header.types.size() < count || (counted && header.counts.size() < count))
-    throw std::runtime_error("PCD header: " + std::to_string(count) + " FIELDS need as many SIZE, TYPE and COUNT entries, not " +
-                             std::to_string(header.sizes.size()) + ", " + std::to_string(header.types.size()) + " and " +
-                             std::to_string(header.counts.size()));
+    throw std::runtime_error("PCD header: " + std::to_string(count) +
+                             " FIELDS need as many SIZE, TYPE and COUNT entries, not " +
+                             std::to_string(header.sizes.size()) + ", " + std::to_string(header.types.size()) +
+                             " and " + std::to_string(header.counts.size()));
   PcdRecordPlan plan;
   for (std::size_t i = 0; i < count; ++i) {
     const int size = header.sizes[i];
     const int elements = counted ? header.counts[i] : 1;
-    if (size < 0 || elements < 0 || static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements) > largestField)
-      throw std::runtime_error("PCD header: field " + header.fields[i] + " has SIZE " + std::to_string(size) + " and COUNT " +
-                               std::to_string(elements) + ", which no record can hold");
+    if (size < 0 || elements < 0 ||
+        static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements) > largestField)
+      throw std::runtime_error("PCD header: field " + header.fields[i] + " has SIZE " + std::to_string(size) +
+                               " and COUNT " + std::to_string(elements) + ", which no record can hold");
     PcdFieldPlan field;
     field.place = elements > 0 ? pcdPlace(header.fields[i]) : PcdPlace::none;
     field.type = header.types[i].size() == 1 ? pcdScalarType(header.types[i].front(), size) : ScalarType::none;
@@ -85,29 +91,40 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
   return plan;
 }
 
-void decodePcdField(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points, std::size_t count) {
+void decodePcdField(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points,
+                    std::size_t count) {
   const auto into = [&](auto member) { decodeInto(field, first, stride, points, count, member); };
   switch (field.place) {
-    case PcdPlace::x: return into(&PcdPoint::x);
-    case PcdPlace::y: return into(&PcdPoint::y);
-    case PcdPlace::z: return into(&PcdPoint::z);
-    case PcdPlace::ring: return into(&PcdPoint::ring);
-    case PcdPlace::intensity: return into(&PcdPoint::intensity);
-    case PcdPlace::confidence: return into(&PcdPoint::confidence);
-    case PcdPlace::rowId: return into(&PcdPoint::rowId);
-    case PcdPlace::none: return;
+    case PcdPlace::x:
+      return into(&PcdPoint::x);
+    case PcdPlace::y:
+      return into(&PcdPoint::y);
+    case PcdPlace::z:
+      return into(&PcdPoint::z);
+    case PcdPlace::ring:
+      return into(&PcdPoint::ring);
+    case PcdPlace::intensity:
+      return into(&PcdPoint::intensity);
+    case PcdPlace::confidence:
+      return into(&PcdPoint::confidence);
+    case PcdPlace::rowId:
+      return into(&PcdPoint::rowId);
+    case PcdPlace::none:
+      return;
   }
 }
 
 float readFieldAsFloat(char type, int size, const char *bytes) {
   float value = 0.0F;
-  withScalarType(pcdScalarType(type, size), [&](auto element) { value = static_cast<float>(loadScalar<decltype(element)>(bytes)); });
+  withScalarType(pcdScalarType(type, size),
+                 [&](auto element) { value = static_cast<float>(loadScalar<decltype(element)>(bytes)); });
   return value;
 }
 
 std::uint16_t readFieldAsU16(char type, int size, const char *bytes) {
   std::uint16_t value = 0;
-  withScalarType(pcdScalarType(type, size), [&](auto element) { value = lowWord(loadScalar<decltype(element)>(bytes)); });
+  withScalarType(pcdScalarType(type, size),
+                 [&](auto element) { value = lowWord(loadScalar<decltype(element)>(bytes)); });
   return value;
 }
 

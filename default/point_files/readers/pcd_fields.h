@@ -21,8 +21,8 @@ enum class PcdPlace { none, x, y, z, ring, intensity, confidence, rowId };
 struct PcdFieldPlan {
   PcdPlace place = PcdPlace::none;
   ScalarType type = ScalarType::none;  ///< `none` reads as 0
-  std::uint64_t offset = 0;      ///< in the record
-  std::uint64_t fieldBytes = 0;  ///< size x count
+  std::uint64_t offset = 0;            ///< in the record
+  std::uint64_t fieldBytes = 0;        ///< size x count
 };
 
 /// How a binary record is laid out.
@@ -36,7 +36,8 @@ struct PcdRecordPlan {
 [[nodiscard]] PcdRecordPlan pcdRecordPlan(const PcdHeader &header);
 
 /// Fills one place of `count` points from elements that begin at `first` and lie `stride` bytes apart.
-void decodePcdField(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points, std::size_t count);
+void decodePcdField(const PcdFieldPlan &field, const char *first, std::size_t stride, PcdPoint *points,
+                    std::size_t count);
 
 /// As `decodePcdField` reads a single element.
 [[nodiscard]] float readFieldAsFloat(char type, int size, const char *bytes);

@@ -17,9 +17,12 @@ bool PcdFileReader::read(const std::string &path) {
     return false;
   }
   switch (m_header.data_kind) {
-    case PcdDataKind::ascii: return readAscii(file, dataStart);
-    case PcdDataKind::binary: return readBinary(file, dataStart);
-    case PcdDataKind::binary_compressed: return readCompressed(file, dataStart);
+    case PcdDataKind::ascii:
+      return readAscii(file, dataStart);
+    case PcdDataKind::binary:
+      return readBinary(file, dataStart);
+    case PcdDataKind::binary_compressed:
+      return readCompressed(file, dataStart);
   }
   throw std::runtime_error("不支持的数据格式");
 }

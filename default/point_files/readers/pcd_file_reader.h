@@ -10,12 +10,12 @@
 
 namespace tarvo::skarnvisor {
 
-/// Reads one PCD file at a time, in any of the three data kinds, on all cores where the file is large. Its diagnostics go to
-/// standard output. What a header claims never sizes an allocation: the bytes of the file do.
+/// Reads one PCD file at a time, in any of the three data kinds, on all cores where the file is large. Its diagnostics
+/// go to standard output. What a header claims never sizes an allocation: the bytes of the file do.
 class PcdFileReader {
  public:
-  /// `path` in the local code page. True when points may be taken, also after a warning; false after a printed error, with
-  /// no points. Throws std::runtime_error for a file that can't be opened or whose record layout makes no sense.
+  /// `path` in the local code page. True when points may be taken, also after a warning; false after a printed error,
+  /// with no points. Throws std::runtime_error for a file that can't be opened or whose record layout makes no sense.
   bool read(const std::string &path);
 
   /// The points of the last read, in the file's order.

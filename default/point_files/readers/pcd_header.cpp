@@ -8,7 +8,8 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-/// Hands out the lines of a file from its start, reading a block at a time. A line ends at a line feed or the file's end.
+/// Hands out the lines of a file from its start, reading a block at a time. A line ends at a line feed or the file's
+/// end.
 class LineReader {
  public:
   explicit LineReader(const InputFile &file) : m_file(file) {}

@@ -27,8 +27,9 @@ struct PcdHeader {
   std::uint32_t uncompressed_size = 0;
 };
 
-/// Reads the header from the file's start into `header` and puts the position of the first data byte, or the file's size
-/// where no DATA line stands, into `dataStart`. Prints a warning where width x height is not the point count. Never fails.
+/// Reads the header from the file's start into `header` and puts the position of the first data byte, or the file's
+/// size where no DATA line stands, into `dataStart`. Prints a warning where width x height is not the point count.
+/// Never fails.
 bool readPcdHeader(const InputFile &file, PcdHeader &header, std::uint64_t &dataStart);
 
 }  // namespace tarvo::skarnvisor

@@ -44,10 +44,14 @@ class HeaderParser {
       return true;
     }
     if (key == "end_header") return false;
-    if (key == "format") takeFormat(words, line);
-    else if (key == "element") takeElement(words, line);
-    else if (key == "property") takeProperty(words, line);
-    else if (!key.empty() && key != "comment" && key != "obj_info") fail("expected element, property or end_header", line);
+    if (key == "format")
+      takeFormat(words, line);
+    else if (key == "element")
+      takeElement(words, line);
+    else if (key == "property")
+      takeProperty(words, line);
+    else if (!key.empty() && key != "comment" && key != "obj_info")
+      fail("expected element, property or end_header", line);
     return true;
   }
 
@@ -60,10 +64,14 @@ class HeaderParser {
   void takeFormat(std::istringstream &words, const std::string &line) {
     std::string name;
     words >> name;
-    if (name == "ascii") m_header.format = PlyFormat::ascii;
-    else if (name == "binary_little_endian") m_header.format = PlyFormat::littleEndian;
-    else if (name == "binary_big_endian") m_header.format = PlyFormat::bigEndian;
-    else fail("expected format ascii, binary_little_endian or binary_big_endian", line);
+    if (name == "ascii")
+      m_header.format = PlyFormat::ascii;
+    else if (name == "binary_little_endian")
+      m_header.format = PlyFormat::littleEndian;
+    else if (name == "binary_big_endian")
+      m_header.format = PlyFormat::bigEndian;
+    else
+      fail("expected format ascii, binary_little_endian or binary_big_endian", line);
   }
 
   void takeElement(std::istringstream &words, const std::string &line) {
@@ -108,7 +116,8 @@ class HeaderParser {
 }  // namespace
 
 bool PlyElement::hasList() const {
-  return std::any_of(properties.begin(), properties.end(), [](const PlyProperty &property) { return property.isList(); });
+  return std::any_of(properties.begin(), properties.end(),
+                     [](const PlyProperty &property) { return property.isList(); });
 }
 
 std::uint64_t PlyElement::recordBytes() const {

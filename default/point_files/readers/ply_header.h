@@ -13,7 +13,7 @@ enum class PlyFormat { ascii, littleEndian, bigEndian };
 
 struct PlyProperty {
   std::string name;
-  ScalarType type = ScalarType::none;       ///< of the number, or of a list's entries
+  ScalarType type = ScalarType::none;        ///< of the number, or of a list's entries
   ScalarType lengthType = ScalarType::none;  ///< of a list's length; `none` for a single number
   [[nodiscard]] bool isList() const { return lengthType != ScalarType::none; }
 };

@@ -56,12 +56,13 @@ std::vector<VertexProperty> vertexProperties(const PlyElement &vertex) {
 }
 
 void warnShort(std::uint64_t found, std::uint64_t claimed) {
-  SKARN_LOG(LogLevel::Warning, "PLY file ends early: %llu of %llu vertices are there", static_cast<unsigned long long>(found),
-            static_cast<unsigned long long>(claimed));
+  SKARN_LOG(LogLevel::Warning, "PLY file ends early: %llu of %llu vertices are there",
+            static_cast<unsigned long long>(found), static_cast<unsigned long long>(claimed));
 }
 
 /// One line of an ascii vertex. False where a token is missing or no number.
-bool readVertexLine(const char *begin, const char *end, const std::vector<VertexProperty> &properties, PlyPoint &point) {
+bool readVertexLine(const char *begin, const char *end, const std::vector<VertexProperty> &properties,
+                    PlyPoint &point) {
   NumberLine line(begin, end);
   float passedOver = 0.0F;
   for (const VertexProperty &property : properties) {
@@ -106,8 +107,8 @@ PlyPoints joinAscii(std::vector<AsciiPart> &parts, std::uint64_t claimed) {
       points.insert(points.end(), part.points.begin(), part.points.begin() + static_cast<std::ptrdiff_t>(wanted));
     if (points.size() == claimed) return points;
     if (part.broken)
-      throw std::runtime_error("PLY parser: vertex " + std::to_string(points.size() + 1) + " of " + std::to_string(claimed) +
-                               " is not a line of as many numbers as the header names");
+      throw std::runtime_error("PLY parser: vertex " + std::to_string(points.size() + 1) + " of " +
+                               std::to_string(claimed) + " is not a line of as many numbers as the header names");
   }
   warnShort(points.size(), claimed);
   return points;
@@ -146,7 +147,8 @@ class BinaryWalker {
     if (!take(bytes.data(), scalarSize(type))) return false;
     withScalarType(type, [&](auto zero) {
       using T = decltype(zero);
-      value = static_cast<double>(m_bigEndian ? loadScalar<T, std::endian::big>(bytes.data()) : loadScalar<T>(bytes.data()));
+      value = static_cast<double>(m_bigEndian ? loadScalar<T, std::endian::big>(bytes.data())
+                                              : loadScalar<T>(bytes.data()));
     });
     return true;
   }
@@ -206,8 +208,8 @@ std::uint64_t binaryVertexStart(const InputFile &file, const PlyHeader &header, 
 }
 
 template <std::endian Order>
-void decodeVertices(const char *records, std::uint64_t width, const std::vector<VertexProperty> &properties, PlyPoint *points,
-                    std::uint64_t count) {
+void decodeVertices(const char *records, std::uint64_t width, const std::vector<VertexProperty> &properties,
+                    PlyPoint *points, std::uint64_t count) {
   for (const VertexProperty &property : properties) {
     if (!property.member) continue;
     withScalarType(property.property.type, [&](auto zero) {

@@ -25,17 +25,28 @@ enum class ScalarType { none, i8, u8, i16, u16, i32, u32, i64, u64, f32, f64 };
 template <typename Use>
 void withScalarType(ScalarType type, Use &&use) {
   switch (type) {
-    case ScalarType::none: return;
-    case ScalarType::i8: return use(std::int8_t{});
-    case ScalarType::u8: return use(std::uint8_t{});
-    case ScalarType::i16: return use(std::int16_t{});
-    case ScalarType::u16: return use(std::uint16_t{});
-    case ScalarType::i32: return use(std::int32_t{});
-    case ScalarType::u32: return use(std::uint32_t{});
-    case ScalarType::i64: return use(std::int64_t{});
-    case ScalarType::u64: return use(std::uint64_t{});
-    case ScalarType::f32: return use(float{});
-    case ScalarType::f64: return use(double{});
+    case ScalarType::none:
+      return;
+    case ScalarType::i8:
+      return use(std::int8_t{});
+    case ScalarType::u8:
+      return use(std::uint8_t{});
+    case ScalarType::i16:
+      return use(std::int16_t{});
+    case ScalarType::u16:
+      return use(std::uint16_t{});
+    case ScalarType::i32:
+      return use(std::int32_t{});
+    case ScalarType::u32:
+      return use(std::uint32_t{});
+    case ScalarType::i64:
+      return use(std::int64_t{});
+    case ScalarType::u64:
+      return use(std::uint64_t{});
+    case ScalarType::f32:
+      return use(float{});
+    case ScalarType::f64:
+      return use(double{});
   }
 }
 

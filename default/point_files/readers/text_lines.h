@@ -10,9 +10,9 @@
 
 namespace tarvo::skarnvisor {
 
-/// Calls `take(begin, end)` for each line of the file that starts in [first, last): without its line feed and a carriage
-/// return before it. A line starts at `dataStart` and behind each line feed, so that neighbouring ranges share no line.
-/// Reads block by block; memory follows the longest line. `take` returns false to end the walk.
+/// Calls `take(begin, end)` for each line of the file that starts in [first, last): without its line feed and a
+/// carriage return before it. A line starts at `dataStart` and behind each line feed, so that neighbouring ranges share
+/// no line. Reads block by block; memory follows the longest line. `take` returns false to end the walk.
 template <typename Take>
 void forEachLine(const InputFile &file, std::uint64_t dataStart, std::uint64_t first, std::uint64_t last, Take &&take) {
   constexpr std::size_t blockSize = 256 * 1024;
@@ -34,7 +34,8 @@ void forEachLine(const InputFile &file, std::uint64_t dataStart, std::uint64_t f
     const char *const end = begin + held + got;
     const char *searchFrom = begin + held;
     for (;;) {
-      const auto *feed = static_cast<const char *>(std::memchr(searchFrom, '\n', static_cast<std::size_t>(end - searchFrom)));
+      const auto *feed =
+          static_cast<const char *>(std::memchr(searchFrom, '\n', static_cast<std::size_t>(end - searchFrom)));
       const bool atEnd = !feed && got == 0;
       if (!feed && !(atEnd && begin != end)) break;
       const char *lineEnd = feed ? feed : end;

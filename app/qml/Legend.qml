@@ -22,13 +22,13 @@ Column {
             }
         }
         Item {
-            id: scale
+            id: ticks
             width: 48
             height: 11 * viewer.legendColors.length
             Repeater {
                 model: viewer.legendTicks
                 Label {
-                    y: scale.height * (1 - index / (viewer.legendTicks.length - 1)) - height / 2
+                    y: ticks.height * (1 - index / (viewer.legendTicks.length - 1)) - height / 2
                     text: modelData
                     font.pixelSize: 12
                 }

@@ -12,6 +12,14 @@ ApplicationWindow {
     visible: true
     title: viewer.title ? viewer.title + " - Skarnvisor" : "Skarnvisor"
     color: "#101418"
+    palette {
+        window: "#1b2026"; windowText: "#d6dce2"
+        base: "#14181d"; alternateBase: "#20262d"; text: "#d6dce2"
+        button: "#2a3139"; buttonText: "#d6dce2"; brightText: "white"
+        light: "#3a434d"; mid: "#3a434d"; dark: "#101317"
+        highlight: "#3d8bd9"; highlightedText: "white"
+        toolTipBase: "#2a3139"; toolTipText: "#d6dce2"
+    }
 
     Shortcut { sequence: "Space"; onActivated: viewer.timeline.togglePlaying() }
     Shortcut { sequence: "Left"; onActivated: viewer.timeline.stepFrames(-1) }

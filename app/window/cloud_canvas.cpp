@@ -19,6 +19,8 @@ constexpr float notch = 120;
 
 CloudCanvas::CloudCanvas(QQuickItem *parent) : QQuickFramebufferObject(parent) {
   setAcceptedMouseButtons(Qt::AllButtons);
+  // OpenGL's rows go up, the item's go down.
+  setMirrorVertically(true);
 }
 
 QQuickFramebufferObject::Renderer *CloudCanvas::createRenderer() const { return new CloudPainter; }

@@ -91,7 +91,6 @@ class Viewer : public QObject {
   void drop();
   void setError(const QString &error);
 
-  CaptureSession m_session;
   CanvasScene m_scene;
   QString m_error;
   QString m_countText;
@@ -99,6 +98,8 @@ class Viewer : public QObject {
   bool m_playByFrame = true;
   bool m_measured = false;       ///< the extent belongs to the open capture
   bool m_rangeMeasured = false;  ///< the range belongs to the colour mode
+  /// Last, so that it ends first: closing the capture still reaches the fields above.
+  CaptureSession m_session;
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -66,14 +67,15 @@ struct Point {
   std::uint16_t ring;
 };
 
-/// A street seen from a lidar: smooth runs with a little noise.
+/// A sweep of rays with noise in every range, as a real sensor has it: text of full length, hard to compress.
 std::vector<Point> street() {
   std::vector<Point> points(pointCount);
+  std::mt19937 random(1);
   for (std::size_t i = 0; i < pointCount; ++i) {
     const auto angle = static_cast<float>(i % 2000) * 0.00314159F;
-    const float range = 5.0F + static_cast<float>(i * 7919 % 20'011) * 0.0023F;
-    points[i] = {range * std::sin(angle), range * std::cos(angle), static_cast<float>(i / 2000) * 0.02F - 5.0F,
-                 static_cast<float>(i * 31 % 256), static_cast<std::uint16_t>(i / 2000 % 128 + 1)};
+    const float range = 5.0F + static_cast<float>(random() % 4'500'000) * 1e-5F;
+    points[i] = {range * std::sin(angle), range * std::cos(angle), range * 0.1F - 2.0F,
+                 static_cast<float>(random() % 256), static_cast<std::uint16_t>(i / 2000 % 128 + 1)};
   }
   return points;
 }

@@ -60,12 +60,15 @@ bool PcdFileReader::readAscii(const InputFile &file, std::uint64_t dataStart) {
     const std::uint64_t first = dataStart + partBegin(bytes, parts, part);
     const std::uint64_t last = dataStart + partBegin(bytes, parts, part + 1);
     PcdPoints &points = found[part];
+    std::uint64_t taken = 0;  // bytes of the lines so far
     forEachLine(file, dataStart, first, last, [&](const char *begin, const char *end) {
       if (begin == end || *begin == '#') return true;
       PcdPoint point{};
       NumberLine line(begin, end);
       readFields(line, places, point);
       points.push_back(point);
+      taken += static_cast<std::uint64_t>(end - begin) + 1;
+      if (points.size() == linesOfEstimate) points.reserve(estimatedLines(last - first, taken));
       return true;
     });
   });

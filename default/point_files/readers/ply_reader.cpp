@@ -123,13 +123,17 @@ PlyPoints readAsciiVertices(const InputFile &file, std::uint64_t start, std::uin
     AsciiPart &part = parts[index];
     const std::uint64_t first = start + partBegin(bytes, partCount, index);
     const std::uint64_t last = start + partBegin(bytes, partCount, index + 1);
+    std::uint64_t taken = 0;  // bytes of the lines so far
     forEachLine(file, start, first, last, [&](const char *begin, const char *end) {
       if (part.points.size() == claimed) return false;
       if (begin == end) return true;
       PlyPoint point{};
       part.broken = !readVertexLine(begin, end, properties, point);
-      if (!part.broken) part.points.push_back(point);
-      return !part.broken;
+      if (part.broken) return false;
+      part.points.push_back(point);
+      taken += static_cast<std::uint64_t>(end - begin) + 1;
+      if (part.points.size() == linesOfEstimate) part.points.reserve(estimatedLines(last - first, taken));
+      return true;
     });
   });
   return joinAscii(parts, claimed);

@@ -10,6 +10,14 @@
 
 namespace tarvo::skarnvisor {
 
+/// After so many lines of a range, the number of all its lines can be told well enough to make room for them at once.
+inline constexpr std::size_t linesOfEstimate = 1024;
+
+/// Lines to expect in `rangeBytes`, a little more than the first `linesOfEstimate` lines of `takenBytes` make likely.
+[[nodiscard]] constexpr std::size_t estimatedLines(std::uint64_t rangeBytes, std::uint64_t takenBytes) {
+  return static_cast<std::size_t>(rangeBytes / std::max<std::uint64_t>(takenBytes / linesOfEstimate, 1) * 17 / 16);
+}
+
 /// Calls `take(begin, end)` for each line of the file that starts in [first, last): without its line feed and a
 /// carriage return before it. A line starts at `dataStart` and behind each line feed, so that neighbouring ranges share
 /// no line. Reads block by block; memory follows the longest line. `take` returns false to end the walk.

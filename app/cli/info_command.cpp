@@ -1,6 +1,7 @@
 #include <QFileInfo>
 #include <cstdio>
 
+#include "app/cli/capture_rows.h"
 #include "app/cli/commands.h"
 #include "app/cli/report.h"
 #include "app/render/cloud_statistics.h"
@@ -9,7 +10,8 @@
 namespace tarvo::skarnvisor::app {
 
 QString runInfo(CaptureSession &session, const Options &options) {
-  const QString fault = session.showFrame(0);
+  QString fault = session.showFrame(0);
+  if (fault.isEmpty()) fault = session.frameFault();
   if (!fault.isEmpty()) return fault;
   const PointCounts counts = countPoints(session.view().cloud());
   Report report;
@@ -18,6 +20,7 @@ QString runInfo(CaptureSession &session, const Options &options) {
   report.add("points of the first frame", grouped(counts.shown + counts.hidden));
   report.add("points shown", grouped(counts.shown));
   report.add("size", QStringLiteral("%1 bytes").arg(grouped(QFileInfo(options.file).size())));
+  addHealthRows(report, session.captureReport());
   report.print();
   return {};
 }

@@ -36,6 +36,8 @@ class Parser {
   void addLook(CLI::App &command);
   void addRender();
   void addPlay();
+  void addSourceCommands();
+  void addConvert();
   CLI::Option *addText(CLI::App &command, const char *name, QString &target, const char *help);
 
   CLI::App m_app{"Skarnvisor shows lidar captures as point clouds.", "skarnvisor"};
@@ -48,7 +50,7 @@ CLI::Option *Parser::addText(CLI::App &command, const char *name, QString &targe
 }
 
 void Parser::addFile(CLI::App &command) {
-  addText(command, "file", m_options.file, "Capture (pcap, pcapng)")->required();
+  addText(command, "file", m_options.file, "Capture (pcap, pcapng), folder of point files (pcd, ply, bin), one of them, or udp://[address]:port")->required();
 }
 
 void Parser::addLook(CLI::App &command) {
@@ -80,6 +82,7 @@ void Parser::addLook(CLI::App &command) {
 void Parser::addRender() {
   CLI::App *render = m_app.add_subcommand("render", "Draw one frame into a picture file; needs no window and no GPU");
   addFile(*render);
+  addSensorPort(*render, m_options.capture);
   render->add_option("--frame", m_options.frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
   addText(*render, "--out", m_options.out, "Picture file, .png or .jpg")->required();
   addLook(*render);
@@ -90,6 +93,10 @@ void Parser::addPlay() {
   CLI::App *play =
       m_app.add_subcommand("play", "Play a capture without a window and print what it held and how fast it went");
   addFile(*play);
+  addSensorPort(*play, m_options.capture);
+  addSeconds(*play, m_options.capture);
+  play->add_flag("--soak", m_options.capture.soak,
+                 "With a live source: change settings ten times a second and print a line every ten seconds");
   play->add_flag("--by-time", m_options.byTime,
                  "Follow the clock, showing what lies before the cursor, instead of every frame");
   play->add_option("--speed", m_options.speed,
@@ -104,6 +111,26 @@ void Parser::addPlay() {
   play->callback([this] { m_options.command = Command::Play; });
 }
 
+void Parser::addConvert() {
+  CLI::App *convert = m_app.add_subcommand("convert", "Write the point files of a folder in another format, on all cores");
+  addText(*convert, "file", m_options.file, "Folder of point files (pcd, ply, bin), or one of them")->required();
+  addText(*convert, "--to", m_options.targetFormat, "Format to write")->required()->check(CLI::IsMember({"bin", "pcd", "csv"}));
+  addText(*convert, "--out", m_options.out, "Folder to write to")->required();
+  convert->callback([this] { m_options.command = Command::Convert; });
+}
+
+void Parser::addSourceCommands() {
+  CLI::App *cut = m_app.add_subcommand("cut", "Write a part of a capture to a capture of its own");
+  addText(*cut, "file", m_options.file, "Capture (pcap, pcapng)")->required();
+  addText(*cut, "--out", m_options.out, "Capture to write")->required();
+  addCutOptions(*cut, m_options.capture);
+  cut->callback([this] { m_options.command = Command::Cut; });
+  CLI::App *record = m_app.add_subcommand("record", "Write what a lidar sends to a capture");
+  addText(*record, "--out", m_options.out, "Capture to write")->required();
+  addRecordOptions(*record, m_options.capture);
+  record->callback([this] { m_options.command = Command::Record; });
+}
+
 Parser::Parser() {
   m_app.require_subcommand(0, 1);
   m_app.fallthrough();
@@ -112,9 +139,12 @@ Parser::Parser() {
 
   CLI::App *info = m_app.add_subcommand("info", "Print lidar type, port, channels, frames, points, times and size");
   addFile(*info);
+  addSensorPort(*info, m_options.capture);
   info->callback([this] { m_options.command = Command::Info; });
   addRender();
   addPlay();
+  addSourceCommands();
+  addConvert();
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
   addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");

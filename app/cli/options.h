@@ -3,12 +3,13 @@
 #include <QSize>
 #include <QString>
 
+#include "app/cli/capture_options.h"
 #include "app/render/camera.h"
 #include "app/render/color_ramp.h"
 
 namespace tarvo::skarnvisor::app {
 
-enum class Command { View, Info, Render, Play };
+enum class Command { View, Info, Render, Play, Cut, Record, Convert };
 
 /// How a picture is to look.
 struct LookOptions {
@@ -28,6 +29,7 @@ struct Options {
   QString plugin;  ///< empty: the one beside the program
   bool verbose = false;
   LookOptions look;
+  CaptureOptions capture;
   // view
   QString shotFile;
   // render
@@ -40,6 +42,8 @@ struct Options {
   QString pictureFolder;
   int pictureCount = 5;
   QString summaryFile;
+  // convert
+  QString targetFormat;  ///< "bin", "pcd" or "csv"
 };
 
 /// What parsing came to: options to work off, or an exit code with everything already printed (help, a wrong argument).

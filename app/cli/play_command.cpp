@@ -89,6 +89,11 @@ QString Player::playEachFrame() {
   m_clock.start();
   for (int frame = 0; frame < m_planned; ++frame) {
     QString fault = m_session.showFrame(frame);
+    if (fault.isEmpty() && !m_session.frameFault().isEmpty()) {
+      // The next frame may be good.
+      std::fprintf(stderr, "skarnvisor: frame %d: %s\n", frame, m_session.frameFault().toLocal8Bit().constData());
+      continue;
+    }
     if (fault.isEmpty()) fault = takeUpFrame(frame);
     if (!fault.isEmpty()) return fault;
   }

@@ -7,6 +7,7 @@
 #include "app/cli/commands.h"
 #include "app/cli/progress_bar.h"
 #include "app/session/capture_session.h"
+#include "app/session/live_address.h"
 #include "app/window/window.h"
 #include "contracts/host/log.h"
 
@@ -37,10 +38,18 @@ QString pluginPath(const Options &options) {
 }
 
 int runWithoutWindow(const Options &options) {
+  if (options.command == Command::Cut || options.command == Command::Record) {
+    const QString fault = options.command == Command::Cut ? runCut(options) : runRecord(options);
+    return fault.isEmpty() ? 0 : fail(fault);
+  }
   CaptureSession session;
+  session.setSensorPort(options.capture.sensorPort);
+  const bool live = namesLiveSource(options.file);
+  if (live && options.command != Command::Play)
+    return fail(QStringLiteral("a live source can be played or recorded only"));
   QString fault = session.loadPlugin(pluginPath(options));
   if (fault.isEmpty()) fault = session.openAndWait(options.file);
-  if (fault.isEmpty()) {
+  if (fault.isEmpty() && !live) {
     ProgressBar bar(QStringLiteral("reading, frames found:"));
     fault = session.waitForIndex([&bar](int frames) { bar.show(frames, 0); });
   }
@@ -53,8 +62,13 @@ int runWithoutWindow(const Options &options) {
         fault = runRender(session, options);
         break;
       case Command::Play:
-        fault = runPlay(session, options);
+        fault = live ? runLivePlay(session, options) : runPlay(session, options);
         break;
+      case Command::Convert:
+        fault = runConvert(session, options);
+        break;
+      case Command::Cut:
+      case Command::Record:
       case Command::View:
         break;
     }

@@ -9,6 +9,7 @@ namespace tarvo::skarnvisor::app {
 
 QString runRender(CaptureSession &session, const Options &options) {
   QString fault = session.showFrame(options.frame);
+  if (fault.isEmpty()) fault = session.frameFault();
   PictureMaker maker(session, options.look);
   if (fault.isEmpty()) fault = maker.selectColor();
   if (fault.isEmpty()) fault = maker.write(options.out);

@@ -54,4 +54,11 @@ QString captureFault(const QString &path) {
   return empty ? QStringLiteral("%1 is a capture without any packet").arg(path) : QString();
 }
 
+bool namesPointFiles(const QString &path) {
+  const QFileInfo info(path);
+  if (info.isDir()) return true;
+  const QString suffix = info.suffix().toLower();
+  return suffix == QLatin1String("ply") || suffix == QLatin1String("bin") || suffix == QLatin1String("pcd");
+}
+
 }  // namespace tarvo::skarnvisor::app

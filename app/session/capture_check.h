@@ -8,4 +8,7 @@ namespace tarvo::skarnvisor::app {
 /// @return empty if it is a readable capture (pcap or pcapng) with at least one packet, else one sentence for the user
 QString captureFault(const QString &path);
 
+/// Whether the path is a folder or by its suffix a file of points (ply, bin, pcd): no capture, whatever it holds.
+bool namesPointFiles(const QString &path);
+
 }  // namespace tarvo::skarnvisor::app

@@ -8,6 +8,9 @@
 #include <QTimer>
 
 #include "app/session/capture_check.h"
+#include "app/session/live_address.h"
+#include "contracts/runtime/sdk_source.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -42,14 +45,43 @@ QString CaptureSession::loadPlugin(const QString &path) {
 }
 
 void CaptureSession::open(const QString &path) {
-  const QString fault = captureFault(path);
+  if (namesLiveSource(path)) return openLive(path);
+  const bool pointFiles = namesPointFiles(path);
+  const QString fault = pointFiles ? QString() : captureFault(path);
   if (!fault.isEmpty()) {
     Q_EMIT failed(fault);
     return;
   }
   m_host.cancelOpening();
   m_host.closeAll();
-  m_host.openCapture(path);
+  if (pointFiles)
+    m_host.openFolder(path);
+  else
+    m_host.openCapture(path, m_sensorPort);
+}
+
+void CaptureSession::openLive(const QString &address) {
+  const auto options = parseLiveAddress(address);
+  if (!options) {
+    Q_EMIT failed(QStringLiteral("%1 is no live source: udp://[address]:port was expected").arg(address));
+    return;
+  }
+  m_host.cancelOpening();
+  m_host.closeAll();
+  m_host.openLive(*options);
+}
+
+const lidar::SvSdkRuntime *CaptureSession::runtime() const {
+  const Functor *const owner = m_pipeline ? m_pipeline->clipLoader() : nullptr;
+  if (owner == nullptr) return nullptr;
+  for (const QObject *child : owner->children())
+    if (const auto *source = dynamic_cast<const lidar::SDKSource *>(child)) return source->runtime;
+  return nullptr;
+}
+
+lidar::CaptureReport CaptureSession::captureReport() const {
+  const lidar::SvSdkRuntime *const owner = runtime();
+  return owner ? owner->GetCaptureReport() : lidar::CaptureReport{};
 }
 
 QString CaptureSession::openAndWait(const QString &path) {
@@ -72,13 +104,25 @@ QString CaptureSession::openAndWait(const QString &path) {
 void CaptureSession::takeUp(Pipeline *pipeline) {
   m_pipeline = pipeline;
   m_view = RenderView(pipeline->renderBuffer());
-  if (QObject *buffer = m_view.buffer()) {
-    // The signals come from the pipeline's thread; the connection by name carries them over to this one.
+  m_frameFault.clear();
+  if (!pipeline->chain().isEmpty())
+    connect(pipeline->chain().last(), &Functor::finished, this, &CaptureSession::noteFrameEnd, Qt::QueuedConnection);
+  QObject *const buffer = m_view.buffer();
+  // The signals come from the pipeline's thread; the connection by name carries them over to this one.
+  if (buffer && buffer->metaObject()->indexOfSignal("someSignalReceived()") < 0) {
+    connect(buffer, SIGNAL(vertexChanged()), this, SIGNAL(frameShown()), Qt::QueuedConnection);
+  } else if (buffer) {
     connect(buffer, SIGNAL(someSignalReceived()), this, SIGNAL(frameShown()), Qt::QueuedConnection);
     connect(buffer, SIGNAL(vertexChanged()), this, SIGNAL(pictureChanged()), Qt::QueuedConnection);
     connect(buffer, SIGNAL(allSignalReceived()), this, SIGNAL(pictureChanged()), Qt::QueuedConnection);
   }
   Q_EMIT opened();
+}
+
+void CaptureSession::noteFrameEnd(const QString &error) {
+  if (error == m_frameFault) return;
+  m_frameFault = error;
+  if (!error.isEmpty()) Q_EMIT frameFailed(error);
 }
 
 bool CaptureSession::waitUntil(const std::function<bool()> &done, int limitMs) {
@@ -110,7 +154,9 @@ QString CaptureSession::waitForIndex(const std::function<void(int)> &progress) {
     }
     const ClipBuffer *clip = m_pipeline->clip();
     const bool loading = clip != nullptr && clip->pcapLoading();
-    return (!loading && known > 0) || sinceGrowth.elapsed() > waitLimitMs;
+    // The clip takes up what the runtime found a moment later.
+    const bool takenUp = runtime() == nullptr || known >= runtime()->GetFrameCount();
+    return (!loading && known > 0 && takenUp) || sinceGrowth.elapsed() > waitLimitMs;
   };
   while (!waitUntil(complete, waitLimitMs)) {
   }

@@ -6,7 +6,12 @@
 #include <functional>
 
 #include "app/session/render_view.h"
+#include "contracts/runtime/capture_report.h"
 #include "host/core/host_core.h"
+
+namespace tarvo::lidar {
+class SvSdkRuntime;
+}
 
 namespace tarvo::skarnvisor::app {
 
@@ -32,8 +37,16 @@ class CaptureSession : public QObject {
   /// Waits until what the settings or the cursor asked for is on the canvas; false after `waitLimitMs`.
   bool waitForPicture();
 
-  /// Closes what is open and opens `path`; `opened` or `failed` follows.
+  /// Why the last frame could not be made, empty if it was; the picture is then that of an earlier one.
+  const QString &frameFault() const { return m_frameFault; }
+
+  /// Closes what is open and opens `path`, a capture, a folder of point files or one such file; `opened` or `failed` follows.
   void open(const QString &path);
+
+  /// UDP port of the sensor that captures opened from now on show; 0: the first found.
+  void setSensorPort(int port) { m_sensorPort = port; }
+  /// What the source met on its way; nothing while none is open.
+  lidar::CaptureReport captureReport() const;
 
   HostCore &host() { return m_host; }
   const HostCore &host() const { return m_host; }
@@ -59,14 +72,21 @@ class CaptureSession : public QObject {
   /// Same frame, other vertices or colours.
   void pictureChanged();
   void closing();
+  /// The frame at the cursor could not be made.
+  void frameFailed(const QString &reason);
 
  private:
+  void openLive(const QString &address);
+  const lidar::SvSdkRuntime *runtime() const;
   void takeUp(Pipeline *pipeline);
+  void noteFrameEnd(const QString &error);
   bool waitUntil(const std::function<bool()> &done, int limitMs);
 
   HostCore m_host;
   QPointer<Pipeline> m_pipeline;
+  int m_sensorPort = 0;
   RenderView m_view;
+  QString m_frameFault;
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -18,6 +18,7 @@ constexpr int legendColorCount = 16;
 Viewer::Viewer(QObject *parent) : QObject(parent) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
   connect(&m_session, &CaptureSession::failed, this, &Viewer::setError);
+  connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::setError);
   connect(&m_session, &CaptureSession::frameShown, this, &Viewer::readPicture);
   connect(&m_session, &CaptureSession::pictureChanged, this, &Viewer::readPicture);
   connect(&m_session, &CaptureSession::closing, this, &Viewer::drop);
@@ -74,7 +75,7 @@ void Viewer::readPicture() {
     m_scene.range = stretchedRange(m_scene.cloud, words);
     Q_EMIT colorsChanged();
   }
-  const auto grouped = [](std::size_t number) { return QLocale::c().toString(static_cast<qlonglong>(number)); };
+  const auto grouped = [](std::size_t number) { return QLocale(QLocale::English).toString(static_cast<qlonglong>(number)); };
   m_countText = QStringLiteral("%1 points shown, %2 hidden").arg(grouped(counts.shown), grouped(counts.hidden));
   m_statusText = view.status().simplified();
   Q_EMIT pictureChanged();

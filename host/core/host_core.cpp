@@ -44,6 +44,7 @@ struct HostCore::Request {
   enum class Kind { Capture, Live, Folder };
   Kind kind = Kind::Capture;
   QString path;
+  int sensorPort = 0;
   LiveOptions live;
   QString title;
 
@@ -67,8 +68,8 @@ QString HostCore::Request::objection() const {
       if (!file.isReadable()) return QStringLiteral("the file may not be read");
       break;
     case Kind::Folder:
-      if (!file.isDir()) return QStringLiteral("there is no such folder");
-      if (!file.isReadable()) return QStringLiteral("the folder may not be read");
+      if (!file.exists()) return QStringLiteral("there is no such folder");
+      if (!file.isReadable()) return QStringLiteral("it may not be read");
       break;
     case Kind::Live:
       if (live.udpPort == 0) return QStringLiteral("a UDP port lies between 1 and 65535");
@@ -80,6 +81,7 @@ QString HostCore::Request::objection() const {
 void HostCore::Request::fill(lidar::DriverParam &parameters) const {
   if (kind == Kind::Capture) {
     parameters.sourceKind = static_cast<std::int32_t>(lidar::SourceKind::CaptureFile);
+    parameters.sensorPort = sensorPort;
     parameters.capturePath = QFile::encodeName(path).toStdString();
     return;
   }
@@ -120,8 +122,9 @@ bool HostCore::loadPlugin(const QString &libraryPath, QString *error) {
 // ---- opening
 // ----------------------------------------------------------------------------------------------------------
 
-void HostCore::openCapture(const QString &path) {
+void HostCore::openCapture(const QString &path, int sensorPort) {
   auto request = std::make_unique<Request>();
+  request->sensorPort = sensorPort;
   request->path = QFileInfo(path).absoluteFilePath();
   request->title = QFileInfo(path).fileName();
   enqueue(std::move(request));
@@ -250,7 +253,8 @@ void HostCore::failCurrent(const QString &reason) {
     if (auto *const toggle = propertyOfType<SDKToggle>(m_current->loader.data())) toggle->sdkSource().reset();
     if (auto *const files = propertyOfType<FileToggle>(m_current->loader.data())) files->fileSource().reset();
   }
-  const QString sentence = QStringLiteral("%1 cannot be opened: %2.").arg(m_current->title, reason);
+  const QString because = reason.endsWith('.') ? reason.chopped(1) : reason;
+  const QString sentence = QStringLiteral("%1 cannot be opened: %2.").arg(m_current->title, because);
   SKARN_LOG(LogLevel::Error, "%s", qPrintable(sentence));
   endCurrent();
   Q_EMIT openFailed(sentence);

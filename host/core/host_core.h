@@ -52,8 +52,10 @@ class HostCore : public QObject {
   /// Loads the plug-in and has it register its classes. On failure false, with one sentence in `error`, also logged.
   bool loadPlugin(const QString &libraryPath, QString *error = nullptr);
 
-  void openCapture(const QString &path);
+  /// `sensorPort`: UDP port of the sensor to show, for a capture with several; 0: the first found.
+  void openCapture(const QString &path, int sensorPort = 0);
   void openLive(const LiveOptions &options);
+  /// Point-cloud files: a folder of them, or one such file.
   void openFolder(const QString &path);
   Q_INVOKABLE void openCaptureFile(const QString &path) { openCapture(path); }
   Q_INVOKABLE void openFolderPath(const QString &path) { openFolder(path); }

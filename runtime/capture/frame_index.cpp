@@ -90,7 +90,7 @@ double FrameIndex::endSeconds() const {
 
 std::size_t FrameIndex::memoryBytes() const {
   const std::lock_guard lock(mutex_);
-  return entries_.size() * sizeof(Entry) + groups_.size() * sizeof(Group);
+  return entries_.size() * sizeof(Entry) + groups_.capacity() * sizeof(Group);
 }
 
 const FrameIndex::Group &FrameIndex::groupOf(std::size_t id) const {

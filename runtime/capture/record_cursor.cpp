@@ -44,6 +44,12 @@ std::uint64_t ticksPerSecondOf(std::uint8_t resolution) {
   return ticks;
 }
 
+/// Whether a block is of a kind that is looked into.
+bool isRead(std::uint32_t type) {
+  return type == InterfaceBlock || type == OldPacketBlock || type == SimplePacketBlock || type == EnhancedPacketBlock ||
+         type == SectionBlock;
+}
+
 }  // namespace
 
 RecordCursor::RecordCursor(CaptureFile &file, CaptureCounters &counters, std::uint64_t offset, std::uint64_t limit,
@@ -140,6 +146,10 @@ bool RecordCursor::readBlockHead(std::uint32_t &type, std::uint32_t &length) {
   type = raw == SectionBlock ? raw : word(0);
   length = word(4);
   if (length < blockFrameSize || length % 4 != 0 || length > blockLimit) return stop(InputFault::DamagedRecord);
+  if (!isRead(type)) {
+    // Passed over unread, however long.
+    return length <= file_.size() - position_ || stop(InputFault::TruncatedFile);
+  }
   if (!ensure(length)) return stop(InputFault::TruncatedFile);
   return word(length - 4) == length || stop(InputFault::DamagedRecord);
 }
@@ -173,9 +183,8 @@ void RecordCursor::takeInterface(std::uint32_t length) {
 }
 
 bool RecordCursor::takePacket(std::uint32_t type, std::uint32_t length, CaptureRecord &record) {
+  if (!isRead(type)) return false;  // name tables, statistics and the like
   const bool simple = type == SimplePacketBlock;
-  if (!simple && type != EnhancedPacketBlock && type != OldPacketBlock)
-    return false;  // name tables, statistics and the like
   const std::uint32_t fixed = blockHeadSize + (simple ? 4 : 20);
   const std::uint32_t room = length - 4 > fixed ? length - 4 - fixed : 0;
   if (length < fixed + 4) {

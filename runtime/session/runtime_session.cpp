@@ -59,6 +59,7 @@ bool RuntimeSession::openLive(const DriverParam &param) {
   settings.bindAddress = textOf(param.bindAddress);
   settings.multicastGroup = textOf(param.multicastGroup);
   settings.receiveBufferBytes = param.receiveBufferBytes;
+  live_ = true;
   captureName_ = "UDP port " + std::to_string(param.liveUdpPort);
   auto live = std::make_unique<LiveSource>(param.liveRingFrames, static_cast<FrameSourceListener &>(*this));
   LiveSource &begun = *live;
@@ -122,12 +123,18 @@ void RuntimeSession::framesGrew() {
   source_.endSeconds = frames_->index().endSeconds();
   if (ready_) return;
   source_.clipActive = true;
+  // A stream has no end to wait for.
+  if (live_) source_.clipLoading = false;
   ready_ = true;
 }
 
 void RuntimeSession::failed(const std::string &reason) { refuse(reason); }
 
-void RuntimeSession::finished() { source_.endSeconds = frames_->index().endSeconds(); }
+void RuntimeSession::finished() {
+  source_.endSeconds = frames_->index().endSeconds();
+  finished_ = true;
+  source_.clipLoading = false;
+}
 
 std::string RuntimeSession::GetLidarType() const { return lidar() ? lidar()->type : std::string(); }
 int RuntimeSession::GetLidarNum() const { return lidar() ? lidar()->lasers : 0; }

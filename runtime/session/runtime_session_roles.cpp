@@ -54,6 +54,7 @@ void RuntimeSession::SetStopRecv(bool stop) {
 
 CaptureReport RuntimeSession::GetCaptureReport() const {
   CaptureReport report;
+  report.complete = finished_;
   if (ready_) frames_->report(report);
   return report;
 }

@@ -73,6 +73,7 @@ void DefaultPcdParser::show(const QString &path) {
   if (count < m_file.count())
     SKARN_LOG(LogLevel::Warning, "%s holds %zu points: the frame is cut to the first %zu", qPrintable(path),
               m_file.count(), count);
+  if (count == 0) SKARN_LOG(LogLevel::Warning, "%s holds no point", qPrintable(path));
   const Placing placing(m_renderBuffer->placingSettings());
   const std::lock_guard lock(store.frameMutex);
   store.prepareLocked(count);

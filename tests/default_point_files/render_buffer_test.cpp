@@ -154,6 +154,7 @@ TEST_F(PcdRenderBuffer, AnExportRestoresWhatItForced) {
 TEST_F(PcdRenderBuffer, TheChannelTable) {
   QAbstractTableModel *const table = buffer.readChannelModel();
   EXPECT_EQ(table->rowCount(), 1024);
+  EXPECT_EQ(buffer.property("channelModel").value<QObject *>(), table) << "as a program without the class reads it";
   EXPECT_EQ(qobject_cast<ChannelModel *>(table)->headers(), (QStringList{"", "CH #", "N/A", "N/A"}));
   QSignalSpy channels(&buffer, &DefaultPcdFrameRenderBuffer::channelModelChanged);
   buffer.setDisplayedFlag(4, false, false);

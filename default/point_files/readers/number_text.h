@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "default/point_files/readers/quick_number.h"
+
 namespace tarvo::skarnvisor {
 
 /// Walks the whitespace-separated tokens of one line of text. A token that is no number of the wanted kind, and the end
@@ -12,7 +14,19 @@ class NumberLine {
 
   /// Decimal or exponent form, "nan" and "inf" in any case and sign; correctly rounded. Too large a value fails, too
   /// small a one reads as 0 or a denormal. `value` stays as it was on failure.
-  bool read(float &value);
+  bool read(float &value) {
+    if (m_failed) return false;
+    while (m_position != m_end && numbers::isBlank(*m_position)) ++m_position;
+    switch (numbers::parseQuickly(m_position, m_end, value)) {
+      case numbers::Quick::done:
+        return true;
+      case numbers::Quick::failed:
+        return fail();
+      case numbers::Quick::declined:
+        break;
+    }
+    return readSlowly(value);
+  }
   /// A whole number from 0 to 65535; "-n" wraps as an unsigned stream read does.
   bool read(std::uint16_t &value);
   /// Steps over one token that need not be a number.
@@ -20,6 +34,7 @@ class NumberLine {
   [[nodiscard]] bool failed() const { return m_failed; }
 
  private:
+  bool readSlowly(float &value);
   bool nextToken(const char *&begin, const char *&end);
   bool fail() {
     m_failed = true;

@@ -5,6 +5,15 @@ Column {
     id: legend
     spacing: 6
 
+    // The points behind would make the numbers hard to read.
+    Rectangle {
+        parent: legend.parent
+        anchors { fill: legend; margins: -8 }
+        visible: legend.visible
+        color: "#b0101418"
+        z: -1
+    }
+
     Label { anchors.right: parent.right; text: viewer.legendTitle; font.pixelSize: 13 }
 
     Row {

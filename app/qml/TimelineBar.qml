@@ -47,6 +47,8 @@ Pane {
             font.pixelSize: 12
         }
         Label {
+            Layout.leftMargin: 10
+            Layout.rightMargin: 6
             text: viewer.ready ? bar.line.cursorText : ""
             font.family: "DejaVu Sans Mono"
             font.pixelSize: 12

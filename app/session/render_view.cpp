@@ -44,7 +44,9 @@ WordKind RenderView::wordKind(ColorHalf half) const {
   if (half == ColorHalf::SplitWindow) return WordKind::HighHalf;
   int shader = 0;
   QMetaObject::invokeMethod(m_buffer, "glslType", Qt::DirectConnection, Q_RETURN_ARG(int, shader));
-  return shader == 1 ? WordKind::Velocity : WordKind::LowHalf;
+  // The velocity shader serves these modes only; with any other attribute the words are as everywhere.
+  static const QStringList velocityTitles{"VelocityIntensity", "OptVelocityIntensity", "Velocity"};
+  return shader == 1 && velocityTitles.contains(colorTitle(half)) ? WordKind::Velocity : WordKind::LowHalf;
 }
 
 int RenderView::channelCount() const {

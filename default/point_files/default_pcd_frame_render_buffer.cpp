@@ -1,5 +1,6 @@
 #include "default/point_files/default_pcd_frame_render_buffer.h"
 
+#include <QAbstractTableModel>
 #include <QSettings>
 #include <algorithm>
 #include <utility>
@@ -31,6 +32,8 @@ BeforeExport &beforeExport() {
 
 DefaultPcdFrameRenderBuffer::DefaultPcdFrameRenderBuffer(QObject *parent)
     : RenderBuffer(parent), m_filterModel(nullptr), m_echoModel(nullptr), m_askForFile(askForPcdFile) {
+  // moc registers the pointer types of our own classes only; without this a read by name gives nothing.
+  qRegisterMetaType<QAbstractTableModel *>();
   for (Relaxed<bool> &flag : m_displayedFlags) flag = true;
   m_splitWindow = QSettings(settingsFile(), QSettings::IniFormat).value(QStringLiteral("SplitWindow"), false).toBool();
   createModels();

@@ -80,7 +80,8 @@ TEST(Program, AFileThatCannotBeShownGivesOneSentenceAndExitCodeOne) {
       EXPECT_TRUE(result.err.contains(row.told)) << arguments.join(' ').toStdString() << "\n"
                                                  << result.err.toStdString();
       EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
-      EXPECT_TRUE(result.out.isEmpty()) << result.out.toStdString();
+      // The scan of a folder says which files it passes over.
+      EXPECT_TRUE(result.out.isEmpty() || row.file == ".") << result.out.toStdString();
     }
   }
   EXPECT_FALSE(QFile::exists("never.png"));

@@ -1,0 +1,78 @@
+// The program on folders of point files and on single ones.
+#include <QDir>
+
+#include "tests/app/program_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+QByteArray pcdFile(int points) {
+  const QByteArray count = QByteArray::number(points);
+  QByteArray bytes = "VERSION .7\nFIELDS x y z intensity\nSIZE 4 4 4 4\nTYPE F F F F\nCOUNT 1 1 1 1\nWIDTH " + count +
+                     "\nHEIGHT 1\nPOINTS " + count + "\nDATA ascii\n";
+  for (int i = 0; i < points; ++i) bytes += QByteArray::number(i % 10) + " " + QByteArray::number(i / 10) + " 0 77\n";
+  return bytes;
+}
+
+QString freshFolder(const QString &name) {
+  QDir(name).removeRecursively();
+  QDir().mkpath(name);
+  return name;
+}
+
+TEST(ProgramPointFiles, AFolderIsToldPlayedAndDrawn) {
+  const QString folder = freshFolder("clouds");
+  writeFile(folder + "/scan1000.pcd", pcdFile(40));
+  writeFile(folder + "/scan1100.ply", "ply\nformat ascii 1.0\nend_header\n");
+  writeFile(folder + "/scan1200.pcd", pcdFile(60));
+  const ProgramResult info = skarnvisor({"info", folder});
+  EXPECT_EQ(info.exitCode, 0) << info.err.toStdString();
+  EXPECT_EQ(info.value("frames"), "3");
+  EXPECT_EQ(info.value("points shown"), "40");
+  EXPECT_EQ(info.value("channels"), "1024");
+
+  const ProgramResult play = skarnvisor({"play", folder});
+  EXPECT_EQ(play.exitCode, 0) << play.err.toStdString();
+  EXPECT_EQ(play.value("frames played"), "2") << "one of the three cannot be read";
+  EXPECT_EQ(play.value("points shown"), "100");
+  EXPECT_TRUE(play.err.contains("frame 1: PLY parser: no element with name: vertex")) << play.err.toStdString();
+
+  EXPECT_EQ(skarnvisor({"render", folder, "--frame", "2", "--out", "cloud.png"}).exitCode, 0);
+  EXPECT_TRUE(QFile::exists("cloud.png"));
+  const ProgramResult bad = skarnvisor({"render", folder, "--frame", "1", "--out", "bad.png"});
+  EXPECT_EQ(bad.exitCode, 1);
+  EXPECT_TRUE(bad.err.contains("PLY parser")) << bad.err.toStdString();
+  EXPECT_FALSE(QFile::exists("bad.png"));
+}
+
+TEST(ProgramPointFiles, ASingleFileOpensWhateverItsName) {
+  writeFile("cloud.pcd", pcdFile(7));
+  const ProgramResult info = skarnvisor({"info", "cloud.pcd"});
+  EXPECT_EQ(info.exitCode, 0) << info.err.toStdString();
+  EXPECT_EQ(info.value("points shown"), "7");
+}
+
+TEST(ProgramPointFiles, ConvertsAFolderAndNamesWhatItCannot) {
+  const QString folder = freshFolder("convert-from");
+  for (int i = 0; i < 5; ++i) writeFile(folder + QStringLiteral("/%1.0.pcd").arg(i), pcdFile(10 + i));
+  for (const char *format : {"bin", "csv", "pcd"}) {
+    const QString target = freshFolder(QStringLiteral("to-%1").arg(format));
+    const ProgramResult result = skarnvisor({"convert", folder, "--to", format, "--out", target});
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_EQ(QDir(target).entryList(QDir::Files).size(), 5) << format;
+  }
+  EXPECT_EQ(QFile("to-bin/4.0.bin").size(), 4 + 18 * 14);
+  EXPECT_EQ(skarnvisor({"info", "to-bin"}).value("points shown"), "10");
+
+  writeFile(folder + "/9.0.ply", "ply\nformat ascii 1.0\nend_header\n");
+  const ProgramResult partly = skarnvisor({"convert", folder, "--to", "bin", "--out", "to-bin"});
+  EXPECT_EQ(partly.exitCode, 1);
+  EXPECT_TRUE(partly.out.contains("5 of 6 files written")) << partly.out.toStdString();
+  EXPECT_TRUE(partly.err.contains("9.0.ply")) << partly.err.toStdString();
+  const ProgramResult itself = skarnvisor({"convert", "to-pcd", "--to", "pcd", "--out", "to-pcd"});
+  EXPECT_EQ(itself.exitCode, 1);
+  EXPECT_TRUE(itself.err.contains("over itself")) << itself.err.toStdString();
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

@@ -66,14 +66,18 @@ struct FrameDecodeParam {
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 static_assert(sizeof(FrameDecodeParam) == 1376);
 static_assert(offsetof(FrameDecodeParam, firetimeCorrection) == 1);
+static_assert(offsetof(FrameDecodeParam, dcfCorrection) == 2);
 static_assert(offsetof(FrameDecodeParam, distanceCorrection) == 3);
 static_assert(offsetof(FrameDecodeParam, faultPackets) == 5);
 static_assert(offsetof(FrameDecodeParam, dirtyMappingReflectance) == 9);
 static_assert(offsetof(FrameDecodeParam, selectedEcho) == 11);
 static_assert(offsetof(FrameDecodeParam, remake) == 96);
+static_assert(offsetof(FrameDecodeParam, remake.azimuthMin) == 100);
+static_assert(offsetof(FrameDecodeParam, remake.elevationResolution) == 124);
 static_assert(offsetof(FrameDecodeParam, remake.elevationCells) == 128);
 static_assert(offsetof(FrameDecodeParam, remake.mergedFrames) == 136);
 static_assert(offsetof(FrameDecodeParam, nbBloomingFilter) == 140);
+static_assert(offsetof(FrameDecodeParam, nbNoiseFilter) == 141);
 static_assert(offsetof(FrameDecodeParam, elevationFovFilter) == 142);
 static_assert(offsetof(FrameDecodeParam, rtlEgOrderK) == 144);
 static_assert(offsetof(FrameDecodeParam, fmcwVelocity.velocityMode) == 149);

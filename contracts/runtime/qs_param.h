@@ -12,6 +12,7 @@ struct DragPointFilterParam {
   float values[4]{};
 };
 static_assert(sizeof(DragPointFilterParam) == 20);
+static_assert(offsetof(DragPointFilterParam, values) == 268 - 264);
 
 // Retro filter of the QS family, at offset 1312 of FrameDecodeParam; also the form of a parameter group.
 struct RetroFilterParam {
@@ -23,6 +24,9 @@ struct RetroFilterParam {
   std::uint32_t changed = 0;  // first byte 1: the decoder takes the new values; a group's trailer
 };
 static_assert(sizeof(RetroFilterParam) == 36);
+static_assert(offsetof(RetroFilterParam, ints) == 1316 - 1312);
+static_assert(offsetof(RetroFilterParam, scaled) == 1324 - 1312);
+static_assert(offsetof(RetroFilterParam, plain) == 1336 - 1312);
 static_assert(offsetof(RetroFilterParam, changed) == 1344 - 1312);
 
 // Dirt diagnostic of the QS family, at offset 1360 of FrameDecodeParam.
@@ -35,6 +39,7 @@ struct DirtDiagnosticParam {
   std::byte reserved14[2]{};
 };
 static_assert(sizeof(DirtDiagnosticParam) == 16);
+static_assert(offsetof(DirtDiagnosticParam, values) == 1364 - 1360);
 static_assert(offsetof(DirtDiagnosticParam, changed) == 1373 - 1360);
 
 }  // namespace tarvo::lidar

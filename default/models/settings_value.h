@@ -23,6 +23,8 @@ public:
 
     T load() const { return m_value.load(std::memory_order_relaxed); }
     operator T() const { return load(); }
+    /// Assigns `next` unless another thread has changed `seen` meanwhile; true when it did.
+    bool replace(T seen, T next) { return m_value.compare_exchange_strong(seen, next, std::memory_order_acq_rel); }
     T exchange(T value) { return m_value.exchange(value, std::memory_order_acq_rel); }
 
 private:

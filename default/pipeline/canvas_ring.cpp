@@ -4,6 +4,15 @@
 
 namespace tarvo::skarnvisor {
 
+void CanvasRing::restart()
+{
+    canvasRestart = true;
+    canvasIndex = 0;
+    canvasOffset = 0;
+    for (Relaxed<int>& count : canvasFrames)
+        count = 0;
+}
+
 void CanvasRing::enterNextGroup()
 {
     if (canvasRestart) {
@@ -44,8 +53,7 @@ std::size_t CanvasRing::firstPosition() const
 {
     if (!active())
         return 0;
-    return static_cast<std::size_t>(canvasPointCapacity.load()) * static_cast<std::size_t>(canvasIndex.load())
-        + static_cast<std::size_t>(canvasOffset.load());
+    return canvasStart(canvasIndex) + static_cast<std::size_t>(canvasOffset.load());
 }
 
 } // namespace tarvo::skarnvisor

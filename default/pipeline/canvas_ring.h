@@ -31,6 +31,9 @@ struct CanvasRing {
 
     bool active() const { return canvasCount > 0; }
 
+    /// Asks the next group to begin a stack at slot 0.
+    void restart();
+
     /// Takes up a pending restart and enters the slot for the next group.
     void enterNextGroup();
 
@@ -40,6 +43,11 @@ struct CanvasRing {
     /// Counts `points` as written to the current slot.
     void commit(int points);
 
+    /// Frame-store position of a canvas's first point.
+    std::size_t canvasStart(int canvas) const
+    {
+        return static_cast<std::size_t>(canvasPointCapacity.load()) * static_cast<std::size_t>(canvas);
+    }
     /// Frame-store position of the first point of the frame that is being parsed.
     std::size_t firstPosition() const;
 };

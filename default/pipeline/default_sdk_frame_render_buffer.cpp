@@ -112,7 +112,10 @@ void DefaultSDKFrameRenderBuffer::installHooks()
         announce(&DefaultSDKFrameRenderBuffer::channelModelChanged);
     };
     m_hooks.pointRefresh = [this](int position, Point& point) {
-        const PointPass pass(passSettings());
+        const auto mask = m_picture.areaMask.take();
+        PointPassSettings settings = passSettings();
+        settings.areaMask = {m_picture.areaFlags, *mask};
+        const PointPass pass(std::move(settings));
         const auto index = static_cast<std::size_t>(position);
         const std::lock_guard lock(m_picture.frameMutex);
         if (position < 0 || index >= m_picture.vertices.size())
@@ -274,6 +277,12 @@ void DefaultSDKFrameRenderBuffer::endDecode()
     m_decodeInFlight = false;
 }
 
+void DefaultSDKFrameRenderBuffer::restartRing()
+{
+    const std::lock_guard lock(m_parseMutex);
+    m_ring.restart();
+}
+
 void DefaultSDKFrameRenderBuffer::repeatParse()
 {
     SDKSource* const from = source();
@@ -291,9 +300,13 @@ void DefaultSDKFrameRenderBuffer::repeatParse()
         if (from->points.empty())
             return;
     }
+    // The producer's word is for the run that it has posted, not for this one.
+    const bool skipsNextRun = m_flow.skipParse;
     m_flow.forceReparse = true;
     parser->parseLocked();
     m_flow.forceReparse = false;
+    if (skipsNextRun)
+        m_flow.skipParse = true;
 }
 
 } // namespace tarvo::skarnvisor

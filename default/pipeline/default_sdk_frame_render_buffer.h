@@ -397,7 +397,7 @@ public:
     void setGlslType(int type) { m_settings.glslType = type; }
     void setNbqPointLayout(bool on);
     void setDiffByThree(bool on);
-    void setVd8PopoutFilterHighlight(bool on);
+    Q_INVOKABLE void setVd8PopoutFilterHighlight(bool flag);
     /// Per-frame export of the point table while a capture plays. `type` 1 or more; off restores what it changed.
     void setDetailExport(bool on, int type, QUrl url);
 
@@ -423,6 +423,8 @@ public:
     /// since the decoder is writing the points. `beginDecode` waits for a repeat parse under way.
     void beginDecode();
     void endDecode();
+    /// The producer starts the ring afresh from slot 0. Waits for a repeat parse under way, which reads the ring.
+    void restartRing();
 
     /// Redraws the current frame with the settings as they stand, on the calling thread.
     void repeatParse();

@@ -240,12 +240,17 @@ bool DefaultSDKFrameRenderBuffer::autoScaleFrom(std::span<const Point> points)
         return false;
     RgbScale worked = m_colors.scale.copy();
     const bool changed = autoScale(worked, points);
-    // A limit that the user set in between has switched its scale to manual and stays.
-    m_colors.scale.update([&worked](RgbScale& scale) {
-        if (scale.shortFocus.autoScale)
-            scale.shortFocus = worked.shortFocus;
-        if (scale.longFocus.autoScale)
-            scale.longFocus = worked.longFocus;
+    // What the user set in between stays: a scale that became manual keeps its limits, and a switch its position.
+    const auto take = [](auto& limits, const auto& fresh) {
+        if (!limits.autoScale || !fresh.autoScale)
+            return;
+        limits.min = fresh.min;
+        limits.max = fresh.max;
+        limits.range = fresh.range;
+    };
+    m_colors.scale.update([&](RgbScale& scale) {
+        take(scale.shortFocus, worked.shortFocus);
+        take(scale.longFocus, worked.longFocus);
     });
     return changed;
 }
@@ -323,7 +328,7 @@ void DefaultSDKFrameRenderBuffer::updateRgbOverlay()
             return;
         if (!points.empty())
             m_picture.rgbOverlayCols = columns;
-        m_picture.rgbOverlayRows = rows;
+        m_picture.rgbOverlayRows = points.empty() ? 0 : rows;
         m_picture.rgbOverlayPrimitiveCount = static_cast<int>(points.size());
         m_picture.overlayVertices = std::move(vertices);
         m_picture.overlayPointStore = std::move(points);

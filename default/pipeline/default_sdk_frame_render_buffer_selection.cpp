@@ -110,6 +110,8 @@ void DefaultSDKFrameRenderBuffer::filterSinglePoints()
 {
     if (m_ring.active() || m_flow.frameAllocationBusy)
         return;
+    if (m_picture.frameWithheld) // the frame under the cursor is not the one stored: only a parse can show it
+        return repeatParse();
     const auto mask = m_picture.areaMask.take();
     PointPassSettings settings = passSettings();
     settings.areaMask = {m_picture.areaFlags, *mask};
@@ -135,7 +137,7 @@ void DefaultSDKFrameRenderBuffer::filterMultiPoints()
         const PointPass pass(std::move(settings));
         const std::lock_guard lock(m_picture.frameMutex);
         for (int canvas = 0; canvas < CanvasRing::size; ++canvas)
-            refilter(pass, static_cast<std::size_t>(canvas * m_ring.canvasPointCapacity),
+            refilter(pass, m_ring.canvasStart(canvas),
                      m_picture.validCountLocked(m_ring, canvas), m_picture.canvases[static_cast<std::size_t>(canvas)].data());
     }
     if (listsPoints())
@@ -209,7 +211,7 @@ void DefaultSDKFrameRenderBuffer::refreshSelection()
         };
         if (m_ring.active()) {
             for (int canvas = 0; canvas < CanvasRing::size; ++canvas)
-                visit(static_cast<std::size_t>(canvas * m_ring.canvasPointCapacity),
+                visit(m_ring.canvasStart(canvas),
                       m_picture.validCountLocked(m_ring, canvas), m_picture.canvases[static_cast<std::size_t>(canvas)]);
         } else if (m_picture.storeMatchesVertices) {
             visit(0, m_picture.storedCountLocked(), m_picture.vertices);

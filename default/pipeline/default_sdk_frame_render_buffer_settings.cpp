@@ -203,10 +203,11 @@ void DefaultSDKFrameRenderBuffer::setDetailExport(bool on, int type, QUrl url)
 {
     if (on) {
         m_settings.detailExportPath.set(url.toLocalFile());
-        m_beforeExport = {m_settings.spreadSheetEnabled, m_settings.playByFrame};
+        if (m_settings.detailExportType < 1)
+            m_beforeExport = {m_settings.spreadSheetEnabled, m_settings.playByFrame};
         m_settings.spreadSheetEnabled = true;
         m_settings.playByFrame = true;
-    } else {
+    } else if (m_settings.detailExportType >= 1) {
         m_settings.spreadSheetEnabled = m_beforeExport.spreadSheetEnabled;
         m_settings.playByFrame = m_beforeExport.playByFrame;
     }

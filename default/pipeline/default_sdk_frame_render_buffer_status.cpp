@@ -51,10 +51,9 @@ void DefaultSDKFrameRenderBuffer::updateImu(std::vector<tarvo::lidar::ImuSample>
     for (const tarvo::lidar::ImuSample& sample : samples) {
         if (!sample.valid)
             continue;
-        if (m_imuConfig < 0) {
-            m_imuConfig = 0;
+        const int config = m_imuConfig;
+        if (config < 0 && m_imuConfig.replace(config, 0))
             announce(&DefaultSDKFrameRenderBuffer::imuConfigChanged);
-        }
         if (m_imuConfig > 0) {
             m_imuSample.set(sample);
             announce(&DefaultSDKFrameRenderBuffer::imuDataChanged);

@@ -261,8 +261,10 @@ DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer& rb, SDKSource& source
                                         .store = picture.workStore.data(),
                                         .firstPosition = rb.m_ring.firstPosition()});
     // A frame without a visible point leaves an earlier picture as it is.
-    if (!anyShown && pointNum != 0 && picture.primitiveCount >= 1)
+    if (!anyShown && pointNum != 0 && picture.primitiveCount >= 1) {
+        picture.withhold(rb.m_ring, pointNum);
         return {};
+    }
     picture.publish(rb.m_ring, pointNum, parsed.pointCount, lasers);
     return parsed;
 }

@@ -93,18 +93,14 @@ bool DefaultSDKProducer::stackChanged(int frames, bool playing) {
 }
 
 void DefaultSDKProducer::restartStack(int id, int frames) {
-  CanvasRing &ring = m_renderBuffer->ring();
-  ring.canvasRestart = true;
-  ring.canvasIndex = 0;
-  ring.canvasOffset = 0;
+  m_renderBuffer->restartRing();
   if (isCaptureFile()) {
     const int start = std::max(id - frames + 1, 0);
-    m_trackBuffer->setLastFrameId(start - start % std::max<int>(ring.framesPerCanvas, 1));
+    m_trackBuffer->setLastFrameId(start - start % std::max<int>(m_renderBuffer->ring().framesPerCanvas, 1));
     m_resyncPending = true;
   } else {
     m_trackBuffer->setLastFrameId(id);
   }
-  for (Relaxed<int> &count : ring.canvasFrames) count = 0;
 }
 
 void DefaultSDKProducer::overlayStep(int id, bool playing) {

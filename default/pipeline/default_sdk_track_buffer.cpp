@@ -1,5 +1,7 @@
 #include "default/pipeline/default_sdk_track_buffer.h"
 
+#include <QThread>
+
 #include <thread>
 
 #include "contracts/host/log.h"
@@ -89,6 +91,11 @@ void DefaultSDKTrackBuffer::awaitFrame() {
   for (int poll = 0; poll < pollsPerWait; ++poll) {
     m_pause(pausePerPoll);
     if (source.frameReady) return;
+    // The pipeline is being closed: the GUI thread waits for this stage.
+    if (QThread::currentThread()->isInterruptionRequested()) {
+      m_renderBuffer->flow().skipParse = true;
+      return;
+    }
   }
   m_pause(pausePerPoll);
   SKARN_LOG(LogLevel::Warning, "error: parser over timeout 5000 ms");

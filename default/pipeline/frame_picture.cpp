@@ -52,30 +52,44 @@ void FramePicture::publish(const CanvasRing& ring, std::size_t pointNum, int poi
                   workVertices.begin() + static_cast<std::ptrdiff_t>(drawn), hiddenVertex);
 
     const std::lock_guard lock(frameMutex);
-    if (ring.active()) {
-        const auto offset = fromCount(ring.canvasOffset);
-        auto& canvas = canvases[fromCount(ring.canvasIndex)];
-        const std::size_t fitting = offset < canvas.size() ? std::min(pointNum, canvas.size() - offset) : 0;
-        std::copy_n(workVertices.begin(), fitting, canvas.begin() + static_cast<std::ptrdiff_t>(offset));
-        const std::size_t first = ring.firstPosition();
-        const std::size_t stored = first < frameStore.size() ? std::min(pointNum, frameStore.size() - first) : 0;
-        std::copy_n(workStore.begin(), stored, frameStore.begin() + static_cast<std::ptrdiff_t>(first));
-    } else {
+    if (ring.active())
+        fillSlotLocked(ring, pointNum);
+    else
         frameStore.swap(workStore);
-    }
     vertices.swap(workVertices);
+    frameWithheld = false;
     laserTable = workLasers;
-    laserCount = lasers;
+    laserCount = std::min(lasers, static_cast<int>(laserTableSize));
     fastVertexValid = false;
     storeMatchesVertices = true;
     primitiveCount = pointCount;
+}
+
+void FramePicture::withhold(const CanvasRing& ring, std::size_t pointNum)
+{
+    const std::lock_guard lock(frameMutex);
+    frameWithheld = true;
+    if (ring.active())
+        fillSlotLocked(ring, pointNum);
+}
+
+void FramePicture::fillSlotLocked(const CanvasRing& ring, std::size_t pointNum)
+{
+    const auto offset = fromCount(ring.canvasOffset);
+    auto& canvas = canvases[fromCount(ring.canvasIndex)];
+    const std::size_t fitting = offset < canvas.size() ? std::min(pointNum, canvas.size() - offset) : 0;
+    std::copy_n(workVertices.begin(), fitting, canvas.begin() + static_cast<std::ptrdiff_t>(offset));
+    const std::size_t first = ring.firstPosition();
+    const std::size_t stored = first < frameStore.size() ? std::min(pointNum, frameStore.size() - first) : 0;
+    std::copy_n(workStore.begin(), stored, frameStore.begin() + static_cast<std::ptrdiff_t>(first));
 }
 
 void FramePicture::publishFast(int pointCount, int lasers)
 {
     const std::lock_guard lock(frameMutex);
     vertices.swap(workVertices);
-    laserCount = lasers;
+    frameWithheld = false;
+    laserCount = std::min(lasers, static_cast<int>(laserTableSize));
     storeMatchesVertices = false;
     primitiveCount = pointCount;
 }
@@ -133,7 +147,7 @@ std::size_t FramePicture::storedCountLocked() const
 
 std::size_t FramePicture::validCountLocked(const CanvasRing& ring, int canvas) const
 {
-    const std::size_t first = fromCount(ring.canvasPointCapacity) * fromCount(canvas);
+    const std::size_t first = ring.canvasStart(canvas);
     const std::size_t stored = first < frameStore.size() ? frameStore.size() - first : 0;
     return std::min({fromCount(ring.canvasFill[fromCount(canvas)]), canvases[fromCount(canvas)].size(), stored});
 }

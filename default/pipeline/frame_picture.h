@@ -45,6 +45,7 @@ struct FramePicture {
     int rgbOverlayRows = 0;
 
     Relaxed<int> primitiveCount{0}; ///< points that the next draw takes; written under frameMutex
+    Relaxed<bool> frameWithheld{false}; ///< the source's frame is not the picture's: it had nothing to show
 
     // The working side
     std::vector<Vertex> workVertices;
@@ -63,7 +64,9 @@ struct FramePicture {
 
     /// Makes the working side the picture. With a ring, its vertices and points go to the current slot.
     void publish(const CanvasRing& ring, std::size_t pointNum, int pointCount, int lasers);
-    /// The same for a frame of the fast path, which has no stored points.
+    /// Keeps the picture, since the frame has no visible point. With a ring, its current slot is hidden all the same.
+    void withhold(const CanvasRing& ring, std::size_t pointNum);
+    /// The same as `publish` for a frame of the fast path, which has no stored points.
     void publishFast(int pointCount, int lasers);
 
     void dropFastVertex();
@@ -73,6 +76,9 @@ struct FramePicture {
     int canvasPoints(const CanvasRing& ring, int index) const;
     QByteArray laserBytes() const;
     QByteArray overlayBytes() const;
+
+    /// Copies the working side to the ring's current slot. Caller holds frameMutex.
+    void fillSlotLocked(const CanvasRing& ring, std::size_t pointNum);
 
     /// Number of points that have vertex and stored point, without a ring. Caller holds frameMutex.
     std::size_t storedCountLocked() const;

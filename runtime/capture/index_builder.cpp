@@ -156,6 +156,7 @@ void IndexBuilder::finish() {
       counters_.add(InputFault::LostPacket, 0, lost);
   publish();
   flush();
+  if (!described_ && published_ > 0) announce();  // the description came behind the last frame
 }
 
 std::string IndexBuilder::foreignSummary(std::uint64_t packets) const {

@@ -65,11 +65,7 @@ bool SceneDecoder::decode(FrameSource &from, int first, int count, const std::fu
   // Whoever resizes the decoded frame between its decode and its hand-over takes the points with it: decode again then.
   for (int attempt = 0; attempt < attempts; ++attempt) {
     if (!fillFrame(from, first + count - fitting, fitting, stop) || stop()) return false;
-    if (publish()) {
-      // A request that came meanwhile waits for its own frames.
-      if (stop()) source_.frameReady = false;
-      return true;
-    }
+    if (publish(stop)) return true;
   }
   SKARN_LOG(LogLevel::Warning, "frame %d was resized during its decode", first);
   return false;
@@ -201,7 +197,7 @@ void SceneDecoder::finishFrame(int first, DecodedParts &&parts) {
 }
 
 /// Hands the decoded frame to the source; false when it was resized since its decode.
-bool SceneDecoder::publish() {
+bool SceneDecoder::publish(const std::function<bool()> &stop) {
   const std::lock_guard sourceLock(source_.frameLock);
   {
     const std::lock_guard frameLock(frame_.mutex);
@@ -229,7 +225,8 @@ bool SceneDecoder::publish() {
   source_.fastPathDone =
       source_.tryFillVertices && source_.rgbMode == fastPathMode &&
       source_.tryFillVertices(source_.points.data(), static_cast<unsigned>(source_.points.size()), fastPathMode);
-  source_.frameReady = true;
+  // A request that came meanwhile waits for its own frames.
+  if (!stop()) source_.frameReady = true;
   return true;
 }
 

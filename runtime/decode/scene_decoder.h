@@ -37,7 +37,7 @@ class SceneDecoder {
   bool addFrame(const FrameHead &head, DecodedParts &parts);
   bool makeRoom(const StreamDescription &shape, int frames);
   void finishFrame(int first, DecodedParts &&parts);
-  bool publish();
+  bool publish(const std::function<bool()> &stop);
   void publishFaults();
   void refreshIntensityMap(const CalibrationSnapshot &calibration);
   [[nodiscard]] int affordableFrames(int count);

@@ -1,10 +1,6 @@
 #include "runtime/session/decoder_thread.h"
 
-#include <exception>
-
-#include "contracts/host/log.h"
-
-SKARN_LOG_SOURCE("runtime/session");
+#include <utility>
 
 namespace tarvo::lidar {
 
@@ -42,11 +38,7 @@ void DecoderThread::serve() {
       waiting_.reset();
       newer_ = false;
     }
-    try {
-      work_(request, giveUp);
-    } catch (const std::exception &failure) {
-      SKARN_LOG(skarnvisor::LogLevel::Error, "frame %d cannot be decoded: %s", request.first, failure.what());
-    }
+    work_(request, giveUp);
   }
 }
 

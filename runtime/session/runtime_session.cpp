@@ -1,5 +1,7 @@
 #include "runtime/session/runtime_session.h"
 
+#include <exception>
+#include <limits>
 #include <algorithm>
 #include <cmath>
 
@@ -101,8 +103,10 @@ void RuntimeSession::described(const StreamDescription &description, const Packe
 }
 
 void RuntimeSession::calibrationFound(const CalibrationBlob &blob) {
-  // What the user has loaded stays.
-  if (store_.isLoaded(blob.kind) || store_.loadBytes(blob.kind, blob.bytes, captureName_) != 0) return;
+  // What the user has loaded stays. Corrections count by their table: the flag alone says only that none is needed.
+  const bool taken = blob.kind == CalibrationKind::Corrections ? store_.snapshot()->corrections != nullptr
+                                                               : store_.isLoaded(blob.kind);
+  if (taken || store_.loadBytes(blob.kind, blob.bytes, captureName_) != 0) return;
   switch (blob.kind) {
     case CalibrationKind::Corrections:
       source_.correctionExportPending = true;
@@ -153,9 +157,19 @@ bool RuntimeSession::Iterate(double begin, double end) {
   const FrameIndex &index = frames_->index();
   const int last = index.find(end);
   if (last < 0 || begin > index.endSeconds()) return false;
-  // A window between two frame starts shows the frame that it lies in.
-  const int first = std::max(std::min(index.firstFrom(begin), last), frames_->oldest());
+  // A window between two frame starts shows the frame that it lies in. One that is hardly longer than a frame, as a
+  // cursor just behind a frame's start gives it, shows that frame alone and not the end of the one before with it.
+  const int first = std::max({std::min(index.firstFrom(begin), last), last - framesInside(end - begin, last) + 1,
+                        frames_->oldest()});
   return first <= last && start(first, last - first + 1);
+}
+
+/// Whole frames that a window of `seconds` has room for, by the length of the frame before `last`; at least 1.
+int RuntimeSession::framesInside(double seconds, int last) const {
+  constexpr double roundUp = 0.25;  // frames are not equally long to the microsecond
+  const double period = last > 0 ? GetFrameStartSeconds(last) - GetFrameStartSeconds(last - 1) : 0.0;
+  if (period <= 0.0) return std::numeric_limits<int>::max() / 2;
+  return static_cast<int>(std::clamp(std::floor(seconds / period + roundUp), 1.0, 1e6));
 }
 
 bool RuntimeSession::start(int first, int count) {
@@ -165,8 +179,17 @@ bool RuntimeSession::start(int first, int count) {
 }
 
 void RuntimeSession::decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp) {
-  if (scene_->decode(*frames_, request.first, request.count, giveUp) || giveUp()) return;
-  SKARN_LOG(LogLevel::Warning, "no frame of %d to %d can be read", request.first, request.first + request.count - 1);
+  try {
+    if (scene_->decode(*frames_, request.first, request.count, giveUp) || giveUp()) return;
+    SKARN_LOG(LogLevel::Warning, "no frame of %d to %d can be read", request.first, request.first + request.count - 1);
+  } catch (const std::exception &failure) {
+    SKARN_LOG(LogLevel::Error, "frame %d cannot be decoded: %s", request.first, failure.what());
+  }
+  // Whoever waits for the frame is told that none comes: an empty one, which leaves the old picture as it is.
+  const std::lock_guard lock(source_.frameLock);
+  source_.pointCount = 0;
+  source_.fastPathDone = false;
+  source_.frameReady = true;
 }
 
 int RuntimeSession::FindFrameId(double seconds) const { return ready_ ? frames_->index().find(seconds) : -1; }

@@ -103,6 +103,7 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   bool openLive(const DriverParam &param);
   bool refuse(const std::string &reason);
   void decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp);
+  int framesInside(double seconds, int last) const;
   bool start(int first, int count);
   bool settle(bool done, const std::string &error);
   [[nodiscard]] const StreamDescription *lidar() const { return ready_ ? &description_ : nullptr; }

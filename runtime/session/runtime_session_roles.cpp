@@ -102,7 +102,7 @@ int RuntimeSession::ExportChannelConfigFile(const std::string &path) {
 int RuntimeSession::GetCorrectionViewCapacity() const { return maxChannels; }
 
 bool RuntimeSession::GetCorrectionView(float **azimuths, float **elevations, bool **displayed) {
-  if (!IsCorrectionLoadSuccess()) return false;
+  if (!IsCorrectionLoadSuccess() || !store_.snapshot()->corrections) return false;
   if (azimuths != nullptr) *azimuths = store_.azimuths();
   if (elevations != nullptr) *elevations = store_.elevations();
   if (displayed != nullptr) *displayed = store_.displayed();

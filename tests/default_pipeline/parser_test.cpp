@@ -66,6 +66,11 @@ TEST_F(ParserTest, AFrameWithNothingToShowKeepsAnEarlierPicture)
     EXPECT_TRUE(log.take().empty());
     EXPECT_EQ(rb.vertex(), picture);
     EXPECT_EQ(rb.primitiveCount(), 1);
+
+    for (auto& hidden : source.points)
+        hidden.channel = 1; // as if a filter that hid them were relaxed
+    rb.filterSinglePoints();
+    EXPECT_EQ(rb.primitiveCount(), 3) << "the frame under the cursor shows, not the stored points of the one before";
 }
 
 TEST_F(ParserTest, PointsThatTheSourceCountsButDoesNotHoldAreNotDrawn)

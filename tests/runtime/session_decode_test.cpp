@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <numbers>
 
 #include "contracts/runtime/decoded_frame_resize.h"
@@ -47,7 +48,7 @@ TEST(Iterate, TakesTheFramesOfATimeWindow) {
     int first, count;
   };
   for (const Case &c : {Case{-0.1, 0.0, 0, 1}, Case{-5, -0.01, 0, 0}, Case{0.15, 0.251, 2, 1}, Case{0.05, 0.25, 1, 2},
-                        Case{0.12, 0.15, 1, 1}, Case{-9, 99, 0, 5}, Case{0.41, 0.45, 4, 1}, Case{7, 8, 0, 0},
+                        Case{0.12, 0.15, 1, 1}, Case{0.1995, 0.3005, 3, 1}, Case{-9, 99, 0, 5}, Case{0.41, 0.45, 4, 1}, Case{7, 8, 0, 0},
                         Case{0.3, 0.1, 0, 0}, Case{std::nan(""), 1, 0, 0}}) {
     SCOPED_TRACE(testing::Message() << c.begin << " to " << c.end);
     ASSERT_EQ(session.decodeTime(startSeconds + c.begin, startSeconds + c.end), c.count > 0);
@@ -60,6 +61,17 @@ TEST(Iterate, TakesTheFramesOfATimeWindow) {
     const double micro = std::floor(session.runtime().GetFrameStartSeconds(frame) * 1e6) / 1e6;
     EXPECT_EQ(session.runtime().FindFrameId(micro), frame) << "a cursor set to a frame's start shows that frame";
   }
+}
+
+TEST(Iterate, AFrameThatCannotBeReadIsAnsweredWithoutPoints) {
+  const std::string path = writeCapture("shrinking.pcap", packetsOf(smallLidar(5)));
+  Session session(path);
+  ASSERT_TRUE(session.indexed(5));
+  ASSERT_TRUE(session.decode(1));
+  ASSERT_GT(session.source->pointCount, 0);
+  std::filesystem::resize_file(path, 200);
+  ASSERT_TRUE(session.decode(4)) << "whoever waits must not wait in vain";
+  EXPECT_EQ(session.source->pointCount, 0);
 }
 
 /// One frame by hand: 4 channels, 3 columns, 2 returns; each (column, return) a packet of its own.

@@ -25,7 +25,8 @@ class ClockWatch {
       const std::int64_t tolerance = received == 0 ? silentToleranceNs : toleranceNs;
       step.jumped = advance < 0 || difference(advance, std::max<std::int64_t>(received, 0)) > tolerance;
       if (step.jumped)
-        shiftNs_ = difference(startNs_ + (received > 0 && received < toleranceNs ? received : fallbackNs), sensorNs);
+        shiftNs_ =
+            difference(later(startNs_, received > 0 && received < toleranceNs ? received : fallbackNs), sensorNs);
       else
         step.gapNs = gapOf(advance);
     }
@@ -36,10 +37,7 @@ class ClockWatch {
     return step;
   }
   /// A moment of the sensor's clock on the timeline.
-  [[nodiscard]] std::int64_t time(std::int64_t sensorNs) const {
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(sensorNs, shiftNs_, &sum) ? startNs_ : sum;
-  }
+  [[nodiscard]] std::int64_t time(std::int64_t sensorNs) const { return later(sensorNs, shiftNs_); }
 
  private:
   static constexpr std::int64_t toleranceNs = 1'000'000'000;
@@ -49,6 +47,11 @@ class ClockWatch {
   static std::int64_t difference(std::int64_t a, std::int64_t b) {
     std::int64_t result = 0;
     return __builtin_sub_overflow(a, b, &result) ? (a < b ? INT64_MIN : INT64_MAX) : result;
+  }
+
+  static std::int64_t later(std::int64_t time, std::int64_t by) {
+    std::int64_t sum = 0;
+    return __builtin_add_overflow(time, by, &sum) ? (by < 0 ? INT64_MIN : INT64_MAX) : sum;
   }
 
   std::int64_t gapOf(std::int64_t advance) {

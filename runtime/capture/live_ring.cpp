@@ -20,30 +20,32 @@ LiveRing::Frame *LiveRing::findOrBegin(int id) {
   if (id < firstId_) return nullptr;
   if (id < end) return frames_[static_cast<std::size_t>(id - firstId_)].get();
   if (frames_.empty()) firstId_ = id;
-  for (int next = frames_.empty() ? id : end; next <= id; ++next) {
-    if (!spare_) {
-      spare_ = std::make_unique<Frame>();
-      bytes_ += sizeof(Frame);
-    }
-    frames_.push_back(std::move(spare_));
-  }
+  for (int next = frames_.empty() ? id : end; next <= id; ++next) frames_.push_back(emptyFrame());
   trim();
-  return frames_.empty() ? nullptr : frames_.back().get();
+  return frames_.back().get();
+}
+
+/// Takes the memory of the oldest frame when there is no room for another one like the newest.
+std::unique_ptr<LiveRing::Frame> LiveRing::emptyFrame() {
+  const std::size_t likely = frames_.empty() ? 0 : frames_.back()->memoryBytes();
+  if (frames_.size() > 1 && (bytes_ + likely > byteLimit_ || frames_.size() >= frameLimit_)) {
+    auto frame = std::move(frames_.front());
+    frames_.pop_front();
+    ++firstId_;
+    frame->packets.clear();
+    frame->heads.clear();
+    return frame;
+  }
+  bytes_ += sizeof(Frame);
+  return std::make_unique<Frame>();
 }
 
 /// The newest frame stays, whatever it takes.
 void LiveRing::trim() {
   while (frames_.size() > 1 && (bytes_ > byteLimit_ || frames_.size() > frameLimit_)) {
-    if (spare_) bytes_ -= spare_->memoryBytes() + sizeof(Frame);
-    spare_ = std::move(frames_.front());
+    bytes_ -= frames_.front()->memoryBytes() + sizeof(Frame);
     frames_.pop_front();
     ++firstId_;
-    spare_->packets.clear();
-    spare_->heads.clear();
-    if (bytes_ > byteLimit_) {
-      bytes_ -= spare_->memoryBytes() + sizeof(Frame);
-      spare_.reset();
-    }
   }
 }
 

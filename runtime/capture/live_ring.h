@@ -44,15 +44,15 @@ class LiveRing {
 
   [[nodiscard]] const Frame *find(int id) const;
   Frame *findOrBegin(int id);
+  std::unique_ptr<Frame> emptyFrame();
   void trim();
 
   const std::size_t byteLimit_;
   const std::size_t frameLimit_;
   mutable std::mutex mutex_;  // guards every member below
   std::deque<std::unique_ptr<Frame>> frames_;
-  std::unique_ptr<Frame> spare_;  // the memory of a frame that has gone, for the next one
   int firstId_ = 0;
-  std::size_t bytes_ = 0;  // memory of frames_ and spare_
+  std::size_t bytes_ = 0;  // memory of frames_
 };
 
 }  // namespace tarvo::lidar

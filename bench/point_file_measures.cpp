@@ -191,17 +191,19 @@ std::string binFile() {
   return bytes;
 }
 
-/// The least that any reader does: the file's bytes into memory that is there already.
-void plainRead(const std::string &path, std::vector<char> &target) {
+/// The least that any reader does: the file's bytes into memory of its own, fresh for each call as a reader's points
+/// are.
+void plainRead(const std::string &path, std::size_t size) {
+  const std::unique_ptr<char[]> target(new char[size]);
   const int descriptor = ::open(path.c_str(), O_RDONLY);
   std::size_t done = 0;
-  while (done < target.size()) {
-    const ssize_t got = ::read(descriptor, target.data() + done, target.size() - done);
+  while (done < size) {
+    const ssize_t got = ::read(descriptor, target.get() + done, size - done);
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
   }
   ::close(descriptor);
-  if (done != target.size()) throw std::runtime_error("the file of the measure is gone");
+  if (done != size) throw std::runtime_error("the file of the measure is gone");
 }
 
 template <typename Read>
@@ -210,8 +212,8 @@ Measure readMeasure(const char *name, std::string (*content)(), const char *suff
             const auto folder = std::make_shared<Folder>();
             const std::string bytes = content();
             const std::string path = folder->write(std::string("frame") + suffix, bytes);
-            const auto target = std::make_shared<std::vector<char>>(bytes.size());
-            return Bodies{[folder, path, read] { read(path); }, [folder, path, target] { plainRead(path, *target); }};
+            return Bodies{[folder, path, read] { read(path); },
+                          [folder, path, size = bytes.size()] { plainRead(path, size); }};
           }};
 }
 

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QUdpSocket>
+
+#include "tests/app/program_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+/// A port that nobody uses at this moment.
+quint16 freePort() {
+  QUdpSocket probe;
+  probe.bind(QHostAddress(QHostAddress::AnyIPv4), 0);
+  return probe.localPort();
+}
+
+/// A simulator that sends to a port of this machine for as long as it lives.
+class Stream {
+ public:
+  explicit Stream(quint16 port) {
+    m_process.start(QStringLiteral(SKARNVISOR_SIM), {"--stream", QStringLiteral("127.0.0.1:%1").arg(port), "--seconds",
+                                                     "0", "--channels", "16", "--columns", "120"});
+    m_process.waitForStarted();
+  }
+  ~Stream() {
+    m_process.kill();
+    m_process.waitForFinished();
+  }
+
+ private:
+  QProcess m_process;
+};
+
+ProgramResult makeCapture(const QString &path, const QStringList &more = {}) {
+  return runProgram(QStringLiteral(SKARNVISOR_SIM),
+                    QStringList{"--frames", "12", "--channels", "16", "--columns", "120", "--out", path} + more);
+}
+
+TEST(ProgramSources, ACutHoldsTheFramesThatWereAskedFor) {
+  QDir().mkdir("Fahrt ü");
+  ASSERT_EQ(makeCapture("Fahrt ü/whole.pcap", {"--loss", "0.02", "--reorder", "0.02"}).exitCode, 0);
+  struct Case {
+    QStringList arguments;
+    QString frames;
+  };
+  for (const Case &c : {Case{{"--frames", "3:7"}, "5"}, Case{{"--seconds", "0.15:0.55"}, "4"}}) {
+    const QString part = QStringLiteral("Fahrt ü/part.pcap");
+    const ProgramResult cut = skarnvisor(QStringList{"cut", "Fahrt ü/whole.pcap", "--out", part} + c.arguments);
+    ASSERT_EQ(cut.exitCode, 0) << cut.err.toStdString();
+    EXPECT_EQ(skarnvisor({"info", part}).value("frames"), c.frames);
+  }
+  const ProgramResult info = skarnvisor({"info", "Fahrt ü/whole.pcap"});
+  EXPECT_GT(info.value("packets lost").toInt(), 0);
+  EXPECT_GT(info.value("packets out of order").toInt(), 0);
+  EXPECT_EQ(info.value("gaps"), "0");
+  EXPECT_TRUE(info.value("sensor").startsWith("port 2368 KR2")) << info.value("sensor").toStdString();
+}
+
+TEST(ProgramSources, RecordsAndPlaysAUdpPort) {
+  const quint16 port = freePort();
+  const Stream stream(port);
+  const ProgramResult record =
+      skarnvisor({"record", "--port", QString::number(port), "--seconds", "1", "--out", "recorded.pcap"});
+  ASSERT_EQ(record.exitCode, 0) << record.err.toStdString();
+  EXPECT_GT(record.value("packets written").toInt(), 20);
+  EXPECT_EQ(skarnvisor({"info", "recorded.pcap"}).value("packets"), record.value("packets written"));
+  const ProgramResult play = skarnvisor({"play", QStringLiteral("udp://:%1").arg(port), "--frames-limit", "5"});
+  ASSERT_EQ(play.exitCode, 0) << play.err.toStdString();
+  EXPECT_EQ(play.value("frames played"), "5");
+  EXPECT_EQ(play.value("type"), "KR2");
+  EXPECT_GT(play.value("points shown").toInt(), 1000);
+}
+
+TEST(ProgramSources, AFailureIsOneSentenceAndANonZeroExit) {
+  ASSERT_EQ(makeCapture("whole.pcap").exitCode, 0);
+  writeFile("old.pcap", "old");
+  QUdpSocket taken;
+  ASSERT_TRUE(taken.bind(QHostAddress(QHostAddress::AnyIPv4), 0));
+  const QString port = QString::number(taken.localPort());
+  struct Case {
+    QStringList arguments;
+    QString words;
+  };
+  const Case cases[] = {
+      {{"cut", "absent.pcap", "--frames", "0:1", "--out", "x.pcap"}, "There is no file"},
+      {{"cut", "whole.pcap", "--frames", "10:12", "--out", "old.pcap"}, "there are frames 0 to 11"},
+      {{"cut", "whole.pcap", "--frames", "0:1", "--out", "absent/x.pcap"}, "cannot be written"},
+      {{"cut", "whole.pcap", "--frames", "0:1", "--out", "whole.pcap"}, "take the place of the capture"},
+      {{"cut", "whole.pcap", "--frames", "2:1", "--out", "x.pcap"}, "A not above B"},
+      {{"cut", "whole.pcap", "--out", "x.pcap"}, "required"},
+      {{"record", "--port", port, "--seconds", "1", "--out", "x.pcap"}, "is in use by another program"},
+      {{"play", "udp://:" + port, "--seconds", "1"}, "is in use by another program"},
+      {{"play", "udp://lidar"}, "is no live source"},
+      {{"info", "udp://:" + port}, "played or recorded only"},
+      {{"info", "whole.pcap", "--port", "99"}, "on UDP port 99"},
+  };
+  for (const Case &c : cases) {
+    const ProgramResult result = skarnvisor(c.arguments);
+    EXPECT_GT(result.exitCode, 0) << c.arguments.join(' ').toStdString();
+    EXPECT_TRUE(result.err.contains(c.words)) << c.arguments.join(' ').toStdString() << "\n"
+                                              << result.err.toStdString();
+  }
+  QFile old("old.pcap");
+  ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+  EXPECT_EQ(old.readAll(), "old");
+  EXPECT_FALSE(QFile::exists("x.pcap"));
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "runtime/isp/frame_queue_engine.h"
 #include "tests/default_entry/scripted_runtime.h"
 
 namespace tarvo::skarnvisor::test {
@@ -260,6 +261,38 @@ TEST_F(ImageSignalProducer, APullWithoutPointsIsNoNews) {
   engine->delivers = true;
   EXPECT_FALSE(pipeline.run(-1, true));
   EXPECT_EQ(pipeline.track().lastFrameId(), -1);
+}
+
+// The same step against the runtime's own engine: frames pushed as the decoder would, shown in their order.
+TEST(ImageSignalStep, ShowsWhatTheFrameQueueHolds) {
+  ScriptedPipeline pipeline;
+  auto *queue = new lidar::FrameQueueEngine;  // owned by the source
+  pipeline.source().ispEngine = queue;
+  pipeline.runtime().frames = 100;
+  queue->setEnabled(true);
+  for (const int id : {3, 4}) {
+    lidar::QueuedFrame frame;
+    frame.sequence = id;
+    frame.points.resize(static_cast<std::size_t>(10 + id));
+    ASSERT_TRUE(queue->push(std::move(frame)));
+  }
+  EXPECT_TRUE(pipeline.run(4, true));
+  EXPECT_EQ(pipeline.source().pointCount, 14);
+  EXPECT_EQ(pipeline.clip.frameID(), 4);
+  EXPECT_EQ(pipeline.track().lastFrameId(), 4);
+  EXPECT_FALSE(pipeline.run(4, true)) << "nothing new is queued";
+
+  queue->ClearAll(0);
+  queue->setFrameRequester([queue](std::int64_t sequence) {
+    lidar::QueuedFrame frame;
+    frame.sequence = sequence;
+    frame.points.resize(7);
+    queue->push(std::move(frame));
+  });
+  EXPECT_TRUE(pipeline.run(9, false)) << "a pause has the frame under the cursor made";
+  EXPECT_EQ(pipeline.source().pointCount, 7);
+  EXPECT_EQ(pipeline.clip.frameID(), 9);
+  EXPECT_THAT(pipeline.runtime().runs, IsEmpty());
 }
 
 }  // namespace

@@ -50,7 +50,9 @@ CLI::Option *Parser::addText(CLI::App &command, const char *name, QString &targe
 }
 
 void Parser::addFile(CLI::App &command) {
-  addText(command, "file", m_options.file, "Capture (pcap, pcapng), folder of point files (pcd, ply, bin), one of them, or udp://[address]:port")->required();
+  addText(command, "file", m_options.file,
+          "Capture (pcap, pcapng), folder of point files (pcd, ply, bin), one of them, or udp://[address]:port")
+      ->required();
 }
 
 void Parser::addLook(CLI::App &command) {
@@ -112,9 +114,12 @@ void Parser::addPlay() {
 }
 
 void Parser::addConvert() {
-  CLI::App *convert = m_app.add_subcommand("convert", "Write the point files of a folder in another format, on all cores");
+  CLI::App *convert =
+      m_app.add_subcommand("convert", "Write the point files of a folder in another format, on all cores");
   addText(*convert, "file", m_options.file, "Folder of point files (pcd, ply, bin), or one of them")->required();
-  addText(*convert, "--to", m_options.targetFormat, "Format to write")->required()->check(CLI::IsMember({"bin", "pcd", "csv"}));
+  addText(*convert, "--to", m_options.targetFormat, "Format to write")
+      ->required()
+      ->check(CLI::IsMember({"bin", "pcd", "csv"}));
   addText(*convert, "--out", m_options.out, "Folder to write to")->required();
   convert->callback([this] { m_options.command = Command::Convert; });
 }

@@ -57,12 +57,13 @@ void Soak::changeSetting() {
 
 void Soak::printLine() const {
   const lidar::CaptureReport health = m_session.captureReport();
-  std::printf("%6lld s: %d frames shown, %d received, %llu packets, %llu lost, %llu dropped here, %llu out of order, "
-              "%.0f MiB\n",
-              static_cast<long long>(m_clock.elapsed() / 1000), m_frames, m_session.frameCount(),
-              static_cast<unsigned long long>(health.packets), static_cast<unsigned long long>(health.lost),
-              static_cast<unsigned long long>(health.kernelDrops), static_cast<unsigned long long>(health.disordered),
-              residentMib());
+  std::printf(
+      "%6lld s: %d frames shown, %d received, %llu packets, %llu lost, %llu dropped here, %llu out of order, "
+      "%.0f MiB\n",
+      static_cast<long long>(m_clock.elapsed() / 1000), m_frames, m_session.frameCount(),
+      static_cast<unsigned long long>(health.packets), static_cast<unsigned long long>(health.lost),
+      static_cast<unsigned long long>(health.kernelDrops), static_cast<unsigned long long>(health.disordered),
+      residentMib());
   std::fflush(stdout);
 }
 

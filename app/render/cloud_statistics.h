@@ -16,8 +16,8 @@ struct PointCounts {
 
 PointCounts countPoints(const VertexCloud &cloud);
 
-/// The reach that holds nearly all (93 of 100) of the shown points, the ground and the ceiling, from at most some ten thousand
-/// points. Defaults where there are none.
+/// The reach that holds nearly all (93 of 100) of the shown points, the ground and the ceiling, from at most some ten
+/// thousand points. Defaults where there are none.
 SceneExtent sceneExtent(const VertexCloud &cloud);
 
 /// The values that the ramp is spread over: all but the lowest and the highest hundredth of the shown points, so that a

@@ -40,7 +40,8 @@ class CaptureSession : public QObject {
   /// Why the last frame could not be made, empty if it was; the picture is then that of an earlier one.
   const QString &frameFault() const { return m_frameFault; }
 
-  /// Closes what is open and opens `path`, a capture, a folder of point files or one such file; `opened` or `failed` follows.
+  /// Closes what is open and opens `path`, a capture, a folder of point files or one such file; `opened` or `failed`
+  /// follows.
   void open(const QString &path);
 
   /// UDP port of the sensor that captures opened from now on show; 0: the first found.

@@ -75,7 +75,9 @@ void Viewer::readPicture() {
     m_scene.range = stretchedRange(m_scene.cloud, words);
     Q_EMIT colorsChanged();
   }
-  const auto grouped = [](std::size_t number) { return QLocale(QLocale::English).toString(static_cast<qlonglong>(number)); };
+  const auto grouped = [](std::size_t number) {
+    return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
+  };
   m_countText = QStringLiteral("%1 points shown, %2 hidden").arg(grouped(counts.shown), grouped(counts.hidden));
   m_statusText = view.status().simplified();
   Q_EMIT pictureChanged();

@@ -15,33 +15,30 @@ namespace tarvo::lidar {
 /// decides who owns the point.
 template <typename T>
 struct PointField {
-    using Value = T;
+  using Value = T;
 
-    std::size_t offset; ///< bytes from the start of the record
+  std::size_t offset;  ///< bytes from the start of the record
 
-    [[nodiscard]] T get(const SDKPointInfo& point) const noexcept
-    {
-        T value;
-        std::memcpy(&value, reinterpret_cast<const std::byte*>(&point) + offset, sizeof(T));
-        return value;
-    }
+  [[nodiscard]] T get(const SDKPointInfo &point) const noexcept {
+    T value;
+    std::memcpy(&value, reinterpret_cast<const std::byte *>(&point) + offset, sizeof(T));
+    return value;
+  }
 
-    void set(SDKPointInfo& point, T value) const noexcept
-    {
-        std::memcpy(reinterpret_cast<std::byte*>(&point) + offset, &value, sizeof(T));
-    }
+  void set(SDKPointInfo &point, T value) const noexcept {
+    std::memcpy(reinterpret_cast<std::byte *>(&point) + offset, &value, sizeof(T));
+  }
 };
 
 /// A run of bits of a 16-bit field: (value & mask) >> shift.
 struct PointBits {
-    PointField<std::uint16_t> field;
-    std::uint16_t mask;
-    unsigned shift;
+  PointField<std::uint16_t> field;
+  std::uint16_t mask;
+  unsigned shift;
 
-    [[nodiscard]] std::uint16_t get(const SDKPointInfo& point) const noexcept
-    {
-        return static_cast<std::uint16_t>((field.get(point) & mask) >> shift);
-    }
+  [[nodiscard]] std::uint16_t get(const SDKPointInfo &point) const noexcept {
+    return static_cast<std::uint16_t>((field.get(point) & mask) >> shift);
+  }
 };
 
 /// The one place that knows where the values of a point lie, including the bytes that lidar
@@ -126,6 +123,6 @@ inline constexpr PointField<std::uint8_t> peakAlternate{78};
 inline constexpr PointField<std::uint16_t> stepId{80};
 inline constexpr PointField<std::uint8_t> spadId{82};
 
-} // namespace fields
+}  // namespace fields
 
-} // namespace tarvo::lidar
+}  // namespace tarvo::lidar

@@ -12,38 +12,38 @@ namespace tarvo::lidar {
 /// reading; every other reading is a descriptor of contracts/runtime/point_fields.h.
 /// Angles are in degrees, lengths in metres. Little-endian, x86-64.
 struct SDKPointInfo {
-    double timestamp;             ///< seconds
-    std::uint32_t timeNs;         ///< nanoseconds inside the frame
-    float azimuth;                ///< degrees, as measured
-    float azimuthCalib;           ///< degrees, calibrated
-    float elevation;              ///< degrees, as measured
-    float elevationCalib;         ///< degrees, calibrated
-    float distance;               ///< metres; 0 or less means no return
-    float x;                      ///< metres
-    float y;                      ///< metres
-    float z;                      ///< metres
-    std::uint16_t channel;        ///< from 1; 0 marks an empty slot
-    std::uint16_t intensity;      ///< raw counts
-    std::uint16_t confidence;     ///< the low 8 bits are confidence bits
-    std::uint16_t red;            ///< raw camera value
-    std::uint16_t green;          ///< raw camera value
-    std::uint16_t blue;           ///< raw camera value
-    float relVelocity;            ///< metres per second, FMCW lidars only
-    std::uint8_t selected;        ///< 1 when the selection holds the point
-    std::uint8_t paddingA[3];
-    std::uint8_t attributes[5];   ///< family-specific bytes 64 to 68
-    std::uint8_t paddingB;
-    std::uint16_t area;           ///< remapped area
-    std::uint16_t rawArea;        ///< input of the area remap
-    std::uint8_t peak;            ///< raw counts
-    std::uint8_t paddingC;
-    std::uint8_t areaAlternate;    ///< area in the alternate layout
-    std::uint8_t rawAreaAlternate; ///< raw area in the alternate layout
-    std::uint8_t peakAlternate;    ///< peak in the alternate layout
-    std::uint8_t paddingD;
-    std::uint16_t stepId;         ///< step of the emitter pattern
-    std::uint8_t spadId;          ///< bit 0 marks a long-focus point
-    std::uint8_t paddingE[5];
+  double timestamp;          ///< seconds
+  std::uint32_t timeNs;      ///< nanoseconds inside the frame
+  float azimuth;             ///< degrees, as measured
+  float azimuthCalib;        ///< degrees, calibrated
+  float elevation;           ///< degrees, as measured
+  float elevationCalib;      ///< degrees, calibrated
+  float distance;            ///< metres; 0 or less means no return
+  float x;                   ///< metres
+  float y;                   ///< metres
+  float z;                   ///< metres
+  std::uint16_t channel;     ///< from 1; 0 marks an empty slot
+  std::uint16_t intensity;   ///< raw counts
+  std::uint16_t confidence;  ///< the low 8 bits are confidence bits
+  std::uint16_t red;         ///< raw camera value
+  std::uint16_t green;       ///< raw camera value
+  std::uint16_t blue;        ///< raw camera value
+  float relVelocity;         ///< metres per second, FMCW lidars only
+  std::uint8_t selected;     ///< 1 when the selection holds the point
+  std::uint8_t paddingA[3];
+  std::uint8_t attributes[5];  ///< family-specific bytes 64 to 68
+  std::uint8_t paddingB;
+  std::uint16_t area;     ///< remapped area
+  std::uint16_t rawArea;  ///< input of the area remap
+  std::uint8_t peak;      ///< raw counts
+  std::uint8_t paddingC;
+  std::uint8_t areaAlternate;     ///< area in the alternate layout
+  std::uint8_t rawAreaAlternate;  ///< raw area in the alternate layout
+  std::uint8_t peakAlternate;     ///< peak in the alternate layout
+  std::uint8_t paddingD;
+  std::uint16_t stepId;  ///< step of the emitter pattern
+  std::uint8_t spadId;   ///< bit 0 marks a long-focus point
+  std::uint8_t paddingE[5];
 };
 
 static_assert(sizeof(SDKPointInfo) == 88);
@@ -69,7 +69,7 @@ static_assert(offsetof(SDKPointInfo, areaAlternate) == 76 && offsetof(SDKPointIn
 static_assert(offsetof(SDKPointInfo, peakAlternate) == 78);
 static_assert(offsetof(SDKPointInfo, stepId) == 80 && offsetof(SDKPointInfo, spadId) == 82);
 
-} // namespace tarvo::lidar
+}  // namespace tarvo::lidar
 
 namespace tarvo {
 using lidar::SDKPointInfo;

@@ -18,44 +18,38 @@ constexpr std::array columnRows{
     PointColumn{"AngleId", "AngleId", valueOf<fields::angleId>, CellFormat::Integer, {}},
 };
 
-} // namespace
+}  // namespace
 
-QString DefaultFMCWFrameRenderBuffer::toolBoxSource() const
-{
-    return QStringLiteral("FMCWToolBox.qml");
+QString DefaultFMCWFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("FMCWToolBox.qml"); }
+
+void DefaultFMCWFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  if (const PointColumn *const column = findColumn(columnRows, name))
+    addColumn(*column, position);
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-void DefaultFMCWFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    if (const PointColumn* const column = findColumn(columnRows, name))
-        addColumn(*column, position);
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
-}
-
-bool DefaultFMCWFrameRenderBuffer::setCapability(std::string_view propertyName, bool on)
-{
-    struct FlagRow {
-        std::string_view name;
-        Relaxed<bool> Flags::*flag;
-    };
-    static constexpr std::array rows{
-        FlagRow{"fmcwPostProcessUseful", &Flags::fmcwPostProcessUseful},
-    };
-    for (const FlagRow& row : rows) {
-        if (row.name == propertyName) {
-            m_flags.*row.flag = on;
-            return true;
-        }
+bool DefaultFMCWFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
+  struct FlagRow {
+    std::string_view name;
+    Relaxed<bool> Flags::*flag;
+  };
+  static constexpr std::array rows{
+      FlagRow{"fmcwPostProcessUseful", &Flags::fmcwPostProcessUseful},
+  };
+  for (const FlagRow &row : rows) {
+    if (row.name == propertyName) {
+      m_flags.*row.flag = on;
+      return true;
     }
-    return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
+  }
+  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
 }
 
-DefaultFMCWParser::DefaultFMCWParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultFMCWFrameRenderBuffer(this));
+DefaultFMCWParser::DefaultFMCWParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultFMCWFrameRenderBuffer(this));
 }
 
 DefaultFMCWParser::DefaultFMCWParser() : DefaultFMCWParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

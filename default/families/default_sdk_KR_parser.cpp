@@ -14,15 +14,13 @@ namespace {
 
 namespace fields = tarvo::lidar::fields;
 
-constexpr PointColumn withSize(PointColumn column, int size)
-{
-    column.pcd->size = size;
-    return column;
+constexpr PointColumn withSize(PointColumn column, int size) {
+  column.pcd->size = size;
+  return column;
 }
 
-constexpr PointColumn metres(std::string_view name, PointColumn::Value value)
-{
-    return {name, name, value, CellFormat::FiveDecimals, PcdField{name, 4, 'F', false, PcdFormat::FiveDecimals}};
+constexpr PointColumn metres(std::string_view name, PointColumn::Value value) {
+  return {name, name, value, CellFormat::FiveDecimals, PcdField{name, 4, 'F', false, PcdFormat::FiveDecimals}};
 }
 
 /// Attributes that lie at the same place in both point layouts.
@@ -57,87 +55,78 @@ constexpr std::array alternateRows{
 constexpr PointColumn plainRawArea = integerColumn<fields::rawArea>("Area", "Area");
 constexpr PointColumn alternateRawArea = integerColumn<fields::rawAreaAlternate>("Area", "Area");
 
-} // namespace
+}  // namespace
 
-void DefaultKRFrameRenderBuffer::setLidarType(std::string lidarType)
-{
-    DefaultSDKFrameRenderBuffer::setLidarType(std::move(lidarType));
-    const TypeTraits type = traits();
-    setNbqPointLayout(type.nbqPointLayout);
-    setDiffByThree(type.diffByThree);
-    writeParams([&type](tarvo::lidar::FrameDecodeParam& params) { params.nbqPointLayout = type.nbqPointLayout; });
+void DefaultKRFrameRenderBuffer::setLidarType(std::string lidarType) {
+  DefaultSDKFrameRenderBuffer::setLidarType(std::move(lidarType));
+  const TypeTraits type = traits();
+  setNbqPointLayout(type.nbqPointLayout);
+  setDiffByThree(type.diffByThree);
+  writeParams([&type](tarvo::lidar::FrameDecodeParam &params) { params.nbqPointLayout = type.nbqPointLayout; });
 }
 
-QString DefaultKRFrameRenderBuffer::toolBoxSource() const
-{
-    return QStringLiteral("KRToolBox.qml");
+QString DefaultKRFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("KRToolBox.qml"); }
+
+QString DefaultKRFrameRenderBuffer::modeEditorSource() const {
+  return frameModelUseful() ? QStringLiteral("FrameModeEditor.qml") : QString();
 }
 
-QString DefaultKRFrameRenderBuffer::modeEditorSource() const
-{
-    return frameModelUseful() ? QStringLiteral("FrameModeEditor.qml") : QString();
+void DefaultKRFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  const bool alternate = colors().table.take()->attributes.nbqPointLayout;
+  if (name == "Area" && areaRemapFlag()) {
+    addColumn(alternate ? alternateRawArea : plainRawArea, position);
+    return;
+  }
+  const PointColumn *column = findColumn(commonRows, name);
+  if (column == nullptr) column = alternate ? findColumn(alternateRows, name) : findColumn(plainRows, name);
+  if (column != nullptr)
+    addColumn(*column, position);
+  else if (name == "StepId")
+    SKARN_LOG(LogLevel::Error, "add column error : StepId only for NBQ TU");
+  else if (name == "SpadId")
+    SKARN_LOG(LogLevel::Error, "add column error : SpadId only for NBQ TU / COLOR_FLD");
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-void DefaultKRFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    const bool alternate = colors().table.take()->attributes.nbqPointLayout;
-    if (name == "Area" && areaRemapFlag()) {
-        addColumn(alternate ? alternateRawArea : plainRawArea, position);
-        return;
+bool DefaultKRFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
+  struct FlagRow {
+    std::string_view name;
+    Relaxed<bool> Flags::*flag;
+  };
+  static constexpr std::array rows{
+      FlagRow{"frameModelUseful", &Flags::frameModelUseful},
+      FlagRow{"displayModeKr2HudFlag", &Flags::displayModeKr2HudFlag},
+      FlagRow{"LidarStandbyModeFlag", &Flags::LidarStandbyModeFlag},
+      FlagRow{"setConfidence0FilterFlag", &Flags::setConfidence0FilterFlag},
+      FlagRow{"setLidarReturnModeFlag", &Flags::setLidarReturnModeFlag},
+      FlagRow{"nbqSmoothingFlag", &Flags::nbqSmoothingFlag},
+      FlagRow{"nbqRgbModeFlag", &Flags::nbqRgbModeFlag},
+      FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
+      FlagRow{"bankReflectivityFilterFlag", &Flags::bankReflectivityFilterFlag},
+      FlagRow{"energyDeductFilterFlag", &Flags::energyDeductFilterFlag},
+      FlagRow{"subChannelFilterFlag", &Flags::subChannelFilterFlag},
+      FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
+      FlagRow{"nbNoiseFilterFlag", &Flags::nbNoiseFilterFlag},
+      FlagRow{"rtlEgOrderKFlag", &Flags::rtlEgOrderKFlag},
+      FlagRow{"ispFlag", &Flags::ispFlag},
+      FlagRow{"rgbDisplay1260Flag", &Flags::rgbDisplay1260Flag},
+      FlagRow{"rgbDisplayLayoutFlag", &Flags::rgbDisplayLayoutFlag},
+      FlagRow{"areaRemapFlag", &Flags::areaRemapFlag},
+  };
+  for (const FlagRow &row : rows) {
+    if (row.name == propertyName) {
+      m_flags.*row.flag = on;
+      return true;
     }
-    const PointColumn* column = findColumn(commonRows, name);
-    if (column == nullptr)
-        column = alternate ? findColumn(alternateRows, name) : findColumn(plainRows, name);
-    if (column != nullptr)
-        addColumn(*column, position);
-    else if (name == "StepId")
-        SKARN_LOG(LogLevel::Error, "add column error : StepId only for NBQ TU");
-    else if (name == "SpadId")
-        SKARN_LOG(LogLevel::Error, "add column error : SpadId only for NBQ TU / COLOR_FLD");
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
+  }
+  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
 }
 
-bool DefaultKRFrameRenderBuffer::setCapability(std::string_view propertyName, bool on)
-{
-    struct FlagRow {
-        std::string_view name;
-        Relaxed<bool> Flags::*flag;
-    };
-    static constexpr std::array rows{
-        FlagRow{"frameModelUseful", &Flags::frameModelUseful},
-        FlagRow{"displayModeKr2HudFlag", &Flags::displayModeKr2HudFlag},
-        FlagRow{"LidarStandbyModeFlag", &Flags::LidarStandbyModeFlag},
-        FlagRow{"setConfidence0FilterFlag", &Flags::setConfidence0FilterFlag},
-        FlagRow{"setLidarReturnModeFlag", &Flags::setLidarReturnModeFlag},
-        FlagRow{"nbqSmoothingFlag", &Flags::nbqSmoothingFlag},
-        FlagRow{"nbqRgbModeFlag", &Flags::nbqRgbModeFlag},
-        FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
-        FlagRow{"bankReflectivityFilterFlag", &Flags::bankReflectivityFilterFlag},
-        FlagRow{"energyDeductFilterFlag", &Flags::energyDeductFilterFlag},
-        FlagRow{"subChannelFilterFlag", &Flags::subChannelFilterFlag},
-        FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
-        FlagRow{"nbNoiseFilterFlag", &Flags::nbNoiseFilterFlag},
-        FlagRow{"rtlEgOrderKFlag", &Flags::rtlEgOrderKFlag},
-        FlagRow{"ispFlag", &Flags::ispFlag},
-        FlagRow{"rgbDisplay1260Flag", &Flags::rgbDisplay1260Flag},
-        FlagRow{"rgbDisplayLayoutFlag", &Flags::rgbDisplayLayoutFlag},
-        FlagRow{"areaRemapFlag", &Flags::areaRemapFlag},
-    };
-    for (const FlagRow& row : rows) {
-        if (row.name == propertyName) {
-            m_flags.*row.flag = on;
-            return true;
-        }
-    }
-    return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
-DefaultKRParser::DefaultKRParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultKRFrameRenderBuffer(this));
+DefaultKRParser::DefaultKRParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultKRFrameRenderBuffer(this));
 }
 
 DefaultKRParser::DefaultKRParser() : DefaultKRParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -16,55 +16,46 @@ constexpr std::array columnRows{
     PointColumn{"confidence4567", "Confidence4567", valueOf<fields::confidence4567>, CellFormat::Integer, {}},
 };
 
-} // namespace
+}  // namespace
 
-QString DefaultLMFrameRenderBuffer::toolBoxSource() const
-{
-    return QStringLiteral("LMToolBox.qml");
+QString DefaultLMFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("LMToolBox.qml"); }
+
+QString DefaultLMFrameRenderBuffer::modeEditorSource() const { return QStringLiteral("FrameModeEditor.qml"); }
+
+void DefaultLMFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  if (const PointColumn *const column = findColumn(columnRows, name))
+    addColumn(*column, position);
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-QString DefaultLMFrameRenderBuffer::modeEditorSource() const
-{
-    return QStringLiteral("FrameModeEditor.qml");
-}
-
-void DefaultLMFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    if (const PointColumn* const column = findColumn(columnRows, name))
-        addColumn(*column, position);
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
-}
-
-bool DefaultLMFrameRenderBuffer::setCapability(std::string_view propertyName, bool on)
-{
-    struct FlagRow {
-        std::string_view name;
-        Relaxed<bool> Flags::*flag;
-    };
-    static constexpr std::array rows{
-        FlagRow{"frameModelUseful", &Flags::frameModelUseful},
-        FlagRow{"useWeakEcho", &Flags::useWeakEcho},
-        FlagRow{"useEdgePointFilter", &Flags::useEdgePointFilter},
-        FlagRow{"useToggleGroundFilter", &Flags::useToggleGroundFilter},
-        FlagRow{"useOnlyShowRealChannel", &Flags::useOnlyShowRealChannel},
-        FlagRow{"usePixelChannelLayout", &Flags::usePixelChannelLayout},
-        FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
-    };
-    for (const FlagRow& row : rows) {
-        if (row.name == propertyName) {
-            m_flags.*row.flag = on;
-            return true;
-        }
+bool DefaultLMFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
+  struct FlagRow {
+    std::string_view name;
+    Relaxed<bool> Flags::*flag;
+  };
+  static constexpr std::array rows{
+      FlagRow{"frameModelUseful", &Flags::frameModelUseful},
+      FlagRow{"useWeakEcho", &Flags::useWeakEcho},
+      FlagRow{"useEdgePointFilter", &Flags::useEdgePointFilter},
+      FlagRow{"useToggleGroundFilter", &Flags::useToggleGroundFilter},
+      FlagRow{"useOnlyShowRealChannel", &Flags::useOnlyShowRealChannel},
+      FlagRow{"usePixelChannelLayout", &Flags::usePixelChannelLayout},
+      FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
+  };
+  for (const FlagRow &row : rows) {
+    if (row.name == propertyName) {
+      m_flags.*row.flag = on;
+      return true;
     }
-    return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
+  }
+  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
 }
 
-DefaultLMParser::DefaultLMParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultLMFrameRenderBuffer(this));
+DefaultLMParser::DefaultLMParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultLMFrameRenderBuffer(this));
 }
 
 DefaultLMParser::DefaultLMParser() : DefaultLMParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

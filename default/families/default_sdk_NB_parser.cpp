@@ -17,46 +17,40 @@ constexpr std::array columnRows{
     integerColumn<fields::pointId>("PointId", "PointId"),
 };
 
-} // namespace
+}  // namespace
 
-QString DefaultNBFrameRenderBuffer::toolBoxSource() const
-{
-    return QStringLiteral("NBToolBox.qml");
+QString DefaultNBFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("NBToolBox.qml"); }
+
+void DefaultNBFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  if (const PointColumn *const column = findColumn(columnRows, name))
+    addColumn(*column, position);
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-void DefaultNBFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    if (const PointColumn* const column = findColumn(columnRows, name))
-        addColumn(*column, position);
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
-}
-
-bool DefaultNBFrameRenderBuffer::setCapability(std::string_view propertyName, bool on)
-{
-    struct FlagRow {
-        std::string_view name;
-        Relaxed<bool> Flags::*flag;
-    };
-    static constexpr std::array rows{
-        FlagRow{"broadbandFilterFlag", &Flags::broadbandFilterFlag},
-        FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
-        FlagRow{"lidarStandbyModeFlag", &Flags::lidarStandbyModeFlag},
-    };
-    for (const FlagRow& row : rows) {
-        if (row.name == propertyName) {
-            m_flags.*row.flag = on;
-            return true;
-        }
+bool DefaultNBFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
+  struct FlagRow {
+    std::string_view name;
+    Relaxed<bool> Flags::*flag;
+  };
+  static constexpr std::array rows{
+      FlagRow{"broadbandFilterFlag", &Flags::broadbandFilterFlag},
+      FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
+      FlagRow{"lidarStandbyModeFlag", &Flags::lidarStandbyModeFlag},
+  };
+  for (const FlagRow &row : rows) {
+    if (row.name == propertyName) {
+      m_flags.*row.flag = on;
+      return true;
     }
-    return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
+  }
+  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
 }
 
-DefaultNBParser::DefaultNBParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultNBFrameRenderBuffer(this));
+DefaultNBParser::DefaultNBParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultNBFrameRenderBuffer(this));
 }
 
 DefaultNBParser::DefaultNBParser() : DefaultNBParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -12,11 +12,10 @@ namespace {
 
 namespace fields = tarvo::lidar::fields;
 
-constexpr PointColumn pcdNamed(PointColumn column, std::string_view name)
-{
-    column.name = name;
-    column.pcd->name = name;
-    return column;
+constexpr PointColumn pcdNamed(PointColumn column, std::string_view name) {
+  column.name = name;
+  column.pcd->name = name;
+  return column;
 }
 
 constexpr std::array columnRows{
@@ -26,47 +25,41 @@ constexpr std::array columnRows{
     integerColumn<fields::qswConfidence>("QswConfidence", "QswConfidence"),
 };
 
-} // namespace
+}  // namespace
 
-QString DefaultQSFrameRenderBuffer::toolBoxSource() const
-{
-    return QStringLiteral("QSToolBox.qml");
+QString DefaultQSFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("QSToolBox.qml"); }
+
+void DefaultQSFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  if (const PointColumn *const column = findColumn(columnRows, name))
+    addColumn(*column, position);
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-void DefaultQSFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    if (const PointColumn* const column = findColumn(columnRows, name))
-        addColumn(*column, position);
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
-}
-
-bool DefaultQSFrameRenderBuffer::setCapability(std::string_view propertyName, bool on)
-{
-    struct FlagRow {
-        std::string_view name;
-        Relaxed<bool> Flags::*flag;
-    };
-    static constexpr std::array rows{
-        FlagRow{"retroConfFilterUse", &Flags::retroConfFilterUse},
-        FlagRow{"qs4_4LidarChooseUse", &Flags::qs4_4LidarChooseUse},
-        FlagRow{"qswDragPointFilter", &Flags::qswDragPointFilter},
-        FlagRow{"qswDirtyDiagnostic", &Flags::qswDirtyDiagnostic},
-    };
-    for (const FlagRow& row : rows) {
-        if (row.name == propertyName) {
-            m_flags.*row.flag = on;
-            return true;
-        }
+bool DefaultQSFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
+  struct FlagRow {
+    std::string_view name;
+    Relaxed<bool> Flags::*flag;
+  };
+  static constexpr std::array rows{
+      FlagRow{"retroConfFilterUse", &Flags::retroConfFilterUse},
+      FlagRow{"qs4_4LidarChooseUse", &Flags::qs4_4LidarChooseUse},
+      FlagRow{"qswDragPointFilter", &Flags::qswDragPointFilter},
+      FlagRow{"qswDirtyDiagnostic", &Flags::qswDirtyDiagnostic},
+  };
+  for (const FlagRow &row : rows) {
+    if (row.name == propertyName) {
+      m_flags.*row.flag = on;
+      return true;
     }
-    return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
+  }
+  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
 }
 
-DefaultQSParser::DefaultQSParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultQSFrameRenderBuffer(this));
+DefaultQSParser::DefaultQSParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultQSFrameRenderBuffer(this));
 }
 
 DefaultQSParser::DefaultQSParser() : DefaultQSParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -1,18 +1,13 @@
 #include "default/families/default_sdk_VDG_parser.h"
 
-
 namespace tarvo::skarnvisor {
 
-QString DefaultVDGFrameRenderBuffer::initialFunctionSource() const
-{
-    return QStringLiteral("VDGInitialFunction.qml");
-}
+QString DefaultVDGFrameRenderBuffer::initialFunctionSource() const { return QStringLiteral("VDGInitialFunction.qml"); }
 
-DefaultVDGParser::DefaultVDGParser(QObject* parent) : DefaultSDKParser(parent, nullptr)
-{
-    takeOver(new DefaultVDGFrameRenderBuffer(this));
+DefaultVDGParser::DefaultVDGParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
+  takeOver(new DefaultVDGFrameRenderBuffer(this));
 }
 
 DefaultVDGParser::DefaultVDGParser() : DefaultVDGParser(nullptr) {}
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -6,21 +6,21 @@ namespace tarvo::skarnvisor {
 
 /// The render buffer of the VDG family.
 class DefaultVDGFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
-    Q_OBJECT
+  Q_OBJECT
 
-public:
-    using DefaultSDKFrameRenderBuffer::DefaultSDKFrameRenderBuffer;
+ public:
+  using DefaultSDKFrameRenderBuffer::DefaultSDKFrameRenderBuffer;
 
-    QString initialFunctionSource() const override;
+  QString initialFunctionSource() const override;
 };
 
 /// Parser that owns the family's render buffer.
 class DefaultVDGParser : public DefaultSDKParser {
-    Q_OBJECT
+  Q_OBJECT
 
-public:
-    Q_INVOKABLE explicit DefaultVDGParser(QObject* parent);
-    Q_INVOKABLE DefaultVDGParser();
+ public:
+  Q_INVOKABLE explicit DefaultVDGParser(QObject *parent);
+  Q_INVOKABLE DefaultVDGParser();
 };
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

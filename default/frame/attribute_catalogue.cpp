@@ -14,116 +14,92 @@ namespace {
 
 using Settings = AttributeSettings;
 
-using ValueOf = float (*)(const Settings&, const SDKPointInfo&);
-using ValuesOf = void (*)(const Settings&, std::span<const SDKPointInfo>, float*);
+using ValueOf = float (*)(const Settings &, const SDKPointInfo &);
+using ValuesOf = void (*)(const Settings &, std::span<const SDKPointInfo>, float *);
 
 struct AttributeRow {
-    std::string_view title;
-    ValueOf value;
-    ValuesOf values;
+  std::string_view title;
+  ValueOf value;
+  ValuesOf values;
 };
 
 template <auto value>
-void valuesOf(const Settings& settings, std::span<const SDKPointInfo> points, float* values)
-{
-    const Settings local = settings; // a copy, so that the writes cannot touch what the loop reads
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        values[i] = value(local, points[i]);
-    }
+void valuesOf(const Settings &settings, std::span<const SDKPointInfo> points, float *values) {
+  const Settings local = settings;  // a copy, so that the writes cannot touch what the loop reads
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    values[i] = value(local, points[i]);
+  }
 }
 
 template <auto value>
-constexpr AttributeRow row(std::string_view title)
-{
-    return {title, value, &valuesOf<value>};
+constexpr AttributeRow row(std::string_view title) {
+  return {title, value, &valuesOf<value>};
 }
 
 /// An integer field under the attribute mask, divided by `full`.
-template <const auto& field, int full>
-float masked(const Settings& settings, const SDKPointInfo& point)
-{
-    return static_cast<float>(field.get(point) & settings.attributeMask) / static_cast<float>(full);
+template <const auto &field, int full>
+float masked(const Settings &settings, const SDKPointInfo &point) {
+  return static_cast<float>(field.get(point) & settings.attributeMask) / static_cast<float>(full);
 }
 
 /// Bits of the confidence word, shifted down and divided by `full`; the mask does not touch them.
-template <const auto& bits, int full>
-float plainBits(const Settings&, const SDKPointInfo& point)
-{
-    return static_cast<float>(bits.get(point)) / static_cast<float>(full);
+template <const auto &bits, int full>
+float plainBits(const Settings &, const SDKPointInfo &point) {
+  return static_cast<float>(bits.get(point)) / static_cast<float>(full);
 }
 
 /// A coordinate from -300 m to 300 m.
-template <const auto& field>
-float coordinate(const Settings&, const SDKPointInfo& point)
-{
-    return (field.get(point) + 300.0F) / 600.0F;
+template <const auto &field>
+float coordinate(const Settings &, const SDKPointInfo &point) {
+  return (field.get(point) + 300.0F) / 600.0F;
 }
 
 /// An elevation from -45 to 95 degrees.
-template <const auto& field>
-float elevation(const Settings&, const SDKPointInfo& point)
-{
-    return (field.get(point) + 45.0F) / 140.0F;
+template <const auto &field>
+float elevation(const Settings &, const SDKPointInfo &point) {
+  return (field.get(point) + 45.0F) / 140.0F;
 }
 
 /// A value that the alternate layout holds elsewhere and on another scale.
-template <const auto& usual, int usualFull, const auto& alternate, int alternateFull>
-float byLayout(const Settings& settings, const SDKPointInfo& point)
-{
-    return settings.nbqPointLayout ? masked<alternate, alternateFull>(settings, point)
-                                   : masked<usual, usualFull>(settings, point);
+template <const auto &usual, int usualFull, const auto &alternate, int alternateFull>
+float byLayout(const Settings &settings, const SDKPointInfo &point) {
+  return settings.nbqPointLayout ? masked<alternate, alternateFull>(settings, point)
+                                 : masked<usual, usualFull>(settings, point);
 }
 
 /// A distance difference: a byte, or a float in the alternate layout.
-template <const auto& usual, const auto& alternate>
-float difference(const Settings& settings, const SDKPointInfo& point)
-{
-    return settings.nbqPointLayout ? alternate.get(point) / (settings.diffByThree ? 3.0F : 256.0F)
-                                   : masked<usual, 256>(settings, point);
+template <const auto &usual, const auto &alternate>
+float difference(const Settings &settings, const SDKPointInfo &point) {
+  return settings.nbqPointLayout ? alternate.get(point) / (settings.diffByThree ? 3.0F : 256.0F)
+                                 : masked<usual, 256>(settings, point);
 }
 
-float channel(const Settings& settings, const SDKPointInfo& point)
-{
-    return static_cast<float>(point.channel & settings.attributeMask) / static_cast<float>(settings.channelCount + 1);
+float channel(const Settings &settings, const SDKPointInfo &point) {
+  return static_cast<float>(point.channel & settings.attributeMask) / static_cast<float>(settings.channelCount + 1);
 }
 
-float timestamp(const Settings&, const SDKPointInfo& point)
-{
-    return static_cast<float>(point.timeNs) / 1e9F;
+float timestamp(const Settings &, const SDKPointInfo &point) { return static_cast<float>(point.timeNs) / 1e9F; }
+
+float azimuth(const Settings &, const SDKPointInfo &point) {
+  const float degrees = point.azimuth;
+  const float shift = degrees < 0.0F ? 360.0F : degrees > 360.0F ? -360.0F : 0.0F;
+  return (degrees + shift) / 360.0F;
 }
 
-float azimuth(const Settings&, const SDKPointInfo& point)
-{
-    const float degrees = point.azimuth;
-    const float shift = degrees < 0.0F ? 360.0F : degrees > 360.0F ? -360.0F : 0.0F;
-    return (degrees + shift) / 360.0F;
-}
+float azimuthCalib(const Settings &, const SDKPointInfo &point) { return point.azimuthCalib / 360.0F; }
 
-float azimuthCalib(const Settings&, const SDKPointInfo& point)
-{
-    return point.azimuthCalib / 360.0F;
-}
-
-float distance(const Settings&, const SDKPointInfo& point)
-{
-    return point.distance / 300.0F;
-}
+float distance(const Settings &, const SDKPointInfo &point) { return point.distance / 300.0F; }
 
 /// Velocities have no value outside the family that measures them: drawn as highlighted.
-float foreignVelocity(const Settings&, const SDKPointInfo&)
-{
-    return 256.0F;
+float foreignVelocity(const Settings &, const SDKPointInfo &) { return 256.0F; }
+
+float echo(const Settings &settings, const SDKPointInfo &point) {
+  const int value = point.confidence & settings.attributeMask;
+  return value < 2 ? 0.0F : value == 2 ? 0.5F : 1.0F;
 }
 
-float echo(const Settings& settings, const SDKPointInfo& point)
-{
-    const int value = point.confidence & settings.attributeMask;
-    return value < 2 ? 0.0F : value == 2 ? 0.5F : 1.0F;
-}
-
-float plainIntensity(const Settings&, const SDKPointInfo& point)
-{
-    return static_cast<float>(point.intensity) / 256.0F;
+float plainIntensity(const Settings &, const SDKPointInfo &point) {
+  return static_cast<float>(point.intensity) / 256.0F;
 }
 
 /// Row k is the attribute of id k.
@@ -176,36 +152,29 @@ constexpr std::array<AttributeRow, attributeCount> catalogue{
 
 constexpr AttributeRow noAttribute = row<plainIntensity>("");
 
-const AttributeRow& rowOf(int id)
-{
-    return id >= 0 && id < attributeCount ? catalogue[static_cast<std::size_t>(id)] : noAttribute;
+const AttributeRow &rowOf(int id) {
+  return id >= 0 && id < attributeCount ? catalogue[static_cast<std::size_t>(id)] : noAttribute;
 }
 
-} // namespace
+}  // namespace
 
-std::string_view attributeTitle(int id) noexcept
-{
-    return rowOf(id).title;
+std::string_view attributeTitle(int id) noexcept { return rowOf(id).title; }
+
+std::optional<int> attributeIdOf(std::string_view title) noexcept {
+  const auto found = std::ranges::find(catalogue, title, &AttributeRow::title);
+  if (found == catalogue.end()) {
+    return std::nullopt;
+  }
+  return static_cast<int>(found - catalogue.begin());
 }
 
-std::optional<int> attributeIdOf(std::string_view title) noexcept
-{
-    const auto found = std::ranges::find(catalogue, title, &AttributeRow::title);
-    if (found == catalogue.end()) {
-        return std::nullopt;
-    }
-    return static_cast<int>(found - catalogue.begin());
+float attributeValue(const AttributeSettings &settings, int id, const SDKPointInfo &point) noexcept {
+  return rowOf(id).value(settings, point);
 }
 
-float attributeValue(const AttributeSettings& settings, int id, const SDKPointInfo& point) noexcept
-{
-    return rowOf(id).value(settings, point);
+void attributeValues(const AttributeSettings &settings, int id, std::span<const SDKPointInfo> points,
+                     std::span<float> values) noexcept {
+  rowOf(id).values(settings, points, values.data());
 }
 
-void attributeValues(const AttributeSettings& settings, int id, std::span<const SDKPointInfo> points,
-                     std::span<float> values) noexcept
-{
-    rowOf(id).values(settings, points, values.data());
-}
-
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -13,20 +13,16 @@ namespace fields = lidar::fields;
 namespace {
 
 struct FileAttribute {
-    std::string_view name;
-    float (*value)(const SDKPointInfo&);
+  std::string_view name;
+  float (*value)(const SDKPointInfo &);
 };
 
-template <const auto& field>
-float plain(const SDKPointInfo& point)
-{
-    return static_cast<float>(field.get(point));
+template <const auto &field>
+float plain(const SDKPointInfo &point) {
+  return static_cast<float>(field.get(point));
 }
 
-float microseconds(const SDKPointInfo& point)
-{
-    return static_cast<float>(point.timeNs / 1000U);
-}
+float microseconds(const SDKPointInfo &point) { return static_cast<float>(point.timeNs / 1000U); }
 
 /// Row k is the attribute of id k.
 constexpr std::array<FileAttribute, 32> attributes{{
@@ -64,33 +60,30 @@ constexpr std::array<FileAttribute, 32> attributes{{
     {"Peak", plain<fields::peak>},
 }};
 
-} // namespace
+}  // namespace
 
-RangeOutcome FilterRanges::outcomeOf(const SDKPointInfo& point) const noexcept
-{
-    for (const auto& [id, ranges] : byAttribute) {
-        const float value = valueOf(id, point);
-        for (const FilterRange& range : ranges) {
-            if (range.min <= value && value <= range.max) {
-                return range.hide ? RangeOutcome::Hide : RangeOutcome::Highlight;
-            }
-        }
+RangeOutcome FilterRanges::outcomeOf(const SDKPointInfo &point) const noexcept {
+  for (const auto &[id, ranges] : byAttribute) {
+    const float value = valueOf(id, point);
+    for (const FilterRange &range : ranges) {
+      if (range.min <= value && value <= range.max) {
+        return range.hide ? RangeOutcome::Hide : RangeOutcome::Highlight;
+      }
     }
-    return RangeOutcome::None;
+  }
+  return RangeOutcome::None;
 }
 
-std::optional<int> FilterRanges::attributeIdOf(std::string_view name) noexcept
-{
-    const auto found = std::ranges::find(attributes, name, &FileAttribute::name);
-    if (found == attributes.end()) {
-        return std::nullopt;
-    }
-    return static_cast<int>(found - attributes.begin());
+std::optional<int> FilterRanges::attributeIdOf(std::string_view name) noexcept {
+  const auto found = std::ranges::find(attributes, name, &FileAttribute::name);
+  if (found == attributes.end()) {
+    return std::nullopt;
+  }
+  return static_cast<int>(found - attributes.begin());
 }
 
-float FilterRanges::valueOf(int id, const SDKPointInfo& point) noexcept
-{
-    return attributes[static_cast<std::size_t>(id)].value(point);
+float FilterRanges::valueOf(int id, const SDKPointInfo &point) noexcept {
+  return attributes[static_cast<std::size_t>(id)].value(point);
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

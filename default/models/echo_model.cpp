@@ -7,9 +7,9 @@ namespace tarvo::skarnvisor {
 namespace {
 
 struct ReturnMode {
-    unsigned char code;
-    const char* name;
-    std::array<const char*, 3> titles; ///< behind "Any"; null ends the list
+  unsigned char code;
+  const char *name;
+  std::array<const char *, 3> titles;  ///< behind "Any"; null ends the list
 };
 
 constexpr std::array modes{
@@ -32,50 +32,38 @@ constexpr std::array modes{
 
 constexpr ReturnMode firstBeforeLastMode{59, "first & last", {"First", "Last"}};
 
-const ReturnMode* find(unsigned char code, bool firstBeforeLast)
-{
-    if (code == firstBeforeLastMode.code && firstBeforeLast)
-        return &firstBeforeLastMode;
-    for (const ReturnMode& mode : modes) {
-        if (mode.code == code)
-            return &mode;
+const ReturnMode *find(unsigned char code, bool firstBeforeLast) {
+  if (code == firstBeforeLastMode.code && firstBeforeLast) return &firstBeforeLastMode;
+  for (const ReturnMode &mode : modes) {
+    if (mode.code == code) return &mode;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+EchoModel::EchoModel(QObject *parent) : QObject(parent) {}
+
+QStringList EchoModel::echoTitles() const {
+  QStringList titles{QStringLiteral("Any")};
+  if (const ReturnMode *mode = find(m_returnMode, m_firstBeforeLast)) {
+    for (const char *title : mode->titles) {
+      if (title != nullptr) titles.append(QLatin1String(title));
     }
-    return nullptr;
+  }
+  return titles;
 }
 
-} // namespace
+bool EchoModel::storeReturnMode(unsigned char code) { return m_returnMode.exchange(code) != code; }
 
-EchoModel::EchoModel(QObject* parent) : QObject(parent) {}
-
-QStringList EchoModel::echoTitles() const
-{
-    QStringList titles{QStringLiteral("Any")};
-    if (const ReturnMode* mode = find(m_returnMode, m_firstBeforeLast)) {
-        for (const char* title : mode->titles) {
-            if (title != nullptr)
-                titles.append(QLatin1String(title));
-        }
-    }
-    return titles;
+void EchoModel::setReturnMode(unsigned char code) {
+  if (storeReturnMode(code)) Q_EMIT echoTitlesChanged();
 }
 
-bool EchoModel::storeReturnMode(unsigned char code)
-{
-    return m_returnMode.exchange(code) != code;
+QString EchoModel::returnModeName() const {
+  const unsigned char code = m_returnMode;
+  if (const ReturnMode *mode = find(code, m_firstBeforeLast)) return QLatin1String(mode->name);
+  return QStringLiteral("0x") + QString::number(code, 16);
 }
 
-void EchoModel::setReturnMode(unsigned char code)
-{
-    if (storeReturnMode(code))
-        Q_EMIT echoTitlesChanged();
-}
-
-QString EchoModel::returnModeName() const
-{
-    const unsigned char code = m_returnMode;
-    if (const ReturnMode* mode = find(code, m_firstBeforeLast))
-        return QLatin1String(mode->name);
-    return QStringLiteral("0x") + QString::number(code, 16);
-}
-
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

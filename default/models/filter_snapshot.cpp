@@ -14,49 +14,45 @@ namespace fields = tarvo::lidar::fields;
 // Sets the flag of each point whose value lies outside the limits. Low above high is a range that wraps
 // around, as azimuths across 0 do. A value that is no number is not outside.
 template <auto Field, typename Limit>
-void markOutside(const SDKPointInfo* points, std::size_t count, Limit low, Limit high, std::uint8_t* flags)
-{
-    if (low > high) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto value = static_cast<Limit>(Field.get(points[i]));
-            flags[i] |= static_cast<std::uint8_t>((value < low) & (value > high));
-        }
-        return;
-    }
+void markOutside(const SDKPointInfo *points, std::size_t count, Limit low, Limit high, std::uint8_t *flags) {
+  if (low > high) {
     for (std::size_t i = 0; i < count; ++i) {
-        const auto value = static_cast<Limit>(Field.get(points[i]));
-        flags[i] |= static_cast<std::uint8_t>((value < low) | (value > high));
+      const auto value = static_cast<Limit>(Field.get(points[i]));
+      flags[i] |= static_cast<std::uint8_t>((value < low) & (value > high));
     }
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto value = static_cast<Limit>(Field.get(points[i]));
+    flags[i] |= static_cast<std::uint8_t>((value < low) | (value > high));
+  }
 }
 
 // Clears the flag of each point whose value lies inside the limits. Equal limits hold nothing here.
 template <auto Field, typename Limit>
-void clearInside(const SDKPointInfo* points, std::size_t count, Limit low, Limit high, std::uint8_t* flags)
-{
-    if (low == high)
-        return;
-    const bool wraps = low > high;
-    for (std::size_t i = 0; i < count; ++i) {
-        const auto value = static_cast<Limit>(Field.get(points[i]));
-        const bool inside = wraps ? (value >= low) | (value <= high) : (value >= low) & (value <= high);
-        flags[i] &= static_cast<std::uint8_t>(!inside);
-    }
+void clearInside(const SDKPointInfo *points, std::size_t count, Limit low, Limit high, std::uint8_t *flags) {
+  if (low == high) return;
+  const bool wraps = low > high;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto value = static_cast<Limit>(Field.get(points[i]));
+    const bool inside = wraps ? (value >= low) | (value <= high) : (value >= low) & (value <= high);
+    flags[i] &= static_cast<std::uint8_t>(!inside);
+  }
 }
 
 template <typename Limit>
 struct SlotRow {
-    using Test = void (*)(const SDKPointInfo*, std::size_t, Limit, Limit, std::uint8_t*);
-    Test markOutside;
-    Test clearInside;
-    Limit low;
-    Limit high;
-    bool offered;
+  using Test = void (*)(const SDKPointInfo *, std::size_t, Limit, Limit, std::uint8_t *);
+  Test markOutside;
+  Test clearInside;
+  Limit low;
+  Limit high;
+  bool offered;
 };
 
 template <auto Field, typename Limit>
-constexpr SlotRow<Limit> row(Limit low, Limit high, bool offered)
-{
-    return {&markOutside<Field, Limit>, &clearInside<Field, Limit>, low, high, offered};
+constexpr SlotRow<Limit> row(Limit low, Limit high, bool offered) {
+  return {&markOutside<Field, Limit>, &clearInside<Field, Limit>, low, high, offered};
 }
 
 constexpr std::array<SlotRow<float>, FilterSnapshot::floatSlots> floatSlotRows{{
@@ -90,70 +86,59 @@ constexpr std::array<SlotRow<int>, FilterSnapshot::intSlots> intSlotRows{{
     row<fields::spadId>(0, 1, false),
 }};
 
-} // namespace
+}  // namespace
 
-std::array<bool, FilterSnapshot::slots> FilterSnapshot::offeredAtStart()
-{
-    std::array<bool, slots> offered{};
-    for (std::size_t slot = 0; slot < floatSlots; ++slot)
-        offered[slot] = floatSlotRows[slot].offered;
-    for (std::size_t slot = 0; slot < intSlots; ++slot)
-        offered[floatSlots + slot] = intSlotRows[slot].offered;
-    return offered;
+std::array<bool, FilterSnapshot::slots> FilterSnapshot::offeredAtStart() {
+  std::array<bool, slots> offered{};
+  for (std::size_t slot = 0; slot < floatSlots; ++slot) offered[slot] = floatSlotRows[slot].offered;
+  for (std::size_t slot = 0; slot < intSlots; ++slot) offered[floatSlots + slot] = intSlotRows[slot].offered;
+  return offered;
 }
 
-std::array<float, FilterSnapshot::floatSlots * 2> FilterSnapshot::floatLimitsAtStart()
-{
-    std::array<float, floatSlots * 2> limits{};
-    for (std::size_t slot = 0; slot < floatSlots; ++slot) {
-        limits[2 * slot] = floatSlotRows[slot].low;
-        limits[2 * slot + 1] = floatSlotRows[slot].high;
-    }
-    return limits;
+std::array<float, FilterSnapshot::floatSlots * 2> FilterSnapshot::floatLimitsAtStart() {
+  std::array<float, floatSlots * 2> limits{};
+  for (std::size_t slot = 0; slot < floatSlots; ++slot) {
+    limits[2 * slot] = floatSlotRows[slot].low;
+    limits[2 * slot + 1] = floatSlotRows[slot].high;
+  }
+  return limits;
 }
 
-std::array<int, FilterSnapshot::intSlots * 2> FilterSnapshot::intLimitsAtStart()
-{
-    std::array<int, intSlots * 2> limits{};
-    for (std::size_t slot = 0; slot < intSlots; ++slot) {
-        limits[2 * slot] = intSlotRows[slot].low;
-        limits[2 * slot + 1] = intSlotRows[slot].high;
-    }
-    return limits;
+std::array<int, FilterSnapshot::intSlots * 2> FilterSnapshot::intLimitsAtStart() {
+  std::array<int, intSlots * 2> limits{};
+  for (std::size_t slot = 0; slot < intSlots; ++slot) {
+    limits[2 * slot] = intSlotRows[slot].low;
+    limits[2 * slot + 1] = intSlotRows[slot].high;
+  }
+  return limits;
 }
 
-bool FilterSnapshot::filtersNothing() const
-{
-    return !enabled || (mode == 0 && std::ranges::none_of(offered, [](bool flag) { return flag; }));
+bool FilterSnapshot::filtersNothing() const {
+  return !enabled || (mode == 0 && std::ranges::none_of(offered, [](bool flag) { return flag; }));
 }
 
-bool FilterSnapshot::isFiltered(const SDKPointInfo& point) const
-{
-    std::uint8_t filtered = 0;
-    filterRun(&point, 1, &filtered);
-    return filtered != 0;
+bool FilterSnapshot::isFiltered(const SDKPointInfo &point) const {
+  std::uint8_t filtered = 0;
+  filterRun(&point, 1, &filtered);
+  return filtered != 0;
 }
 
-void FilterSnapshot::filterRun(const SDKPointInfo* points, std::size_t count, std::uint8_t* filtered) const
-{
-    const bool allMustMatch = mode == 0;
-    std::fill_n(filtered, count, static_cast<std::uint8_t>(enabled && !allMustMatch));
-    if (!enabled || (!allMustMatch && mode != 1))
-        return;
-    for (std::size_t slot = 0; slot < floatSlots; ++slot) {
-        if (!offered[slot])
-            continue;
-        const auto& row = floatSlotRows[slot];
-        const auto test = allMustMatch ? row.markOutside : row.clearInside;
-        test(points, count, floatLimits[2 * slot], floatLimits[2 * slot + 1], filtered);
-    }
-    for (std::size_t slot = 0; slot < intSlots; ++slot) {
-        if (!offered[floatSlots + slot])
-            continue;
-        const auto& row = intSlotRows[slot];
-        const auto test = allMustMatch ? row.markOutside : row.clearInside;
-        test(points, count, intLimits[2 * slot], intLimits[2 * slot + 1], filtered);
-    }
+void FilterSnapshot::filterRun(const SDKPointInfo *points, std::size_t count, std::uint8_t *filtered) const {
+  const bool allMustMatch = mode == 0;
+  std::fill_n(filtered, count, static_cast<std::uint8_t>(enabled && !allMustMatch));
+  if (!enabled || (!allMustMatch && mode != 1)) return;
+  for (std::size_t slot = 0; slot < floatSlots; ++slot) {
+    if (!offered[slot]) continue;
+    const auto &row = floatSlotRows[slot];
+    const auto test = allMustMatch ? row.markOutside : row.clearInside;
+    test(points, count, floatLimits[2 * slot], floatLimits[2 * slot + 1], filtered);
+  }
+  for (std::size_t slot = 0; slot < intSlots; ++slot) {
+    if (!offered[floatSlots + slot]) continue;
+    const auto &row = intSlotRows[slot];
+    const auto test = allMustMatch ? row.markOutside : row.clearInside;
+    test(points, count, intLimits[2 * slot], intLimits[2 * slot + 1], filtered);
+  }
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -14,10 +14,7 @@ namespace {
 using tarvo::lidar::SDKPointInfo;
 namespace fields = tarvo::lidar::fields;
 
-double microseconds(const SDKPointInfo& point)
-{
-    return fields::timeNs.get(point) / 1000U;
-}
+double microseconds(const SDKPointInfo &point) { return fields::timeNs.get(point) / 1000U; }
 
 constexpr std::array baseColumnRows{
     PointColumn{"Ch", "Ch", valueOf<fields::channel>, CellFormat::Integer, {}},
@@ -34,9 +31,8 @@ constexpr std::array baseColumnRows{
     PointColumn{"Ele(deg)", "Ele(deg)", valueOf<fields::elevation>, CellFormat::Decimals, {}},
 };
 
-constexpr PointColumn pcdOnly(PointColumn::Value value, PcdField field)
-{
-    return {field.name, {}, value, CellFormat::Integer, field};
+constexpr PointColumn pcdOnly(PointColumn::Value value, PcdField field) {
+  return {field.name, {}, value, CellFormat::Integer, field};
 }
 
 constexpr std::array basePcdRows{
@@ -54,9 +50,8 @@ constexpr std::array basePcdRows{
 
 /// The PCD field of an optional attribute is one unsigned byte, whatever the width of the point's field.
 template <auto Field>
-constexpr PointColumn optionalColumn(std::string_view name, std::string_view pcdName)
-{
-    return {name, name, valueOf<Field>, CellFormat::Integer, PcdField{pcdName, 1, 'U', false, PcdFormat::Integer}};
+constexpr PointColumn optionalColumn(std::string_view name, std::string_view pcdName) {
+  return {name, name, valueOf<Field>, CellFormat::Integer, PcdField{pcdName, 1, 'U', false, PcdFormat::Integer}};
 }
 
 constexpr std::array optionalRows{
@@ -73,62 +68,49 @@ constexpr std::array optionalRows{
     optionalColumn<fields::peak>("Peak", "Peak"),
 };
 
-QString text(std::string_view view)
-{
-    return QString::fromLatin1(view.data(), static_cast<int>(view.size()));
+QString text(std::string_view view) { return QString::fromLatin1(view.data(), static_cast<int>(view.size())); }
+
+}  // namespace
+
+std::span<const PointColumn> baseColumns() { return baseColumnRows; }
+
+std::span<const PointColumn> basePcdFields() { return basePcdRows; }
+
+std::span<const PointColumn> optionalColumns() { return optionalRows; }
+
+const PointColumn *findColumn(std::span<const PointColumn> columns, std::string_view name) {
+  const auto column =
+      std::find_if(columns.begin(), columns.end(), [&](const PointColumn &c) { return c.name == name; });
+  return column != columns.end() ? &*column : nullptr;
 }
 
-} // namespace
-
-std::span<const PointColumn> baseColumns()
-{
-    return baseColumnRows;
-}
-
-std::span<const PointColumn> basePcdFields()
-{
-    return basePcdRows;
-}
-
-std::span<const PointColumn> optionalColumns()
-{
-    return optionalRows;
-}
-
-const PointColumn* findColumn(std::span<const PointColumn> columns, std::string_view name)
-{
-    const auto column = std::find_if(columns.begin(), columns.end(), [&](const PointColumn& c) { return c.name == name; });
-    return column != columns.end() ? &*column : nullptr;
-}
-
-PcdFieldRecord makePcdField(const PointColumn& column)
-{
-    const PcdField& field = *column.pcd;
-    PcdFieldRecord record{text(field.name), field.size, QString(QLatin1Char(field.type)), 1, field.enabled, {}};
-    switch (field.format) {
+PcdFieldRecord makePcdField(const PointColumn &column) {
+  const PcdField &field = *column.pcd;
+  PcdFieldRecord record{text(field.name), field.size, QString(QLatin1Char(field.type)), 1, field.enabled, {}};
+  switch (field.format) {
     case PcdFormat::Integer:
-        record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
-            file << static_cast<std::int64_t>(value(point));
-        };
-        break;
+      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
+        file << static_cast<std::int64_t>(value(point));
+      };
+      break;
     case PcdFormat::Float:
-        record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
-            file << static_cast<float>(value(point));
-        };
-        break;
+      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
+        file << static_cast<float>(value(point));
+      };
+      break;
     case PcdFormat::FiveDecimals:
-        record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
-            file << QByteArray::number(value(point), 'f', 5).constData();
-        };
-        break;
+      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
+        file << QByteArray::number(value(point), 'f', 5).constData();
+      };
+      break;
     case PcdFormat::Seconds:
-        // The stream keeps this form for what is written behind it.
-        record.write = [value = column.value](const SDKPointInfo& point, std::ofstream& file) {
-            file << std::fixed << std::setprecision(6) << value(point);
-        };
-        break;
-    }
-    return record;
+      // The stream keeps this form for what is written behind it.
+      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
+        file << std::fixed << std::setprecision(6) << value(point);
+      };
+      break;
+  }
+  return record;
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

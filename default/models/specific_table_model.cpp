@@ -11,171 +11,116 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-QHash<int, QByteArray> displayRole()
-{
-    return {{Qt::DisplayRole, QByteArrayLiteral("display")}};
-}
+QHash<int, QByteArray> displayRole() { return {{Qt::DisplayRole, QByteArrayLiteral("display")}}; }
 
-} // namespace
+}  // namespace
 
-void RowSelection::select(int x, int y)
-{
-    if (x >= 0 && y < 0) {
-        if (x < rows()) {
-            auto& mark = m_selected[static_cast<std::size_t>(x)];
-            mark = mark != 0 ? 0 : 1;
-        }
-        return;
+void RowSelection::select(int x, int y) {
+  if (x >= 0 && y < 0) {
+    if (x < rows()) {
+      auto &mark = m_selected[static_cast<std::size_t>(x)];
+      mark = mark != 0 ? 0 : 1;
     }
-    std::fill(m_selected.begin(), m_selected.end(), 0);
-    if (y < 0)
-        return;
-    const int first = x < 0 ? y : std::min(x, y);
-    const int last = std::min(x < 0 ? y : std::max(x, y), rows() - 1);
-    for (int row = first; row <= last; ++row)
-        m_selected[static_cast<std::size_t>(row)] = 1;
+    return;
+  }
+  std::fill(m_selected.begin(), m_selected.end(), 0);
+  if (y < 0) return;
+  const int first = x < 0 ? y : std::min(x, y);
+  const int last = std::min(x < 0 ? y : std::max(x, y), rows() - 1);
+  for (int row = first; row <= last; ++row) m_selected[static_cast<std::size_t>(row)] = 1;
 }
 
-QVariantList RowSelection::toList() const
-{
-    QVariantList list;
-    list.reserve(rows());
-    for (const unsigned char selected : m_selected)
-        list.append(selected != 0);
-    return list;
+QVariantList RowSelection::toList() const {
+  QVariantList list;
+  list.reserve(rows());
+  for (const unsigned char selected : m_selected) list.append(selected != 0);
+  return list;
 }
 
-ChannelModel::ChannelModel(QObject* parent, int rowCount, QStringList headers, Cell cell)
-    : QAbstractTableModel(parent), m_rowCount(rowCount), m_headers(std::move(headers)), m_cell(std::move(cell))
-{
-    if (rowCount > selectableRows)
-        SKARN_LOG(LogLevel::Error, "error: row_selected_.size() < row");
+ChannelModel::ChannelModel(QObject *parent, int rowCount, QStringList headers, Cell cell)
+    : QAbstractTableModel(parent), m_rowCount(rowCount), m_headers(std::move(headers)), m_cell(std::move(cell)) {
+  if (rowCount > selectableRows) SKARN_LOG(LogLevel::Error, "error: row_selected_.size() < row");
 }
 
-int ChannelModel::rowCount(const QModelIndex&) const
-{
-    return m_rowCount;
+int ChannelModel::rowCount(const QModelIndex &) const { return m_rowCount; }
+
+int ChannelModel::columnCount(const QModelIndex &) const { return m_headers.size(); }
+
+QVariant ChannelModel::data(const QModelIndex &index, int role) const {
+  if (role == Qt::DisplayRole) return m_cell(index.row(), index.column());
+  if (role == Qt::BackgroundRole) return m_selection.isSelected(index.row());
+  return {};
 }
 
-int ChannelModel::columnCount(const QModelIndex&) const
-{
-    return m_headers.size();
+QHash<int, QByteArray> ChannelModel::roleNames() const {
+  auto roles = displayRole();
+  roles.insert(Qt::BackgroundRole, QByteArrayLiteral("background"));
+  return roles;
 }
 
-QVariant ChannelModel::data(const QModelIndex& index, int role) const
-{
-    if (role == Qt::DisplayRole)
-        return m_cell(index.row(), index.column());
-    if (role == Qt::BackgroundRole)
-        return m_selection.isSelected(index.row());
-    return {};
+void ChannelModel::refresh() {
+  beginResetModel();
+  endResetModel();
 }
 
-QHash<int, QByteArray> ChannelModel::roleNames() const
-{
-    auto roles = displayRole();
-    roles.insert(Qt::BackgroundRole, QByteArrayLiteral("background"));
-    return roles;
+ColumnModel::ColumnModel(QObject *parent, QStringList headers, Cell cell)
+    : ChannelModel(parent, selectableRows, std::move(headers), std::move(cell)) {}
+
+SpreadSheetModel::SpreadSheetModel(QObject *parent, QVector<ColumnRecord> columns)
+    : QAbstractTableModel(parent), m_columns(std::move(columns)) {}
+
+int SpreadSheetModel::rowCount(const QModelIndex &) const { return m_rowCount; }
+
+int SpreadSheetModel::columnCount(const QModelIndex &) const { return m_columns.size(); }
+
+QVariant SpreadSheetModel::data(const QModelIndex &index, int) const {
+  if (index.column() < 0 || index.column() >= m_columns.size()) return {};
+  return m_columns.at(index.column()).value(index.row());
 }
 
-void ChannelModel::refresh()
-{
-    beginResetModel();
-    endResetModel();
+QHash<int, QByteArray> SpreadSheetModel::roleNames() const { return displayRole(); }
+
+void SpreadSheetModel::reload() {
+  beginResetModel();
+  endResetModel();
 }
 
-ColumnModel::ColumnModel(QObject* parent, QStringList headers, Cell cell)
-    : ChannelModel(parent, selectableRows, std::move(headers), std::move(cell))
-{
+QStringList SpreadSheetModel::columnNames() const {
+  QStringList names;
+  for (const ColumnRecord &column : m_columns) names.append(column.title);
+  return names;
 }
 
-SpreadSheetModel::SpreadSheetModel(QObject* parent, QVector<ColumnRecord> columns)
-    : QAbstractTableModel(parent), m_columns(std::move(columns))
-{
+void SpreadSheetModel::insertColumn(ColumnRecord record, int position) {
+  const bool inside = position >= 0 && position < m_columns.size();
+  m_columns.insert(inside ? position : m_columns.size(), std::move(record));
+  Q_EMIT columnNamesChanged();
 }
 
-int SpreadSheetModel::rowCount(const QModelIndex&) const
-{
-    return m_rowCount;
+void SpreadSheetModel::removeColumn(const QString &title) {
+  const auto column = std::find_if(m_columns.begin(), m_columns.end(),
+                                   [&](const ColumnRecord &record) { return record.title == title; });
+  if (column != m_columns.end()) m_columns.erase(column);
+  Q_EMIT columnNamesChanged();
 }
 
-int SpreadSheetModel::columnCount(const QModelIndex&) const
-{
-    return m_columns.size();
+MonitorModel::MonitorModel(QObject *parent, int columnCount, QStringList columnNames, Cell cell)
+    : QAbstractTableModel(parent),
+      m_columnCount(columnCount),
+      m_columnNames(std::move(columnNames)),
+      m_cell(std::move(cell)) {}
+
+int MonitorModel::rowCount(const QModelIndex &) const { return m_rowCount; }
+
+int MonitorModel::columnCount(const QModelIndex &) const { return m_columnCount; }
+
+void MonitorModel::reload() {
+  beginResetModel();
+  endResetModel();
 }
 
-QVariant SpreadSheetModel::data(const QModelIndex& index, int) const
-{
-    if (index.column() < 0 || index.column() >= m_columns.size())
-        return {};
-    return m_columns.at(index.column()).value(index.row());
-}
+QVariant MonitorModel::data(const QModelIndex &index, int) const { return m_cell(index.row(), index.column()); }
 
-QHash<int, QByteArray> SpreadSheetModel::roleNames() const
-{
-    return displayRole();
-}
+QHash<int, QByteArray> MonitorModel::roleNames() const { return displayRole(); }
 
-void SpreadSheetModel::reload()
-{
-    beginResetModel();
-    endResetModel();
-}
-
-QStringList SpreadSheetModel::columnNames() const
-{
-    QStringList names;
-    for (const ColumnRecord& column : m_columns)
-        names.append(column.title);
-    return names;
-}
-
-void SpreadSheetModel::insertColumn(ColumnRecord record, int position)
-{
-    const bool inside = position >= 0 && position < m_columns.size();
-    m_columns.insert(inside ? position : m_columns.size(), std::move(record));
-    Q_EMIT columnNamesChanged();
-}
-
-void SpreadSheetModel::removeColumn(const QString& title)
-{
-    const auto column = std::find_if(m_columns.begin(), m_columns.end(),
-                                     [&](const ColumnRecord& record) { return record.title == title; });
-    if (column != m_columns.end())
-        m_columns.erase(column);
-    Q_EMIT columnNamesChanged();
-}
-
-MonitorModel::MonitorModel(QObject* parent, int columnCount, QStringList columnNames, Cell cell)
-    : QAbstractTableModel(parent), m_columnCount(columnCount), m_columnNames(std::move(columnNames)),
-      m_cell(std::move(cell))
-{
-}
-
-int MonitorModel::rowCount(const QModelIndex&) const
-{
-    return m_rowCount;
-}
-
-int MonitorModel::columnCount(const QModelIndex&) const
-{
-    return m_columnCount;
-}
-
-void MonitorModel::reload()
-{
-    beginResetModel();
-    endResetModel();
-}
-
-QVariant MonitorModel::data(const QModelIndex& index, int) const
-{
-    return m_cell(index.row(), index.column());
-}
-
-QHash<int, QByteArray> MonitorModel::roleNames() const
-{
-    return displayRole();
-}
-
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -10,18 +10,18 @@ namespace tarvo::skarnvisor {
 /// slot may set a property, and with it take the same lock, without waiting for itself.
 /// An inner scope hands what it holds to the outer one.
 class AnnouncementScope {
-public:
-    AnnouncementScope();
-    ~AnnouncementScope();
-    AnnouncementScope(const AnnouncementScope&) = delete;
-    AnnouncementScope& operator=(const AnnouncementScope&) = delete;
+ public:
+  AnnouncementScope();
+  ~AnnouncementScope();
+  AnnouncementScope(const AnnouncementScope &) = delete;
+  AnnouncementScope &operator=(const AnnouncementScope &) = delete;
 
-    /// Runs `announcement` at the end of the thread's outermost scope, or at once without a scope.
-    static void announce(std::function<void()> announcement);
+  /// Runs `announcement` at the end of the thread's outermost scope, or at once without a scope.
+  static void announce(std::function<void()> announcement);
 
-private:
-    AnnouncementScope* m_outer;
-    std::vector<std::function<void()>> m_held;
+ private:
+  AnnouncementScope *m_outer;
+  std::vector<std::function<void()>> m_held;
 };
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -10,10 +10,10 @@ namespace tarvo::skarnvisor {
 /// How points are coloured: the colour modes, the camera scale and the area remap, each a plain value that
 /// setters replace and a frame takes once.
 struct ColorSettings {
-    Snapshot<ColorTable> table;
-    Snapshot<RgbScale> scale;
-    Snapshot<AreaRemap> areaRemap;
-    Relaxed<bool> rgbType{false}; ///< the lidar has a camera
+  Snapshot<ColorTable> table;
+  Snapshot<RgbScale> scale;
+  Snapshot<AreaRemap> areaRemap;
+  Relaxed<bool> rgbType{false};  ///< the lidar has a camera
 };
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

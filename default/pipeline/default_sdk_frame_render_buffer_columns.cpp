@@ -10,60 +10,48 @@ SKARN_LOG_SOURCE("default/default_sdk_parser");
 
 namespace tarvo::skarnvisor {
 
-void DefaultSDKFrameRenderBuffer::addColumn(const PointColumn& column, int position)
-{
-    if (!column.title.empty())
-        m_spreadSheetModel->insertColumn(makeColumn(column, m_picture, m_settings.detailDecimals), position);
-    if (column.pcd)
-        m_pcdFields.append(makePcdField(column));
+void DefaultSDKFrameRenderBuffer::addColumn(const PointColumn &column, int position) {
+  if (!column.title.empty())
+    m_spreadSheetModel->insertColumn(makeColumn(column, m_picture, m_settings.detailDecimals), position);
+  if (column.pcd) m_pcdFields.append(makePcdField(column));
 }
 
-void DefaultSDKFrameRenderBuffer::addColumnAttribute(std::string name, int position)
-{
-    if (const PointColumn* const column = findColumn(optionalColumns(), name))
-        addColumn(*column, position);
-    else
-        SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
+void DefaultSDKFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
+  if (const PointColumn *const column = findColumn(optionalColumns(), name))
+    addColumn(*column, position);
+  else
+    SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-void DefaultSDKFrameRenderBuffer::removeColumnAttribute(std::string name)
-{
-    if (name != "Ch")
-        return;
-    const QString title = QString::fromStdString(name);
-    m_spreadSheetModel->removeColumn(title);
-    const auto field = std::find_if(m_pcdFields.begin(), m_pcdFields.end(),
-                                    [&](const PcdFieldRecord& record) { return record.name == title; });
-    if (field != m_pcdFields.end())
-        m_pcdFields.erase(field);
+void DefaultSDKFrameRenderBuffer::removeColumnAttribute(std::string name) {
+  if (name != "Ch") return;
+  const QString title = QString::fromStdString(name);
+  m_spreadSheetModel->removeColumn(title);
+  const auto field = std::find_if(m_pcdFields.begin(), m_pcdFields.end(),
+                                  [&](const PcdFieldRecord &record) { return record.name == title; });
+  if (field != m_pcdFields.end()) m_pcdFields.erase(field);
 }
 
-bool DefaultSDKFrameRenderBuffer::getPcdFieldEnabled(int index) const
-{
-    return index >= 0 && index < m_pcdFields.size() && m_pcdFields.at(index).enabled;
+bool DefaultSDKFrameRenderBuffer::getPcdFieldEnabled(int index) const {
+  return index >= 0 && index < m_pcdFields.size() && m_pcdFields.at(index).enabled;
 }
 
-void DefaultSDKFrameRenderBuffer::setPcdFieldEnabled(int index, bool enabled)
-{
-    if (index >= 0 && index < m_pcdFields.size())
-        m_pcdFields[index].enabled = enabled;
+void DefaultSDKFrameRenderBuffer::setPcdFieldEnabled(int index, bool enabled) {
+  if (index >= 0 && index < m_pcdFields.size()) m_pcdFields[index].enabled = enabled;
 }
 
-QStringList DefaultSDKFrameRenderBuffer::getPcdFieldListString() const
-{
-    QStringList names;
-    for (const PcdFieldRecord& field : m_pcdFields)
-        names.append(field.name);
-    return names;
+QStringList DefaultSDKFrameRenderBuffer::getPcdFieldListString() const {
+  QStringList names;
+  for (const PcdFieldRecord &field : m_pcdFields) names.append(field.name);
+  return names;
 }
 
-void DefaultSDKFrameRenderBuffer::detailDataUpdata()
-{
-    constexpr int shortDecimals = 3;
-    constexpr int longDecimals = 6;
-    m_settings.detailDecimals = m_settings.detailDecimals == shortDecimals ? longDecimals : shortDecimals;
-    refreshSelection();
-    announce(&DefaultSDKFrameRenderBuffer::spreadSheetModelChanged);
+void DefaultSDKFrameRenderBuffer::detailDataUpdata() {
+  constexpr int shortDecimals = 3;
+  constexpr int longDecimals = 6;
+  m_settings.detailDecimals = m_settings.detailDecimals == shortDecimals ? longDecimals : shortDecimals;
+  refreshSelection();
+  announce(&DefaultSDKFrameRenderBuffer::spreadSheetModelChanged);
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

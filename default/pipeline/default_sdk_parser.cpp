@@ -26,258 +26,220 @@ namespace {
 constexpr int cameraMode = 1;
 
 /// True once a wall-clock second in the whole process, and not the first time.
-bool monitorSecondHasPassed()
-{
-    static std::atomic<qint64> last{-1};
-    const qint64 now = QDateTime::currentDateTime().toSecsSinceEpoch();
-    qint64 seen = -1;
-    if (last.compare_exchange_strong(seen, now))
-        return false;
-    return now > seen && last.compare_exchange_strong(seen, now);
+bool monitorSecondHasPassed() {
+  static std::atomic<qint64> last{-1};
+  const qint64 now = QDateTime::currentDateTime().toSecsSinceEpoch();
+  qint64 seen = -1;
+  if (last.compare_exchange_strong(seen, now)) return false;
+  return now > seen && last.compare_exchange_strong(seen, now);
 }
 
-} // namespace
+}  // namespace
 
-DefaultSDKParser::DefaultSDKParser(QObject* parent) : Functor(parent)
-{
-    takeOver(new DefaultSDKFrameRenderBuffer(this));
+DefaultSDKParser::DefaultSDKParser(QObject *parent) : Functor(parent) {
+  takeOver(new DefaultSDKFrameRenderBuffer(this));
 }
 
 DefaultSDKParser::DefaultSDKParser() : DefaultSDKParser(nullptr) {}
 
-DefaultSDKParser::DefaultSDKParser(QObject* parent, DefaultSDKFrameRenderBuffer* buffer) : Functor(parent)
-{
-    takeOver(buffer);
+DefaultSDKParser::DefaultSDKParser(QObject *parent, DefaultSDKFrameRenderBuffer *buffer) : Functor(parent) {
+  takeOver(buffer);
 }
 
 DefaultSDKParser::~DefaultSDKParser() = default;
 
-void DefaultSDKParser::takeOver(DefaultSDKFrameRenderBuffer* buffer)
-{
-    if (buffer != nullptr)
-        buffer->setParent(this);
-    m_renderBuffer.reset(buffer);
+void DefaultSDKParser::takeOver(DefaultSDKFrameRenderBuffer *buffer) {
+  if (buffer != nullptr) buffer->setParent(this);
+  m_renderBuffer.reset(buffer);
 }
 
-DefaultSDKFrameRenderBuffer* DefaultSDKParser::defaultSDKFrameBuffer() const
-{
-    return m_renderBuffer.data();
+DefaultSDKFrameRenderBuffer *DefaultSDKParser::defaultSDKFrameBuffer() const { return m_renderBuffer.data(); }
+
+void DefaultSDKParser::operator()() {
+  DefaultSDKFrameRenderBuffer *const rb = defaultSDKFrameBuffer();
+  if (rb == nullptr) return;
+  const AnnouncementScope scope;
+  const std::lock_guard lock(rb->m_parseMutex);
+  parseLocked();
 }
 
-void DefaultSDKParser::operator()()
-{
-    DefaultSDKFrameRenderBuffer* const rb = defaultSDKFrameBuffer();
-    if (rb == nullptr)
-        return;
-    const AnnouncementScope scope;
-    const std::lock_guard lock(rb->m_parseMutex);
-    parseLocked();
+void DefaultSDKParser::parseLocked() {
+  DefaultSDKFrameRenderBuffer &rb = *defaultSDKFrameBuffer();
+  SDKSource *const source = rb.source();
+  if (!hasWork(rb, source)) return;
+  rb.m_reparseOwed = false;
+
+  rb.checkAndExportFromPcap();
+  rb.m_settings.title.set(source->sourceTitle);
+  SvSdkRuntime *const runtime = source->runtime;
+  if (runtime == nullptr) return;
+  prepareCorrections(rb, *runtime);
+  auto *const frame = runtime->DecodeFrame();
+  if (frame == nullptr) return;
+  const FrameHead head = readHead(*frame);
+  updateMonitor(rb, *source, *frame);
+  updateSideModels(rb, *source, head);
+  updateFaults(rb, *source);
+  rb.m_picture.setCapacity(head.capacity);
+  followBlindChannels(rb, source->rgbMode);
+  if (rb.m_hooks.frame) rb.m_hooks.frame(*frame);
+
+  const std::optional<ParsedFrame> parsed = parsePoints(rb, *source, head);
+  if (!parsed) return;
+  finishFrame(rb, *parsed);
 }
 
-void DefaultSDKParser::parseLocked()
-{
-    DefaultSDKFrameRenderBuffer& rb = *defaultSDKFrameBuffer();
-    SDKSource* const source = rb.source();
-    if (!hasWork(rb, source))
-        return;
-    rb.m_reparseOwed = false;
-
-    rb.checkAndExportFromPcap();
-    rb.m_settings.title.set(source->sourceTitle);
-    SvSdkRuntime* const runtime = source->runtime;
-    if (runtime == nullptr)
-        return;
-    prepareCorrections(rb, *runtime);
-    auto* const frame = runtime->DecodeFrame();
-    if (frame == nullptr)
-        return;
-    const FrameHead head = readHead(*frame);
-    updateMonitor(rb, *source, *frame);
-    updateSideModels(rb, *source, head);
-    updateFaults(rb, *source);
-    rb.m_picture.setCapacity(head.capacity);
-    followBlindChannels(rb, source->rgbMode);
-    if (rb.m_hooks.frame)
-        rb.m_hooks.frame(*frame);
-
-    const std::optional<ParsedFrame> parsed = parsePoints(rb, *source, head);
-    if (!parsed)
-        return;
-    finishFrame(rb, *parsed);
+bool DefaultSDKParser::hasWork(DefaultSDKFrameRenderBuffer &rb, const SDKSource *source) const {
+  const bool forced = rb.m_flow.forceReparse || rb.m_reparseOwed;
+  if (rb.m_flow.skipParse.exchange(false) && !forced) return false;
+  if (rb.m_flow.frameAllocationBusy || source == nullptr) return false;
+  return source->pointCount > 0 || forced;
 }
 
-bool DefaultSDKParser::hasWork(DefaultSDKFrameRenderBuffer& rb, const SDKSource* source) const
-{
-    const bool forced = rb.m_flow.forceReparse || rb.m_reparseOwed;
-    if (rb.m_flow.skipParse.exchange(false) && !forced)
-        return false;
-    if (rb.m_flow.frameAllocationBusy || source == nullptr)
-        return false;
-    return source->pointCount > 0 || forced;
+void DefaultSDKParser::prepareCorrections(DefaultSDKFrameRenderBuffer &rb, SvSdkRuntime &runtime) const {
+  CorrectionView &view = rb.m_correctionView;
+  if (!runtime.IsCorrectionLoadSuccess()) {
+    if (!rb.m_correctionWarned.exchange(true))
+      SKARN_LOG(LogLevel::Error, "Please load the correction file, otherwise the image will be abnormal.");
+    return;
+  }
+  if (view.displayed != nullptr) return;
+  float *azimuths = nullptr;
+  float *elevations = nullptr;
+  bool *displayed = nullptr;
+  if (!runtime.GetCorrectionView(&azimuths, &elevations, &displayed)) return;
+  view.channels = runtime.GetCorrectionViewCapacity();
+  view.azimuths = azimuths;
+  view.elevations = elevations;
+  view.displayed = displayed;
 }
 
-void DefaultSDKParser::prepareCorrections(DefaultSDKFrameRenderBuffer& rb, SvSdkRuntime& runtime) const
-{
-    CorrectionView& view = rb.m_correctionView;
-    if (!runtime.IsCorrectionLoadSuccess()) {
-        if (!rb.m_correctionWarned.exchange(true))
-            SKARN_LOG(LogLevel::Error, "Please load the correction file, otherwise the image will be abnormal.");
-        return;
-    }
-    if (view.displayed != nullptr)
-        return;
-    float* azimuths = nullptr;
-    float* elevations = nullptr;
-    bool* displayed = nullptr;
-    if (!runtime.GetCorrectionView(&azimuths, &elevations, &displayed))
-        return;
-    view.channels = runtime.GetCorrectionViewCapacity();
-    view.azimuths = azimuths;
-    view.elevations = elevations;
-    view.displayed = displayed;
+DefaultSDKParser::FrameHead DefaultSDKParser::readHead(DefaultSDKFrameRenderBuffer::Frame &frame) const {
+  const std::lock_guard lock(frame.mutex);
+  FrameHead head;
+  head.capacity = std::size_t{frame.packetCapacity} * frame.pointsPerPacket;
+  head.lasers = frame.laserCount;
+  head.channels = frame.channelCount != 0 ? frame.channelCount : frame.laserCount;
+  head.returnMode = frame.returnMode;
+  head.selectedEcho = frame.selectedEcho;
+  head.motorSpeed = frame.motorSpeed;
+  return head;
 }
 
-DefaultSDKParser::FrameHead DefaultSDKParser::readHead(DefaultSDKFrameRenderBuffer::Frame& frame) const
-{
+void DefaultSDKParser::updateMonitor(DefaultSDKFrameRenderBuffer &rb, const SDKSource &source,
+                                     DefaultSDKFrameRenderBuffer::Frame &frame) const {
+  if (!rb.m_settings.monitorViewEnabled) return;
+  std::array<std::uint8_t, 2310> block;
+  static_assert(sizeof(block) == sizeof(frame.deviceStatus));
+  {
     const std::lock_guard lock(frame.mutex);
-    FrameHead head;
-    head.capacity = std::size_t{frame.packetCapacity} * frame.pointsPerPacket;
-    head.lasers = frame.laserCount;
-    head.channels = frame.channelCount != 0 ? frame.channelCount : frame.laserCount;
-    head.returnMode = frame.returnMode;
-    head.selectedEcho = frame.selectedEcho;
-    head.motorSpeed = frame.motorSpeed;
-    return head;
+    block = frame.deviceStatus;
+  }
+  if (block[0] == 0 || (source.playState->playing && !monitorSecondHasPassed())) return;
+  rb.updateMonitor(block.data());
 }
 
-void DefaultSDKParser::updateMonitor(DefaultSDKFrameRenderBuffer& rb, const SDKSource& source,
-                                     DefaultSDKFrameRenderBuffer::Frame& frame) const
-{
-    if (!rb.m_settings.monitorViewEnabled)
-        return;
-    std::array<std::uint8_t, 2310> block;
-    static_assert(sizeof(block) == sizeof(frame.deviceStatus));
-    {
-        const std::lock_guard lock(frame.mutex);
-        block = frame.deviceStatus;
-    }
-    if (block[0] == 0 || (source.playState->playing && !monitorSecondHasPassed()))
-        return;
-    rb.updateMonitor(block.data());
-}
-
-void DefaultSDKParser::updateSideModels(DefaultSDKFrameRenderBuffer& rb, SDKSource& source, const FrameHead& head) const
-{
-    if (rb.m_echoModel.storeReturnMode(head.returnMode))
-        AnnouncementScope::announce([&model = rb.m_echoModel] { Q_EMIT model.echoTitlesChanged(); });
-    {
-        const std::lock_guard lock(source.frameLock);
-        rb.updateImu(source.imuSamples);
-    }
-    rb.setChannelCounts(head.lasers, head.channels);
-    rb.m_motorSpeed = head.motorSpeed;
-}
-
-void DefaultSDKParser::updateFaults(DefaultSDKFrameRenderBuffer& rb, SDKSource& source) const
-{
-    const std::lock_guard lock(source.statusMutex);
-    if (rb.m_settings.faultmessageViewEnabled && source.statusPacketCount > 0 && source.statusPackets != nullptr)
-        rb.updateFaultMessages(source.statusPackets, source.statusPacketCount);
-    source.statusPacketCount = 0;
-}
-
-void DefaultSDKParser::followBlindChannels(DefaultSDKFrameRenderBuffer& rb, int rgbMode) const
-{
-    if (!rb.traits().denseCamera)
-        return;
-    const bool blind = rgbMode != cameraMode;
-    const bool checkChanged = rb.m_settings.blindChannelCheck.exchange(blind) != blind;
-    const bool useChanged = rb.m_capabilities.useBlindChannels.exchange(blind) != blind;
-    if (checkChanged || useChanged)
-        rb.announce(&DefaultSDKFrameRenderBuffer::qmlControlChanged);
-}
-
-bool DefaultSDKParser::fitCanvas(DefaultSDKFrameRenderBuffer& rb, std::size_t& pointNum) const
-{
-    CanvasRing& ring = rb.m_ring;
-    ring.enterNextGroup();
-    const std::size_t room = ring.room();
-    if (!ring.active() || pointNum <= room)
-        return true;
-    const int offset = ring.canvasOffset;
-    const auto bufferSize = static_cast<std::size_t>(ring.canvasBufferSize.load());
-    if (room == 0) {
-        SKARN_LOG(LogLevel::Warning,
-                  "Multi-canvas buffer full: offset=%d, point_num=%zu, buffer_size=%zu. Skipping frame.", offset,
-                  pointNum, bufferSize);
-        rb.announce(&DefaultSDKFrameRenderBuffer::someSignalReceived);
-        return false;
-    }
-    SKARN_LOG(LogLevel::Warning,
-              "Multi-canvas buffer overflow prevented: offset=%d, point_num=%zu, buffer_size=%zu. Truncating to %zu points.",
-              offset, pointNum, bufferSize, room);
-    pointNum = room;
-    return true;
-}
-
-std::optional<DefaultSDKParser::ParsedFrame>
-DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer& rb, SDKSource& source, const FrameHead& head) const
-{
+void DefaultSDKParser::updateSideModels(DefaultSDKFrameRenderBuffer &rb, SDKSource &source,
+                                        const FrameHead &head) const {
+  if (rb.m_echoModel.storeReturnMode(head.returnMode))
+    AnnouncementScope::announce([&model = rb.m_echoModel] { Q_EMIT model.echoTitlesChanged(); });
+  {
     const std::lock_guard lock(source.frameLock);
-    FramePicture& picture = rb.m_picture;
-    ParsedFrame parsed;
-    parsed.pointCount = source.pointCount;
-    const int lasers = rb.m_colors.rgbType ? 0 : source.laserPointCount.load();
-    std::size_t pointNum = std::min(static_cast<std::size_t>(std::max(parsed.pointCount, 0)), source.points.size());
-    if (!fitCanvas(rb, pointNum))
-        return {};
-    const auto points = std::span(source.points).first(pointNum);
-    if (rb.useRgbMode() && rb.m_colors.scale.take()->autoScaleOn() && rb.autoScaleFrom(points))
-        rb.announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
-    if (source.fastPathDone.exchange(false)) {
-        picture.publishFast(parsed.pointCount, lasers);
-        parsed.fastPath = true;
-        return parsed;
-    }
-
-    picture.fitWork(pointNum);
-    const auto mask = rb.growAreaMask(pointNum);
-    PointPassSettings settings = rb.passSettings();
-    settings.areaMask = {picture.areaFlags, *mask};
-    settings.selectedEcho = rb.traits().echoGate ? head.selectedEcho : 0;
-    settings.remakeEnabled = rb.m_settings.remakeEnabled;
-    settings.remakeKeepsPosition = source.rgbMode == cameraMode;
-    settings.remake = RemakeFold(source.remakeWidth, source.mergedFrames, parsed.pointCount);
-    settings.areaRemap = rb.m_colors.areaRemap.copy();
-    settings.pointSeenHook = rb.m_hooks.pointSeen;
-    if (!rb.m_colors.rgbType)
-        fillLaserTable(picture.workLasers, settings.colors, points, lasers);
-
-    const PointPass pass(std::move(settings));
-    const bool anyShown = runPointPass(global_executor(), pass,
-                                       {.points = points.data(),
-                                        .count = pointNum,
-                                        .vertices = picture.workVertices.data(),
-                                        .store = picture.workStore.data(),
-                                        .firstPosition = rb.m_ring.firstPosition()});
-    // A frame without a visible point leaves an earlier picture as it is.
-    if (!anyShown && pointNum != 0 && picture.primitiveCount >= 1) {
-        picture.withhold(rb.m_ring, pointNum);
-        return {};
-    }
-    picture.publish(rb.m_ring, pointNum, parsed.pointCount, lasers);
-    return parsed;
+    rb.updateImu(source.imuSamples);
+  }
+  rb.setChannelCounts(head.lasers, head.channels);
+  rb.m_motorSpeed = head.motorSpeed;
 }
 
-void DefaultSDKParser::finishFrame(DefaultSDKFrameRenderBuffer& rb, const ParsedFrame& parsed) const
-{
-    if (!parsed.fastPath && rb.m_hooks.frameEnd)
-        rb.m_hooks.frameEnd();
-    rb.refreshSpreadSheetDisplay();
-    rb.m_ring.commit(parsed.pointCount);
-    if (!parsed.fastPath)
-        rb.updateRgbOverlay();
+void DefaultSDKParser::updateFaults(DefaultSDKFrameRenderBuffer &rb, SDKSource &source) const {
+  const std::lock_guard lock(source.statusMutex);
+  if (rb.m_settings.faultmessageViewEnabled && source.statusPacketCount > 0 && source.statusPackets != nullptr)
+    rb.updateFaultMessages(source.statusPackets, source.statusPacketCount);
+  source.statusPacketCount = 0;
+}
+
+void DefaultSDKParser::followBlindChannels(DefaultSDKFrameRenderBuffer &rb, int rgbMode) const {
+  if (!rb.traits().denseCamera) return;
+  const bool blind = rgbMode != cameraMode;
+  const bool checkChanged = rb.m_settings.blindChannelCheck.exchange(blind) != blind;
+  const bool useChanged = rb.m_capabilities.useBlindChannels.exchange(blind) != blind;
+  if (checkChanged || useChanged) rb.announce(&DefaultSDKFrameRenderBuffer::qmlControlChanged);
+}
+
+bool DefaultSDKParser::fitCanvas(DefaultSDKFrameRenderBuffer &rb, std::size_t &pointNum) const {
+  CanvasRing &ring = rb.m_ring;
+  ring.enterNextGroup();
+  const std::size_t room = ring.room();
+  if (!ring.active() || pointNum <= room) return true;
+  const int offset = ring.canvasOffset;
+  const auto bufferSize = static_cast<std::size_t>(ring.canvasBufferSize.load());
+  if (room == 0) {
+    SKARN_LOG(LogLevel::Warning, "Multi-canvas buffer full: offset=%d, point_num=%zu, buffer_size=%zu. Skipping frame.",
+              offset, pointNum, bufferSize);
     rb.announce(&DefaultSDKFrameRenderBuffer::someSignalReceived);
+    return false;
+  }
+  SKARN_LOG(
+      LogLevel::Warning,
+      "Multi-canvas buffer overflow prevented: offset=%d, point_num=%zu, buffer_size=%zu. Truncating to %zu points.",
+      offset, pointNum, bufferSize, room);
+  pointNum = room;
+  return true;
 }
 
-} // namespace tarvo::skarnvisor
+std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer &rb,
+                                                                           SDKSource &source,
+                                                                           const FrameHead &head) const {
+  const std::lock_guard lock(source.frameLock);
+  FramePicture &picture = rb.m_picture;
+  ParsedFrame parsed;
+  parsed.pointCount = source.pointCount;
+  const int lasers = rb.m_colors.rgbType ? 0 : source.laserPointCount.load();
+  std::size_t pointNum = std::min(static_cast<std::size_t>(std::max(parsed.pointCount, 0)), source.points.size());
+  if (!fitCanvas(rb, pointNum)) return {};
+  const auto points = std::span(source.points).first(pointNum);
+  if (rb.useRgbMode() && rb.m_colors.scale.take()->autoScaleOn() && rb.autoScaleFrom(points))
+    rb.announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
+  if (source.fastPathDone.exchange(false)) {
+    picture.publishFast(parsed.pointCount, lasers);
+    parsed.fastPath = true;
+    return parsed;
+  }
+
+  picture.fitWork(pointNum);
+  const auto mask = rb.growAreaMask(pointNum);
+  PointPassSettings settings = rb.passSettings();
+  settings.areaMask = {picture.areaFlags, *mask};
+  settings.selectedEcho = rb.traits().echoGate ? head.selectedEcho : 0;
+  settings.remakeEnabled = rb.m_settings.remakeEnabled;
+  settings.remakeKeepsPosition = source.rgbMode == cameraMode;
+  settings.remake = RemakeFold(source.remakeWidth, source.mergedFrames, parsed.pointCount);
+  settings.areaRemap = rb.m_colors.areaRemap.copy();
+  settings.pointSeenHook = rb.m_hooks.pointSeen;
+  if (!rb.m_colors.rgbType) fillLaserTable(picture.workLasers, settings.colors, points, lasers);
+
+  const PointPass pass(std::move(settings));
+  const bool anyShown = runPointPass(global_executor(), pass,
+                                     {.points = points.data(),
+                                      .count = pointNum,
+                                      .vertices = picture.workVertices.data(),
+                                      .store = picture.workStore.data(),
+                                      .firstPosition = rb.m_ring.firstPosition()});
+  // A frame without a visible point leaves an earlier picture as it is.
+  if (!anyShown && pointNum != 0 && picture.primitiveCount >= 1) {
+    picture.withhold(rb.m_ring, pointNum);
+    return {};
+  }
+  picture.publish(rb.m_ring, pointNum, parsed.pointCount, lasers);
+  return parsed;
+}
+
+void DefaultSDKParser::finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed) const {
+  if (!parsed.fastPath && rb.m_hooks.frameEnd) rb.m_hooks.frameEnd();
+  rb.refreshSpreadSheetDisplay();
+  rb.m_ring.commit(parsed.pointCount);
+  if (!parsed.fastPath) rb.updateRgbOverlay();
+  rb.announce(&DefaultSDKFrameRenderBuffer::someSignalReceived);
+}
+
+}  // namespace tarvo::skarnvisor

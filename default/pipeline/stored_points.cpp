@@ -6,50 +6,45 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-std::optional<FramePicture::Point> pointAtRow(const FramePicture& picture, int row)
-{
-    const std::lock_guard lock(picture.frameMutex);
-    const auto index = static_cast<std::size_t>(row);
-    if (row < 0 || index >= picture.spreadSheetRows.size())
-        return {};
-    const std::size_t position = picture.spreadSheetRows[index];
-    if (position >= picture.frameStore.size())
-        return {};
-    return picture.frameStore[position];
+std::optional<FramePicture::Point> pointAtRow(const FramePicture &picture, int row) {
+  const std::lock_guard lock(picture.frameMutex);
+  const auto index = static_cast<std::size_t>(row);
+  if (row < 0 || index >= picture.spreadSheetRows.size()) return {};
+  const std::size_t position = picture.spreadSheetRows[index];
+  if (position >= picture.frameStore.size()) return {};
+  return picture.frameStore[position];
 }
 
-QVariant cellOf(CellFormat format, double value, int decimals)
-{
-    switch (format) {
+QVariant cellOf(CellFormat format, double value, int decimals) {
+  switch (format) {
     case CellFormat::Integer:
-        return static_cast<int>(value);
+      return static_cast<int>(value);
     case CellFormat::Unsigned:
-        return static_cast<unsigned>(value);
+      return static_cast<unsigned>(value);
     case CellFormat::Decimals:
-        return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' '));
+      return QStringLiteral("%1").arg(value, 0, 'f', decimals, QLatin1Char(' '));
     case CellFormat::FiveDecimals:
-        return QStringLiteral("%1").arg(value, 0, 'f', 5, QLatin1Char(' '));
-    }
-    return {};
+      return QStringLiteral("%1").arg(value, 0, 'f', 5, QLatin1Char(' '));
+  }
+  return {};
 }
 
-} // namespace
+}  // namespace
 
-ColumnRecord makeColumn(const PointColumn& column, const FramePicture& picture, const Relaxed<int>& decimals)
-{
-    const auto valueAt = [value = column.order != nullptr ? column.order : column.value, &picture](int position) {
-        const auto index = static_cast<std::size_t>(position);
-        return index < picture.frameStore.size() ? value(picture.frameStore[index]) : 0.0;
-    };
-    ColumnRecord record;
-    record.title = QString::fromLatin1(column.title.data(), static_cast<int>(column.title.size()));
-    record.value = [value = column.value, format = column.format, &picture, &decimals](int row) {
-        const auto point = pointAtRow(picture, row);
-        return point ? cellOf(format, value(*point), decimals) : QVariant();
-    };
-    record.ascending = [valueAt](int a, int b) { return valueAt(a) < valueAt(b); };
-    record.descending = [valueAt](int a, int b) { return valueAt(a) > valueAt(b); };
-    return record;
+ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, const Relaxed<int> &decimals) {
+  const auto valueAt = [value = column.order != nullptr ? column.order : column.value, &picture](int position) {
+    const auto index = static_cast<std::size_t>(position);
+    return index < picture.frameStore.size() ? value(picture.frameStore[index]) : 0.0;
+  };
+  ColumnRecord record;
+  record.title = QString::fromLatin1(column.title.data(), static_cast<int>(column.title.size()));
+  record.value = [value = column.value, format = column.format, &picture, &decimals](int row) {
+    const auto point = pointAtRow(picture, row);
+    return point ? cellOf(format, value(*point), decimals) : QVariant();
+  };
+  record.ascending = [valueAt](int a, int b) { return valueAt(a) < valueAt(b); };
+  record.descending = [valueAt](int a, int b) { return valueAt(a) > valueAt(b); };
+  return record;
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -9,6 +9,6 @@ namespace tarvo::skarnvisor {
 /// A column of the point table over the stored points of `picture`. Both arguments outlive the record.
 /// A cell takes the picture's lock for the moment of its reading; the two orders get frame-store positions
 /// and are called under it.
-ColumnRecord makeColumn(const PointColumn& column, const FramePicture& picture, const Relaxed<int>& decimals);
+ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, const Relaxed<int> &decimals);
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -8,8 +8,8 @@ namespace tarvo::skarnvisor {
 namespace {
 
 struct Row {
-    std::string_view type;
-    TypeTraits traits;
+  std::string_view type;
+  TypeTraits traits;
 };
 
 constexpr std::array rows{
@@ -35,12 +35,11 @@ constexpr std::array rows{
     Row{"COLOR_FLD_V11", {.nbqPointLayout = true}},
 };
 
-} // namespace
+}  // namespace
 
-TypeTraits typeTraits(std::string_view lidarType)
-{
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.type == lidarType; });
-    return row != rows.end() ? row->traits : TypeTraits{};
+TypeTraits typeTraits(std::string_view lidarType) {
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row &r) { return r.type == lidarType; });
+  return row != rows.end() ? row->traits : TypeTraits{};
 }
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -8,6 +8,6 @@ namespace tarvo::skarnvisor {
 
 /// Folds a batch of fault packets, six bytes each, into rows: for each field its distinct values in
 /// ascending order, at most 1000. Invalid packets add nothing.
-std::vector<NamedValue> faultRows(const unsigned char* packets, int count);
+std::vector<NamedValue> faultRows(const unsigned char *packets, int count);
 
-} // namespace tarvo::skarnvisor
+}  // namespace tarvo::skarnvisor

@@ -1,9 +1,9 @@
 #include "runtime/session/runtime_session.h"
 
-#include <exception>
-#include <limits>
 #include <algorithm>
 #include <cmath>
+#include <exception>
+#include <limits>
 
 #include "contracts/host/log.h"
 #include "runtime/capture/capture_source.h"
@@ -159,8 +159,8 @@ bool RuntimeSession::Iterate(double begin, double end) {
   if (last < 0 || begin > index.endSeconds()) return false;
   // A window between two frame starts shows the frame that it lies in. One that is hardly longer than a frame, as a
   // cursor just behind a frame's start gives it, shows that frame alone and not the end of the one before with it.
-  const int first = std::max({std::min(index.firstFrom(begin), last), last - framesInside(end - begin, last) + 1,
-                        frames_->oldest()});
+  const int first =
+      std::max({std::min(index.firstFrom(begin), last), last - framesInside(end - begin, last) + 1, frames_->oldest()});
   return first <= last && start(first, last - first + 1);
 }
 

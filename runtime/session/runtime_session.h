@@ -118,11 +118,11 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   std::atomic<bool> ready_{false};  // from then on what the frame source has told is read without a lock
   std::atomic<bool> failed_{false};
   std::atomic<bool> finished_{false};  // nothing more will come
-  mutable std::mutex errorMutex_;  // guards initError_ and captureError_
+  mutable std::mutex errorMutex_;      // guards initError_ and captureError_
   std::string initError_;
   std::string captureError_;
   std::string captureName_;
-  bool live_ = false;  // written before the source's thread begins
+  bool live_ = false;                    // written before the source's thread begins
   StreamDescription description_;        // written once, before ready_
   int port_ = 0;                         // written once, before ready_
   std::unique_ptr<SceneDecoder> scene_;  // written once, before ready_; used by the decoder thread alone

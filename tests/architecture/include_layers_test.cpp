@@ -14,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Layer {
-  std::string folder;                 // path prefix of the files that the row speaks of
+  std::string folder;                   // path prefix of the files that the row speaks of
   std::vector<std::string> mayInclude;  // path prefixes that they may include, beside their own folder
 };
 
@@ -53,8 +53,8 @@ const std::vector<Layer> &layers() {
   return rows;
 }
 
-const std::vector<std::string> kOurFolders = {"contracts", "host",  "runtime", "libtarvo", "retrieval",
-                                              "default",   "app", "tools",   "tests",    "bench"};
+const std::vector<std::string> kOurFolders = {"contracts", "host", "runtime", "libtarvo", "retrieval",
+                                              "default",   "app",  "tools",   "tests",    "bench"};
 
 bool startsWith(const std::string &text, const std::string &prefix) { return text.rfind(prefix, 0) == 0; }
 

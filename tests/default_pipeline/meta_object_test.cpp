@@ -12,10 +12,10 @@ namespace tarvo::skarnvisor::test {
 namespace {
 
 struct PropertyRow {
-    const char* name;
-    const char* type;
-    bool writable;
-    const char* notify; ///< "" for none
+  const char *name;
+  const char *type;
+  bool writable;
+  const char *notify;  ///< "" for none
 };
 
 constexpr PropertyRow properties[]{
@@ -72,63 +72,84 @@ constexpr PropertyRow properties[]{
     {"coordinateTransformYaw", "float", true, "renderStateChanged"},
 };
 
-TEST(MetaObject, PropertiesHaveTheNamesTypesAndSignalsThatQmlBindsTo)
-{
-    const QMetaObject& meta = DefaultSDKFrameRenderBuffer::staticMetaObject;
-    for (const PropertyRow& row : properties) {
-        const int index = meta.indexOfProperty(row.name);
-        ASSERT_GE(index, 0) << row.name;
-        const QMetaProperty property = meta.property(index);
-        EXPECT_STREQ(property.typeName(), row.type) << row.name;
-        EXPECT_EQ(property.isWritable(), row.writable) << row.name;
-        EXPECT_EQ(property.notifySignal().name().toStdString(), row.notify) << row.name;
-    }
+TEST(MetaObject, PropertiesHaveTheNamesTypesAndSignalsThatQmlBindsTo) {
+  const QMetaObject &meta = DefaultSDKFrameRenderBuffer::staticMetaObject;
+  for (const PropertyRow &row : properties) {
+    const int index = meta.indexOfProperty(row.name);
+    ASSERT_GE(index, 0) << row.name;
+    const QMetaProperty property = meta.property(index);
+    EXPECT_STREQ(property.typeName(), row.type) << row.name;
+    EXPECT_EQ(property.isWritable(), row.writable) << row.name;
+    EXPECT_EQ(property.notifySignal().name().toStdString(), row.notify) << row.name;
+  }
 }
 
-TEST(MetaObject, CapabilitiesStartAsTheConstructorLeavesThem)
-{
-    DefaultSDKFrameRenderBuffer rb;
-    for (const char* name :
-         {"monitorViewUseful", "firetimesUseful", "faultmessageViewUsed", "reflectanceMappingFlag", "channelConfigUseful",
-          "dirtyMappingReflectanceUsefulFlag", "frameDurationFlag", "frameNumberFlag", "remakeAndQuantifyFlag",
-          "groundFiterFlag", "d2DViewUsed", "dcfUseful", "nonlinearMappingUseful", "useBlindChannels",
-          "vd8PopoutFilterFlag", "vd2OfflineFilter", "pointCloudSmoothing", "coordinateTransformUseful",
-          "vd2DistanceFilter", "yfnNoiseFilter", "elevationFovFilterFlag", "vd8OffineFilterFlag"}) {
-        const bool onAtStart = std::string(name) == "firetimesUseful" || std::string(name) == "useBlindChannels";
-        EXPECT_EQ(rb.property(name), QVariant(onAtStart)) << name;
-        const auto& meta = *rb.metaObject();
-        EXPECT_EQ(meta.property(meta.indexOfProperty(name)).notifySignal().name(), "qmlControlChanged") << name;
-        EXPECT_TRUE(rb.setCapability(name, !onAtStart)) << name;
-        EXPECT_EQ(rb.property(name), QVariant(!onAtStart)) << name;
-    }
-    rb.setProperty("statusEnabled", true);
-    EXPECT_EQ(rb.property("statusEnabled"), QVariant(false));
-    rb.setStatusEnabled(false);
-    EXPECT_TRUE(rb.status().isEmpty());
-    rb.picture().vertices.assign(5, Vertex{});
-    EXPECT_TRUE(rb.vertex().isEmpty()) << "nothing is counted yet";
-    EXPECT_EQ(rb.stackFrameNum(), 1);
-    EXPECT_DOUBLE_EQ(rb.frameSeconds(), 0.1);
+TEST(MetaObject, CapabilitiesStartAsTheConstructorLeavesThem) {
+  DefaultSDKFrameRenderBuffer rb;
+  for (const char *name : {"monitorViewUseful",      "firetimesUseful",     "faultmessageViewUsed",
+                           "reflectanceMappingFlag", "channelConfigUseful", "dirtyMappingReflectanceUsefulFlag",
+                           "frameDurationFlag",      "frameNumberFlag",     "remakeAndQuantifyFlag",
+                           "groundFiterFlag",        "d2DViewUsed",         "dcfUseful",
+                           "nonlinearMappingUseful", "useBlindChannels",    "vd8PopoutFilterFlag",
+                           "vd2OfflineFilter",       "pointCloudSmoothing", "coordinateTransformUseful",
+                           "vd2DistanceFilter",      "yfnNoiseFilter",      "elevationFovFilterFlag",
+                           "vd8OffineFilterFlag"}) {
+    const bool onAtStart = std::string(name) == "firetimesUseful" || std::string(name) == "useBlindChannels";
+    EXPECT_EQ(rb.property(name), QVariant(onAtStart)) << name;
+    const auto &meta = *rb.metaObject();
+    EXPECT_EQ(meta.property(meta.indexOfProperty(name)).notifySignal().name(), "qmlControlChanged") << name;
+    EXPECT_TRUE(rb.setCapability(name, !onAtStart)) << name;
+    EXPECT_EQ(rb.property(name), QVariant(!onAtStart)) << name;
+  }
+  rb.setProperty("statusEnabled", true);
+  EXPECT_EQ(rb.property("statusEnabled"), QVariant(false));
+  rb.setStatusEnabled(false);
+  EXPECT_TRUE(rb.status().isEmpty());
+  rb.picture().vertices.assign(5, Vertex{});
+  EXPECT_TRUE(rb.vertex().isEmpty()) << "nothing is counted yet";
+  EXPECT_EQ(rb.stackFrameNum(), 1);
+  EXPECT_DOUBLE_EQ(rb.frameSeconds(), 0.1);
 }
 
-TEST(MetaObject, SignalsStandInTheirOrder)
-{
-    const char* const names[]{
-        "remakeConfigChanged", "vertexChanged", "statusChanged", "renderStateChanged", "someSignalReceived",
-        "allSignalReceived", "spreadSheetModelChanged", "colorModeChanged", "colorModeTitlesChanged",
-        "colorModeSplitWindowChanged", "echoModelChanged", "channelModelChanged", "playByFrameChanged",
-        "distanceCorrectionStateChanged", "monitorModelChanged", "splitWindowChanged", "filterModelChanged",
-        "qmlControlChanged", "faultmessageModelChanged", "toolBoxSourceChanged", "modeEditorSourceChanged",
-        "initialFunctionSourceChanged", "useCudaChanged", "imuConfigChanged", "imuDataChanged", "fileDirChanged",
-        "useRgbModeChanged", "rgbOverlayVertexChanged", "frameNumberChanged", "frameAllocationStarted",
-        "frameAllocationFinished"};
-    const QMetaObject& meta = DefaultSDKFrameRenderBuffer::staticMetaObject;
-    int index = meta.methodOffset();
-    for (const char* name : names) {
-        EXPECT_EQ(meta.method(index).methodType(), QMetaMethod::Signal);
-        EXPECT_STREQ(meta.method(index++).name().constData(), name);
-    }
+TEST(MetaObject, SignalsStandInTheirOrder) {
+  const char *const names[]{"remakeConfigChanged",
+                            "vertexChanged",
+                            "statusChanged",
+                            "renderStateChanged",
+                            "someSignalReceived",
+                            "allSignalReceived",
+                            "spreadSheetModelChanged",
+                            "colorModeChanged",
+                            "colorModeTitlesChanged",
+                            "colorModeSplitWindowChanged",
+                            "echoModelChanged",
+                            "channelModelChanged",
+                            "playByFrameChanged",
+                            "distanceCorrectionStateChanged",
+                            "monitorModelChanged",
+                            "splitWindowChanged",
+                            "filterModelChanged",
+                            "qmlControlChanged",
+                            "faultmessageModelChanged",
+                            "toolBoxSourceChanged",
+                            "modeEditorSourceChanged",
+                            "initialFunctionSourceChanged",
+                            "useCudaChanged",
+                            "imuConfigChanged",
+                            "imuDataChanged",
+                            "fileDirChanged",
+                            "useRgbModeChanged",
+                            "rgbOverlayVertexChanged",
+                            "frameNumberChanged",
+                            "frameAllocationStarted",
+                            "frameAllocationFinished"};
+  const QMetaObject &meta = DefaultSDKFrameRenderBuffer::staticMetaObject;
+  int index = meta.methodOffset();
+  for (const char *name : names) {
+    EXPECT_EQ(meta.method(index).methodType(), QMetaMethod::Signal);
+    EXPECT_STREQ(meta.method(index++).name().constData(), name);
+  }
 }
 
-} // namespace
-} // namespace tarvo::skarnvisor::test
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

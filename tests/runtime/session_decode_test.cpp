@@ -48,8 +48,8 @@ TEST(Iterate, TakesTheFramesOfATimeWindow) {
     int first, count;
   };
   for (const Case &c : {Case{-0.1, 0.0, 0, 1}, Case{-5, -0.01, 0, 0}, Case{0.15, 0.251, 2, 1}, Case{0.05, 0.25, 1, 2},
-                        Case{0.12, 0.15, 1, 1}, Case{0.1995, 0.3005, 3, 1}, Case{-9, 99, 0, 5}, Case{0.41, 0.45, 4, 1}, Case{7, 8, 0, 0},
-                        Case{0.3, 0.1, 0, 0}, Case{std::nan(""), 1, 0, 0}}) {
+                        Case{0.12, 0.15, 1, 1}, Case{0.1995, 0.3005, 3, 1}, Case{-9, 99, 0, 5}, Case{0.41, 0.45, 4, 1},
+                        Case{7, 8, 0, 0}, Case{0.3, 0.1, 0, 0}, Case{std::nan(""), 1, 0, 0}}) {
     SCOPED_TRACE(testing::Message() << c.begin << " to " << c.end);
     ASSERT_EQ(session.decodeTime(startSeconds + c.begin, startSeconds + c.end), c.count > 0);
     if (c.count == 0) continue;

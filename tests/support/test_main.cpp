@@ -2,10 +2,10 @@
 // application object for what needs one, then the tests.
 #include "tests/support/test_environment.h"
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
 

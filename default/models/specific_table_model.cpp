@@ -66,44 +66,6 @@ void ChannelModel::refresh() {
 ColumnModel::ColumnModel(QObject *parent, QStringList headers, Cell cell)
     : ChannelModel(parent, selectableRows, std::move(headers), std::move(cell)) {}
 
-SpreadSheetModel::SpreadSheetModel(QObject *parent, QVector<ColumnRecord> columns)
-    : QAbstractTableModel(parent), m_columns(std::move(columns)) {}
-
-int SpreadSheetModel::rowCount(const QModelIndex &) const { return m_rowCount; }
-
-int SpreadSheetModel::columnCount(const QModelIndex &) const { return m_columns.size(); }
-
-QVariant SpreadSheetModel::data(const QModelIndex &index, int) const {
-  if (index.column() < 0 || index.column() >= m_columns.size()) return {};
-  return m_columns.at(index.column()).value(index.row());
-}
-
-QHash<int, QByteArray> SpreadSheetModel::roleNames() const { return displayRole(); }
-
-void SpreadSheetModel::reload() {
-  beginResetModel();
-  endResetModel();
-}
-
-QStringList SpreadSheetModel::columnNames() const {
-  QStringList names;
-  for (const ColumnRecord &column : m_columns) names.append(column.title);
-  return names;
-}
-
-void SpreadSheetModel::insertColumn(ColumnRecord record, int position) {
-  const bool inside = position >= 0 && position < m_columns.size();
-  m_columns.insert(inside ? position : m_columns.size(), std::move(record));
-  Q_EMIT columnNamesChanged();
-}
-
-void SpreadSheetModel::removeColumn(const QString &title) {
-  const auto column = std::find_if(m_columns.begin(), m_columns.end(),
-                                   [&](const ColumnRecord &record) { return record.title == title; });
-  if (column != m_columns.end()) m_columns.erase(column);
-  Q_EMIT columnNamesChanged();
-}
-
 MonitorModel::MonitorModel(QObject *parent, int columnCount, QStringList columnNames, Cell cell)
     : QAbstractTableModel(parent),
       m_columnCount(columnCount),

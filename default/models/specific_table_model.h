@@ -1,12 +1,12 @@
 #pragma once
 
 #include "default/models/settings_value.h"
+#include "default/models/spread_sheet_model.h"
 
 #include <QAbstractTableModel>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <QVector>
 
 #include <functional>
 #include <vector>
@@ -78,55 +78,6 @@ class ColumnModel : public ChannelModel {
 
  private:
   RowSelection m_selection{selectableRows};
-};
-
-/// One column of the point table: title, cell by row, and the two orders over frame-store positions.
-struct ColumnRecord {
-  QString title;
-  std::function<QVariant(int row)> value;
-  std::function<bool(int a, int b)> ascending;
-  std::function<bool(int a, int b)> descending;
-};
-
-/// The table of points under the canvas. It stores no cells: a column is a record, a row is looked up
-/// by the column. The row count is written by the pass that lists the points, on any thread; all else
-/// belongs to the GUI thread and, before the first frame, to the configuration.
-class SpreadSheetModel : public QAbstractTableModel {
-  Q_OBJECT
-  Q_PROPERTY(QStringList columnNames READ columnNames NOTIFY columnNamesChanged)
-  Q_PROPERTY(bool allDisplayed READ allDisplayed WRITE setAllDisplayed NOTIFY allDisplayedChanged)
-
- public:
-  SpreadSheetModel(QObject *parent, QVector<ColumnRecord> columns);
-
-  int rowCount(const QModelIndex &parent = {}) const override;
-  int columnCount(const QModelIndex &parent = {}) const override;
-  QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-  QHash<int, QByteArray> roleNames() const override;
-
-  QStringList columnNames() const;
-  bool allDisplayed() const { return m_allDisplayed; }
-  void setAllDisplayed(bool allDisplayed) { m_allDisplayed = allDisplayed; }
-
-  void setRowCount(int rows) { m_rowCount = rows; }
-
-  /// Has every view load the table again.
-  void reload();
-
-  /// Inserts at `position`; anywhere outside the table appends. Raises columnNamesChanged.
-  void insertColumn(ColumnRecord record, int position);
-
-  /// Takes out the first column of that title, if there is one. Raises columnNamesChanged.
-  void removeColumn(const QString &title);
-
- Q_SIGNALS:
-  void columnNamesChanged();
-  void allDisplayedChanged();
-
- private:
-  Relaxed<int> m_rowCount{0};
-  QVector<ColumnRecord> m_columns;
-  Relaxed<bool> m_allDisplayed{false};
 };
 
 /// A table of named values: device monitor and faults.

@@ -5,7 +5,7 @@
 #include "contracts/runtime/sdk_source.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
 #include "default/frame/frame_loops.h"
-#include "default/frame/half_float.h"
+#include "default/frame/mark_test.h"
 #include "default/pipeline/announcements.h"
 
 #include <QDateTime>
@@ -32,18 +32,6 @@ Frustum frustumOf(const QMatrix4x4 &matrix) {
   std::copy_n(matrix.constData(), frustum.matrix.size(), frustum.matrix.begin());
   return frustum;
 }
-
-/// Whether vertices are hidden or highlighted: camera lidars by the whole word, the others by the value.
-struct MarkTest {
-  bool byWord;
-
-  bool hidden(std::uint32_t word) const {
-    return byWord ? word == hiddenMark : floatFromHalf(static_cast<std::uint16_t>(word)) < 0.0F;
-  }
-  bool highlighted(std::uint32_t word) const {
-    return byWord ? word == highlightMark : floatFromHalf(static_cast<std::uint16_t>(word)) > 1.0F;
-  }
-};
 
 }  // namespace
 

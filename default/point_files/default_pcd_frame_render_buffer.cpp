@@ -7,7 +7,7 @@
 
 #include "contracts/runtime/sdk_source.h"
 #include "default/point_files/pcd_columns.h"
-#include "default/point_files/settings_file.h"
+#include "default/files/settings_file.h"
 
 namespace tarvo::skarnvisor {
 

@@ -10,7 +10,7 @@
 #include "default/point_files/default_pcd_parser.h"
 #include "default/point_files/default_pcd_track_buffer.h"
 #include "default/point_files/point_file_writer.h"
-#include "default/point_files/settings_file.h"
+#include "default/files/settings_file.h"
 
 namespace tarvo::skarnvisor {
 

@@ -38,7 +38,7 @@ const std::vector<Layer> &layers() {
       {"libtarvo/", {"contracts/runtime/", "contracts/host/log.h"}},
       {"retrieval/", {"contracts/host/"}},
       {"default/frame/", {"contracts/runtime/", "default/models/", "default/files/"}},
-      {"default/models/", {"contracts/"}},
+      {"default/models/", {"contracts/", "default/files/"}},
       {"default/files/", {"contracts/"}},
       {"default/telemetry/", {"contracts/"}},
       {"default/pipeline/", floor2},

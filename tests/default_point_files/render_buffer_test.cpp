@@ -5,7 +5,7 @@
 #include <QMatrix4x4>
 #include <QSettings>
 
-#include "default/point_files/settings_file.h"
+#include "default/files/settings_file.h"
 #include "tests/default_point_files/pipeline_fixture.h"
 
 namespace tarvo::skarnvisor {

@@ -1,4 +1,4 @@
-#include "default/point_files/settings_file.h"
+#include "default/files/settings_file.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -12,9 +12,10 @@ namespace {
 /// The palette's colours as a style sheet, which a dialog outside the QML scene would not follow otherwise.
 QString paletteStyle() {
   const QPalette palette = QApplication::palette();
-  const auto color = [&palette](QPalette::ColorRole role) { return palette.color(role).name(); };
-  return QStringLiteral("QWidget { background-color: %1; color: %2; selection-background-color: %3; }")
-      .arg(color(QPalette::Window), color(QPalette::WindowText), color(QPalette::Highlight));
+  const QString window = palette.color(QPalette::Window).name();
+  const QString highlight = palette.color(QPalette::Highlight).name();
+  return QStringLiteral("background-color:") + window + QStringLiteral(";selection-background-color:") + highlight +
+         QStringLiteral(";alternate-background-color:") + highlight + QStringLiteral(";");
 }
 
 }  // namespace
@@ -29,6 +30,7 @@ QString askForPcdFile(const QString &preselected) {
                      QStringLiteral("pcd files (*.pcd)"));
   dialog.setStyleSheet(paletteStyle());
   dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setDefaultSuffix(QStringLiteral("pcd"));
   if (!preselected.isEmpty()) dialog.selectFile(preselected);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};

@@ -41,7 +41,7 @@ const std::vector<Layer> &layers() {
       {"default/models/", {"contracts/", "default/files/"}},
       {"default/files/", {"contracts/"}},
       {"default/telemetry/", {"contracts/"}},
-      {"default/pipeline/", floor2},
+      {"default/pipeline/", with(floor2, {"libtarvo/UdpParser/"})},
       {"default/point_files/", floor2},
       {"default/families/", with(floor3, {"libtarvo/"})},
       {"default/zones/", with(floor3, {"libtarvo/"})},

@@ -98,6 +98,7 @@ int main(int argc, char **argv) {
   tarvo::skarnvisor::bench::addDecodeMeasures(measures);
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);
+  tarvo::skarnvisor::bench::addTelemetryMeasures(measures);
 
   const std::string filter = argc > 1 ? argv[1] : "";
   std::erase_if(measures, [&filter](const Measure &measure) { return measure.name.find(filter) == std::string::npos; });

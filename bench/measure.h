@@ -33,4 +33,7 @@ void addCaptureMeasures(std::vector<Measure> &measures);
 /// Measures of the readers of point files.
 void addPointFileMeasures(std::vector<Measure> &measures);
 
+/// Measures of the status block and the fault packets.
+void addTelemetryMeasures(std::vector<Measure> &measures);
+
 }  // namespace tarvo::skarnvisor::bench

@@ -13,6 +13,7 @@ QString runRender(CaptureSession &session, const Options &options);
 QString runPlay(CaptureSession &session, const Options &options);
 QString runLivePlay(CaptureSession &session, const Options &options);
 QString runConvert(CaptureSession &session, const Options &options);
+QString runTelemetry(CaptureSession &session, const Options &options);
 /// Work on a source of their own.
 QString runCut(const Options &options);
 QString runRecord(const Options &options);

@@ -38,6 +38,7 @@ class Parser {
   void addPlay();
   void addSourceCommands();
   void addConvert();
+  void addTelemetry();
   CLI::Option *addText(CLI::App &command, const char *name, QString &target, const char *help);
 
   CLI::App m_app{"Skarnvisor shows lidar captures as point clouds.", "skarnvisor"};
@@ -124,6 +125,15 @@ void Parser::addConvert() {
   convert->callback([this] { m_options.command = Command::Convert; });
 }
 
+void Parser::addTelemetry() {
+  CLI::App *telemetry = m_app.add_subcommand("telemetry", "Print what the lidar says of itself at one frame");
+  addFile(*telemetry);
+  addSensorPort(*telemetry, m_options.capture);
+  telemetry->add_option("--frame", m_options.frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  addText(*telemetry, "--csv", m_options.csvFile, "Write the monitor table to this file too");
+  telemetry->callback([this] { m_options.command = Command::Telemetry; });
+}
+
 void Parser::addSourceCommands() {
   CLI::App *cut = m_app.add_subcommand("cut", "Write a part of a capture to a capture of its own");
   addText(*cut, "file", m_options.file, "Capture (pcap, pcapng)")->required();
@@ -150,6 +160,7 @@ Parser::Parser() {
   addPlay();
   addSourceCommands();
   addConvert();
+  addTelemetry();
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
   addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");

@@ -9,7 +9,7 @@
 
 namespace tarvo::skarnvisor::app {
 
-enum class Command { View, Info, Render, Play, Cut, Record, Convert };
+enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry };
 
 /// How a picture is to look.
 struct LookOptions {
@@ -32,7 +32,7 @@ struct Options {
   CaptureOptions capture;
   // view
   QString shotFile;
-  // render
+  // render, telemetry
   int frame = 0;
   QString out;
   // play
@@ -42,6 +42,8 @@ struct Options {
   QString pictureFolder;
   int pictureCount = 5;
   QString summaryFile;
+  // telemetry
+  QString csvFile;
   // convert
   QString targetFormat;  ///< "bin", "pcd" or "csv"
 };

@@ -67,6 +67,9 @@ int runWithoutWindow(const Options &options) {
       case Command::Convert:
         fault = runConvert(session, options);
         break;
+      case Command::Telemetry:
+        fault = runTelemetry(session, options);
+        break;
       case Command::Cut:
       case Command::Record:
       case Command::View:

@@ -65,6 +65,10 @@ void DefaultKRFrameRenderBuffer::setLidarType(std::string lidarType) {
   writeParams([&type](tarvo::lidar::FrameDecodeParam &params) { params.nbqPointLayout = type.nbqPointLayout; });
 }
 
+void DefaultKRFrameRenderBuffer::updateMonitor(const unsigned char *block) {
+  showMonitor(block, familyMonitorBoards(lidarType()));
+}
+
 QString DefaultKRFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("KRToolBox.qml"); }
 
 QString DefaultKRFrameRenderBuffer::modeEditorSource() const {

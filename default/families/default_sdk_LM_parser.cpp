@@ -18,6 +18,10 @@ constexpr std::array columnRows{
 
 }  // namespace
 
+void DefaultLMFrameRenderBuffer::updateMonitor(const unsigned char *block) {
+  showMonitor(block, familyMonitorBoards(lidarType()));
+}
+
 QString DefaultLMFrameRenderBuffer::toolBoxSource() const { return QStringLiteral("LMToolBox.qml"); }
 
 QString DefaultLMFrameRenderBuffer::modeEditorSource() const { return QStringLiteral("FrameModeEditor.qml"); }

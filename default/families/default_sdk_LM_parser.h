@@ -21,6 +21,7 @@ class DefaultLMFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
   void addColumnAttribute(std::string name, int position) override;
   QString toolBoxSource() const override;
   QString modeEditorSource() const override;
+  void updateMonitor(const unsigned char *block) override;
   bool setCapability(std::string_view propertyName, bool on) override;
 
   bool frameModelUseful() const { return m_flags.frameModelUseful; }

@@ -72,9 +72,9 @@ MonitorModel::MonitorModel(QObject *parent, int columnCount, QStringList columnN
       m_columnNames(std::move(columnNames)),
       m_cell(std::move(cell)) {}
 
-int MonitorModel::rowCount(const QModelIndex &) const { return m_rowCount; }
+int MonitorModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : m_rowCount.load(); }
 
-int MonitorModel::columnCount(const QModelIndex &) const { return m_columnCount; }
+int MonitorModel::columnCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : m_columnCount; }
 
 void MonitorModel::reload() {
   beginResetModel();

@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <QVariant>
 
 #include <functional>
@@ -80,7 +81,8 @@ class ColumnModel : public ChannelModel {
   RowSelection m_selection{selectableRows};
 };
 
-/// A table of named values: device monitor and faults.
+/// A table of named values: device monitor and faults. The row count is written by the pass that fills the rows, on any
+/// thread; all else belongs to the GUI thread.
 class MonitorModel : public QAbstractTableModel {
   Q_OBJECT
   Q_PROPERTY(QStringList columnNames READ columnNames WRITE setColumnNames NOTIFY columnNamesChanged)
@@ -101,6 +103,11 @@ class MonitorModel : public QAbstractTableModel {
 
   /// Has every view load the table again.
   void reload();
+
+  /// Writes titles and rows to a file, each value followed by a comma. False when it could not be written; what a
+  /// regular file held is kept then.
+  Q_INVOKABLE bool exportMonitorInfo(QUrl fileUrl);
+  Q_INVOKABLE bool exportMonitorInfo(QString filePath);
 
  Q_SIGNALS:
   void columnNamesChanged();

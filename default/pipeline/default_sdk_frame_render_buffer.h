@@ -18,6 +18,7 @@
 #include "default/pipeline/frame_picture.h"
 #include "default/pipeline/type_traits.h"
 #include "default/telemetry/device_tables.h"
+#include "default/telemetry/monitor_boards.h"
 
 #include <QByteArray>
 #include <QList>
@@ -190,13 +191,15 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   virtual void refreshSelection();
   virtual QString status() const;
   Q_INVOKABLE virtual void setDisplayedFlag(int channel, bool shown, bool refresh = true);
-  /// `block` is a copy of the frame's device-status block.
+  /// Reads the table of the lidar's state from `block`, a copy of the frame's device-status block.
   virtual void updateMonitor(const unsigned char *block);
-  /// `count` records of the source's stride. Called under the source's status lock.
+  /// `count` records of `faultRecordBytes` bytes. Called under the source's status lock.
   virtual void updateFaultMessages(const unsigned char *packets, int count);
   virtual void setFaultmessageViewEnabled(bool enabled);
   /// Takes the first valid sample and empties the list. Called under `SDKSource::frameLock`.
   virtual void updateImu(std::vector<tarvo::lidar::ImuSample> &samples);
+  /// Bytes of a record that `updateFaultMessages` reads; batches of another stride are not handed to it.
+  virtual std::size_t faultRecordBytes() const;
   /// Sets a capability by the name of its property; false for a name that is none.
   virtual bool setCapability(std::string_view propertyName, bool on);
 
@@ -457,6 +460,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void addColumn(const PointColumn &column, int position);
   /// Runs `change` on the decode parameters; without a runtime, nothing.
   void writeParams(const std::function<void(tarvo::lidar::FrameDecodeParam &)> &change);
+  /// Fills the monitor table from a device-status block, read through `boards`.
+  void showMonitor(const unsigned char *block, const MonitorBoards &boards);
 
  private:
   friend class DefaultSDKParser;

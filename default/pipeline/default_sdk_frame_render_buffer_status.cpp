@@ -2,9 +2,12 @@
 #include "default/pipeline/default_sdk_frame_render_buffer.h"
 
 #include "contracts/runtime/sdk_source.h"
+#include "contracts/runtime/status_packet.h"
 #include "default/telemetry/fault_messages.h"
+#include "default/telemetry/monitor_decoder.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tarvo::skarnvisor {
 
@@ -65,17 +68,26 @@ void DefaultSDKFrameRenderBuffer::setDisplayedFlag(int channel, bool shown, bool
   }
 }
 
-void DefaultSDKFrameRenderBuffer::updateMonitor(const unsigned char *) {
-  m_deviceTables.monitorRows.replace({});
-  m_monitorModel->setRowCount(0);
+void DefaultSDKFrameRenderBuffer::updateMonitor(const unsigned char *block) {
+  showMonitor(block, monitorBoards(lidarType(), block[status_block::variantOffset]));
+}
+
+void DefaultSDKFrameRenderBuffer::showMonitor(const unsigned char *block, const MonitorBoards &boards) {
+  std::vector<NamedValue> rows = decodeMonitor(block, boards, m_deviceTables.rntcTable);
+  const int count = static_cast<int>(rows.size());
+  m_deviceTables.monitorRows.replace(std::move(rows));
+  m_monitorModel->setRowCount(count);
   announce(&DefaultSDKFrameRenderBuffer::monitorModelChanged);
 }
+
+std::size_t DefaultSDKFrameRenderBuffer::faultRecordBytes() const { return tarvo::lidar::shortStatusPacketBytes; }
 
 void DefaultSDKFrameRenderBuffer::updateFaultMessages(const unsigned char *packets, int count) {
   if (!m_settings.faultmessageViewEnabled) return;
   std::vector<NamedValue> rows = faultRows(packets, count);
-  m_faultmessageModel->setRowCount(static_cast<int>(rows.size()));
+  const int rowCount = static_cast<int>(rows.size());
   m_deviceTables.faultRows.replace(std::move(rows));
+  m_faultmessageModel->setRowCount(rowCount);
   announce(&DefaultSDKFrameRenderBuffer::faultmessageModelChanged);
 }
 

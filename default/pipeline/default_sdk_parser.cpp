@@ -153,7 +153,11 @@ void DefaultSDKParser::updateSideModels(DefaultSDKFrameRenderBuffer &rb, SDKSour
 
 void DefaultSDKParser::updateFaults(DefaultSDKFrameRenderBuffer &rb, SDKSource &source) const {
   const std::lock_guard lock(source.statusMutex);
-  if (rb.m_settings.faultmessageViewEnabled && source.statusPacketCount > 0 && source.statusPackets != nullptr)
+  // A stream may carry records that this type's view does not read. A stride of 0 leaves the size to the type.
+  const auto stride = static_cast<std::size_t>(std::max(source.statusPacketStride, 0));
+  const bool readable = stride == 0 || stride == rb.faultRecordBytes();
+  if (rb.m_settings.faultmessageViewEnabled && source.statusPacketCount > 0 && source.statusPackets != nullptr &&
+      readable)
     rb.updateFaultMessages(source.statusPackets, source.statusPacketCount);
   source.statusPacketCount = 0;
 }

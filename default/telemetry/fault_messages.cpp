@@ -2,8 +2,9 @@
 
 #include "contracts/runtime/status_packet.h"
 
+#include <algorithm>
 #include <array>
-#include <set>
+#include <bitset>
 
 namespace tarvo::skarnvisor {
 
@@ -27,12 +28,19 @@ constexpr std::array plainFields{
 
 int faultCode(const unsigned char *packet) { return packet[3] | packet[4] << 8; }
 
-std::set<int> distinctValues(const unsigned char *packets, int count, int (*value)(const unsigned char *)) {
-  std::set<int> values;
+/// In ascending order.
+std::vector<int> distinctValues(const unsigned char *packets, int count, int (*value)(const unsigned char *)) {
+  std::bitset<0x10000> seen;
+  std::vector<int> values;
   for (int i = 0; i < count && values.size() < valuesAtMost; ++i) {
     const unsigned char *packet = packets + static_cast<std::size_t>(i) * packetBytes;
-    if (packet[validByte] != 0) values.insert(value(packet));
+    if (packet[validByte] == 0) continue;
+    const int found = value(packet);
+    if (seen.test(static_cast<std::size_t>(found))) continue;
+    seen.set(static_cast<std::size_t>(found));
+    values.push_back(found);
   }
+  std::sort(values.begin(), values.end());
   return values;
 }
 

@@ -11,6 +11,7 @@
 
 #include "contracts/host/log.h"
 #include "contracts/runtime/decoded_frame_resize.h"
+#include "contracts/runtime/status_packet.h"
 
 SKARN_LOG_SOURCE("runtime/decode");
 
@@ -221,7 +222,8 @@ bool SceneDecoder::publish(const std::function<bool()> &stop) {
   source_.remakeWidth = std::max<int>(shape_.channels, 1);
   source_.mergedFrames = merged_;
   source_.imuSamples = std::move(parts_.imu);
-  if (use_.faultPackets) publishFaults();
+  // The views of long records do not ask for them; a parser drops what no view reads.
+  if (use_.faultPackets || parts_.faultStride == longStatusPacketBytes) publishFaults();
   source_.fastPathDone =
       source_.tryFillVertices && source_.rgbMode == fastPathMode &&
       source_.tryFillVertices(source_.points.data(), static_cast<unsigned>(source_.points.size()), fastPathMode);
@@ -236,7 +238,13 @@ void SceneDecoder::publishFaults() {
   const auto stride = static_cast<std::int32_t>(parts_.faultStride);
   // A count of 0 says that the parser has read what was there.
   if (source_.statusPacketCount == 0 || (stride != 0 && source_.statusPacketStride != stride)) bytes.clear();
-  if (stride == 0 || bytes.size() + parts_.faults.size() > faultByteLimit) return;
+  if (stride == 0) return;
+  if (bytes.size() + parts_.faults.size() > faultByteLimit) {
+    if (!std::exchange(faultsWarned_, true))
+      SKARN_LOG(LogLevel::Warning, "fault packets that came behind the first %zu bytes of them were left out",
+                faultByteLimit);
+    return;
+  }
   bytes.insert(bytes.end(), parts_.faults.begin(), parts_.faults.end());
   source_.statusPacketStride = stride;
   source_.statusPacketCount = static_cast<std::int32_t>(bytes.size()) / stride;

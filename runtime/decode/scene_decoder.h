@@ -63,6 +63,7 @@ class SceneDecoder {
   std::vector<std::uint16_t> intensityMap_;
   std::uint64_t intensityMapGeneration_ = 0;
   bool memoryWarned_ = false;
+  bool faultsWarned_ = false;
 };
 
 }  // namespace tarvo::lidar

@@ -4,115 +4,34 @@
 #include <cmath>
 #include <vector>
 
+#include "tools/sim/board_cells.h"
 #include "tools/sim/noise.h"
 
 namespace tarvo::lidar::sim {
 namespace {
 
-/// Cells first to last hold value, value + step, value + 2 step, ...; `drift` is how much they wander.
-struct CellRun {
-  std::uint8_t group, first, last;
-  std::uint16_t value, step, drift;
-};
-
-struct TextRun {
-  std::uint8_t group, first, last;
-  std::string_view text;
-};
-
-struct Board {
-  std::vector<std::string_view> types;
-  std::vector<CellRun> cells;
-  std::vector<TextRun> texts;
-};
-
-const std::vector<Board> &boards() {
-  static const std::vector<Board> all{
-      {{"KR2", "Ornika210", "OrnikaAura", "Ornika70S_plusInfo", "Ornika44S_plusInfo", "OrnikaYF", "OrnikaYFN", "LM"},
-       {{0, 0, 9, 385, 6, 8},      {0, 10, 15, 420, 35, 12}, {0, 16, 21, 3290, 190, 9}, {0, 22, 25, 1002, 260, 4},
-        {0, 26, 27, 1210, 150, 6}, {0, 44, 44, 408, 0, 6},   {0, 45, 52, 1, 1, 0},      {0, 53, 54, 391, 5, 6},
-        {0, 55, 56, 1, 4, 0},      {0, 65, 67, 402, 5, 6},   {0, 68, 68, 2, 0, 0},      {0, 132, 134, 398, 8, 4},
-        {1, 0, 0, 441, 0, 6},      {1, 1, 1, 50, 0, 1},      {1, 2, 2, 612, 0, 10},     {1, 3, 3, 120, 0, 1},
-        {1, 4, 4, 905, 0, 14},     {1, 5, 6, 395, 7, 5},     {1, 7, 7, 1211, 0, 4},     {1, 8, 8, 1498, 0, 20},
-        {1, 9, 9, 1815, 0, 22},    {1, 14, 14, 312, 0, 3},   {1, 15, 15, 334, 0, 4},    {1, 16, 16, 120, 0, 1},
-        {1, 17, 17, 482, 0, 12},   {1, 18, 18, 121, 0, 1},   {1, 19, 19, 702, 0, 9},    {2, 0, 0, 0, 0, 3}},
-       {{0, 28, 31, "TS1.4.02"},
-        {0, 32, 35, "TF2.0.17"},
-        {0, 36, 39, "9f31c07a"},
-        {0, 40, 43, "b2046e5d"},
-        {0, 57, 64, "top-fw-2.0.17"},
-        {1, 10, 13, "BF1.9.03"},
-        {1, 20, 27, "bottom-fw-1.9.3"},
-        {1, 28, 35, "bottom-sw-1.4.2"},
-        {1, 224, 239, "SIM0000000000000000000000000001"},
-        {1, 240, 255, "SIM-64-STREET"}}},
-      {{"WG9"},
-       {{0, 0, 6, 392, 5, 8},
-        {0, 8, 23, 12, 3, 1},
-        {0, 28, 35, 1, 1, 0},
-        {1, 0, 2, 405, 6, 6},
-        {1, 3, 3, 121, 0, 1},
-        {1, 4, 4, 398, 0, 4},
-        {1, 5, 5, 119, 0, 1},
-        {1, 6, 6, 1480, 0, 20},
-        {2, 0, 0, 0, 0, 3}},
-       {{0, 36, 39, "9f31c07a"},
-        {0, 40, 43, "b2046e5d"},
-        {1, 224, 239, "SIM0000000000000000000000000009"},
-        {1, 240, 255, "SIM-WG9"}}},
-      {{"VD8"},
-       {{0, 0, 0, 412, 0, 6},
-        {0, 2, 3, 401, 4, 6},
-        {0, 7, 7, 399, 0, 6},
-        {0, 9, 9, 447, 0, 6},
-        {0, 17, 21, 252, 60, 2},
-        {0, 26, 27, 3300, 400, 8},
-        {0, 45, 46, 501, 300, 2},
-        {1, 0, 0, 433, 0, 5},
-        {1, 1, 3, 120, 105, 1},
-        {1, 4, 7, 118, 90, 4},
-        {1, 16, 18, 125, 640, 2},
-        {1, 36, 36, 0, 0, 2},
-        {1, 38, 38, 2, 0, 0},
-        {1, 43, 43, 4, 0, 0}},
-       {{0, 40, 43, "b2046e5d"}, {0, 57, 60, "TF2.0.17"}, {1, 20, 27, "down-fw-1.9.3"}, {1, 28, 35, "sw-1.4.2"}}},
-      {{"KR9"},
-       {{0, 0, 8, 3900, 60, 40},
-        {0, 9, 9, 1302, 0, 5},
-        {0, 10, 19, 3300, 120, 10},
-        {0, 21, 26, 1100, 160, 6},
-        {0, 27, 28, 4200, 90, 30},
-        {0, 29, 34, 998, 440, 6},
-        {0, 79, 82, 3120, 40, 12},
-        {0, 85, 86, 3, 0, 0},
-        {0, 92, 93, 1202, 90, 8}},
-       {{0, 35, 42, "fpga-3.2.1"},
-        {0, 43, 48, "sw-2.7.0"},
-        {0, 49, 55, "para1-12"},
-        {0, 56, 64, "para2-07"},
-        {0, 65, 72, "5d8c21fe"},
-        {0, 222, 223, "x1"},
-        {0, 224, 239, "SIM0000000000000000000000000002"},
-        {0, 240, 255, "SIM-KR9"}}},
-      {{},  // any other type: plain numbers in the cells that most boards use
-       {{0, 0, 34, 1200, 37, 12}, {1, 0, 27, 400, 21, 6}, {2, 0, 0, 0, 0, 3}},
-       {{1, 224, 239, "SIM0000000000000000000000000000"}, {1, 240, 255, "SIM-LIDAR"}}},
-  };
-  return all;
-}
-
-const Board &boardOf(std::string_view type) {
-  const auto &all = boards();
-  const auto found = std::find_if(all.begin(), all.end(), [type](const Board &board) {
-    return board.types.empty() || std::find(board.types.begin(), board.types.end(), type) != board.types.end();
-  });
-  return *found;
-}
-
 void putCell(StatusBlock &block, unsigned group, unsigned cell, std::uint16_t value) {
   std::uint8_t *at = block.data() + 6 + (group * 256 + cell) * 3;
   wire::storeLittle(at, value);
   at[2] = 1;
+}
+
+void putNumbers(StatusBlock &block, unsigned group, const CellRun &run, double seconds) {
+  for (unsigned cell = run.first; cell <= run.last; ++cell) {
+    const double wander = run.drift * (1.0 + std::sin(seconds * 0.7 + cell)) / 2.0;
+    putCell(block, group, cell,
+            static_cast<std::uint16_t>(run.value + run.step * (cell - run.first) + std::lround(wander)));
+  }
+}
+
+void putText(StatusBlock &block, unsigned group, const TextRun &run) {
+  const auto letter = [&run](std::size_t at) {
+    return at < run.text.size() ? static_cast<std::uint8_t>(run.text[at]) : 0x20u;
+  };
+  for (unsigned cell = run.first; cell <= run.last; ++cell) {
+    const std::size_t at = 2 * std::size_t{cell - run.first};
+    putCell(block, group, cell, static_cast<std::uint16_t>(letter(at) | letter(at + 1) << 8));
+  }
 }
 
 std::span<std::uint8_t> addRecord(FaultBatch &batch) {
@@ -189,26 +108,16 @@ void fillShortRecord(std::span<std::uint8_t> record, std::uint32_t frame, unsign
 
 }  // namespace
 
-StatusBlock statusBlock(std::string_view type, double seconds) {
+StatusBlock statusBlock(std::string_view type, std::uint8_t variant, double seconds) {
   StatusBlock block{};
   block[0] = 1;
+  block[1] = variant;
   wire::storeLittle(block.data() + 2, std::uint32_t{256});
-  const Board &board = boardOf(type);
-  for (const CellRun &run : board.cells) {
-    for (unsigned cell = run.first; cell <= run.last; ++cell) {
-      const double wander = run.drift * (1.0 + std::sin(seconds * 0.7 + cell)) / 2.0;
-      putCell(block, run.group, cell,
-              static_cast<std::uint16_t>(run.value + run.step * (cell - run.first) + std::lround(wander)));
-    }
-  }
-  for (const TextRun &run : board.texts) {
-    for (unsigned cell = run.first; cell <= run.last; ++cell) {
-      const auto letter = [&](std::size_t at) {
-        return at < run.text.size() ? static_cast<std::uint8_t>(run.text[at]) : 0x20u;
-      };
-      const std::size_t at = 2 * std::size_t{cell - run.first};
-      putCell(block, run.group, cell, static_cast<std::uint16_t>(letter(at) | letter(at + 1) << 8));
-    }
+  const BoardSet &boards = boardsOf(type, variant);
+  for (unsigned group = 0; group < boards.size(); ++group) {
+    if (boards[group] == nullptr) continue;
+    for (const CellRun &run : boards[group]->cells) putNumbers(block, group, run, seconds);
+    for (const TextRun &run : boards[group]->texts) putText(block, group, run);
   }
   return block;
 }

@@ -10,8 +10,9 @@ namespace tarvo::lidar::sim {
 
 using StatusBlock = std::array<std::uint8_t, wire::statusBlockSize>;
 
-/// Status block with the cells of the board that `type` has; values drift a little with `seconds`.
-[[nodiscard]] StatusBlock statusBlock(std::string_view type, double seconds);
+/// Status block with the cells of the boards that `type` has in the build `variant`; values drift a little with
+/// `seconds`.
+[[nodiscard]] StatusBlock statusBlock(std::string_view type, std::uint8_t variant, double seconds);
 
 /// A batch of fault records in the form that `type` sends; `recordSize` tells which.
 struct FaultBatch {

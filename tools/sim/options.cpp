@@ -89,6 +89,10 @@ void addSceneOptions(CLI::App &app, Options &options) {
 
 void addContentOptions(CLI::App &app, Options &options, Texts &texts) {
   app.add_flag("--telemetry", options.telemetry, "Add device-status blocks");
+  app.add_option_function<unsigned>(
+         "--variant", [&options](unsigned variant) { options.variant = static_cast<std::uint8_t>(variant); },
+         "Variant of the boards in the status blocks (0)")
+      ->check(CLI::Range(0u, 255u));
   app.add_flag("--faults", options.faults, "Add fault packets");
   app.add_flag("--imu", options.imu, "Add IMU samples and vehicle motion");
   app.add_flag("--overlay", options.overlay, "Add a camera picture");

@@ -24,6 +24,7 @@ struct Options {
   double fieldOfViewDeg = 0;  ///< horizontal; 0: as the type has it
   double speed = 0;           ///< of the vehicle, m/s
   bool telemetry = false;
+  std::uint8_t variant = 0;  ///< of the boards, as the status block tells it
   bool faults = false;
   bool imu = false;
   bool overlay = false;

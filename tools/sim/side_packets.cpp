@@ -58,7 +58,7 @@ void FrameEncoder::sendBlob(wire::CalibrationKind kind, const std::string &blob)
 void FrameEncoder::sendTelemetry() {
   const double frameSeconds = 1.0 / options_.rateHz;
   if (options_.telemetry) {
-    const StatusBlock block = statusBlock(options_.type, frame_ * frameSeconds);
+    const StatusBlock block = statusBlock(options_.type, options_.variant, frame_ * frameSeconds);
     inRuns(block, wire::bodyLimit - wire::statusHeadSize, [&](std::size_t offset, std::span<const std::uint8_t> run) {
       begin(wire::PacketKind::Status, 0);
       wire::putStatus(writer_, {static_cast<std::uint32_t>(block.size()), static_cast<std::uint32_t>(offset), run});

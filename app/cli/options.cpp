@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "app/cli/types_command.h"
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -161,6 +163,7 @@ Parser::Parser() {
   addSourceCommands();
   addConvert();
   addTelemetry();
+  addTypesCommand(m_app, m_options);
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
   addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");

@@ -9,7 +9,7 @@
 
 namespace tarvo::skarnvisor::app {
 
-enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry };
+enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry, Types };
 
 /// How a picture is to look.
 struct LookOptions {
@@ -44,6 +44,8 @@ struct Options {
   QString summaryFile;
   // telemetry
   QString csvFile;
+  // types
+  QString lidarType;  ///< empty: the whole table
   // convert
   QString targetFormat;  ///< "bin", "pcd" or "csv"
 };

@@ -6,6 +6,7 @@
 
 #include "app/cli/commands.h"
 #include "app/cli/progress_bar.h"
+#include "app/cli/types_command.h"
 #include "app/session/capture_session.h"
 #include "app/session/live_address.h"
 #include "app/window/window.h"
@@ -48,6 +49,10 @@ int runWithoutWindow(const Options &options) {
   if (live && options.command != Command::Play)
     return fail(QStringLiteral("a live source can be played or recorded only"));
   QString fault = session.loadPlugin(pluginPath(options));
+  if (options.command == Command::Types) {
+    if (fault.isEmpty()) fault = runTypes(options);
+    return fault.isEmpty() ? 0 : fail(fault);
+  }
   if (fault.isEmpty()) fault = session.openAndWait(options.file);
   if (fault.isEmpty() && !live) {
     ProgressBar bar(QStringLiteral("reading, frames found:"));
@@ -72,6 +77,7 @@ int runWithoutWindow(const Options &options) {
         break;
       case Command::Cut:
       case Command::Record:
+      case Command::Types:
       case Command::View:
         break;
     }

@@ -13,6 +13,7 @@
 #include "default/pipeline/default_sdk_parser.h"
 #include "default/pipeline/default_sdk_producer.h"
 #include "default/types/lidar_type_configuration.h"
+#include "default/types/lidar_type_description.h"
 
 namespace tarvo::skarnvisor {
 
@@ -41,6 +42,9 @@ void noteLoadResults(SDKSource &source) {
   source.firetimesFailed = !source.runtime->IsFiretimesLoadSuccess();
   source.dcfFailed = !source.runtime->IsDcfLoadSuccess();
 }
+
+// The whole type from the local code page, a stray zero byte in it included.
+QString textOf(const std::string &type) { return QString::fromLocal8Bit(type.data(), static_cast<int>(type.size())); }
 
 // The port of the data; a capture also gets its title, the part of the path behind its last "/".
 int findPort(SDKSource &source) {
@@ -125,6 +129,8 @@ DefaultSDKLoader::DefaultSDKLoader() : DefaultSDKLoader(nullptr) {}
 
 DefaultSDKLoader::~DefaultSDKLoader() = default;
 
+QVariantList DefaultSDKLoader::lidarTypes() const { return describeLidarTypes(); }
+
 void DefaultSDKLoader::operator()() {
   const QSharedPointer<SDKSource> source = m_inputSDKToggle->sdkSource();
   if (!source || !source->runtime) return;
@@ -163,7 +169,7 @@ int DefaultSDKLoader::buildPipeline(const FamilyRow &family, const std::string &
 
 void DefaultSDKLoader::wire(const FamilyRow &family, const std::string &type, int port) {
   const QSharedPointer<SDKSource> source = m_inputSDKToggle->sdkSource();
-  const QString key = QString::fromLocal8Bit(type.c_str()) + QString::number(port);
+  const QString key = textOf(type) + QString::number(port);
   auto *category = require<Category::Instance>(parent(), QStringLiteral("category"));
   std::unique_ptr<Category::Instance> made(category->addSubCategory(QLatin1String(family.category), key));
   const Parts parts(*made, family, key);
@@ -198,7 +204,7 @@ void DefaultSDKLoader::describeTrack(const Parts &parts, const SDKSource &source
   connect(parts.track, &TrackBuffer::controlSelectedNotify, parts.renderBuffer(), &RenderBuffer::setControlSelected);
   parts.track->setTrackBody(isCaptureFile(source) ? QStringLiteral("DefaultFileByFrameTrackBody.qml")
                                                   : QStringLiteral("DefaultNetTrackBody.qml"));
-  parts.track->setLidarName(QString::fromLocal8Bit(type.c_str()));
+  parts.track->setLidarName(textOf(type));
 }
 
 void DefaultSDKLoader::configure(const FamilyRow &family, const Parts &parts, SDKSource &source,

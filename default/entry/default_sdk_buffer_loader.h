@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSharedPointer>
+#include <QVariant>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -58,6 +59,9 @@ class DefaultSDKLoader : public Functor {
   void operator()() override;
 
   [[nodiscard]] virtual InputSDKToggle *inputSDKToggle() const { return m_inputSDKToggle.data(); }
+
+  /// The lidar type table for reading by people, as describeLidarTypes() gives it. Any thread.
+  Q_INVOKABLE QVariantList lidarTypes() const;
 
   /// Replaces how the wait for the start passes its time; takes the length of one pause.
   void setPause(std::function<void(std::chrono::milliseconds)> pause) { m_pause = std::move(pause); }

@@ -2,8 +2,12 @@
 
 #include "contracts/host/log.h"
 #include "contracts/runtime/frame_decode_param.h"
+#include "contracts/runtime/parallel_isp_engine.h"
+#include "contracts/runtime/sdk_source.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <utility>
 
 SKARN_LOG_SOURCE("default/default_sdk_KR_parser");
@@ -91,6 +95,24 @@ void DefaultKRFrameRenderBuffer::addColumnAttribute(std::string name, int positi
     SKARN_LOG(LogLevel::Error, "add column error : SpadId only for NBQ TU / COLOR_FLD");
   else
     SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
+}
+
+/// A picture of the image-signal queue is made anew from its raw frame; others are parsed again.
+void DefaultKRFrameRenderBuffer::redrawCalibrated() {
+  constexpr int pullLimitMs = 8000;
+  picture().dropFastVertex();
+  tarvo::lidar::SDKSource *const from = source();
+  auto *const engine = from != nullptr ? from->ispEngine : nullptr;
+  if (engine != nullptr && engine->Enabled()) {
+    const std::int64_t shown = std::max<std::int64_t>(engine->LastDisplayedSeq(), 0);
+    engine->ClearAll(shown);
+    engine->RequestForcePull();
+    if (engine->DisplayPullTargetAndFill(from, shown, pullLimitMs)) repeatParse();
+  } else {
+    repeatParse();
+  }
+  announce(&DefaultKRFrameRenderBuffer::vertexChanged);
+  announce(&DefaultKRFrameRenderBuffer::renderStateChanged);
 }
 
 bool DefaultKRFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {

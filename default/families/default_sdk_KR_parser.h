@@ -55,6 +55,9 @@ class DefaultKRFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
   bool rgbDisplayLayoutFlag() const { return m_flags.rgbDisplayLayoutFlag; }
   bool areaRemapFlag() const { return m_flags.areaRemapFlag; }
 
+ protected:
+  void redrawCalibrated() override;
+
  private:
   struct Flags {
     Relaxed<bool> frameModelUseful{false};

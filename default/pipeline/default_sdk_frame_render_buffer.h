@@ -26,6 +26,7 @@
 #include <QSharedPointer>
 #include <QStringList>
 #include <QUrl>
+#include <QVariant>
 #include <QVector>
 
 #include <functional>
@@ -246,13 +247,13 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   QList<double> imuData() const;
 
   // ---- properties: files
-  QString correctionFileDir() const { return m_paths.correctionFileDir; }
-  QString firetimesFileDir() const { return m_paths.firetimesFileDir; }
-  QString channelEqFileDir() const { return m_paths.channelEqFileDir; }
-  QString channelConfigFileDir() const { return m_paths.channelConfigFileDir; }
-  QString DcfFileDir() const { return m_paths.DcfFileDir; }
-  QString nonlinearMappingFileDir() const { return m_paths.nonlinearMappingFileDir; }
-  QString nonlinearMappingPath() const { return m_paths.nonlinearMappingPath; }
+  QString correctionFileDir() const { return m_paths.correctionFileDir.copy(); }
+  QString firetimesFileDir() const { return m_paths.firetimesFileDir.copy(); }
+  QString channelEqFileDir() const { return m_paths.channelEqFileDir.copy(); }
+  QString channelConfigFileDir() const { return m_paths.channelConfigFileDir.copy(); }
+  QString DcfFileDir() const { return m_paths.DcfFileDir.copy(); }
+  QString nonlinearMappingFileDir() const { return m_paths.nonlinearMappingFileDir.copy(); }
+  QString nonlinearMappingPath() const { return m_paths.nonlinearMappingPath.copy(); }
 
   // ---- properties: colours
   QStringList colorModeTitles() const;
@@ -360,6 +361,47 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_INVOKABLE void filterSinglePoints();
   Q_INVOKABLE void filterMultiPoints();
 
+  // ---- calibration files. The QUrl form takes the local file; true on success.
+  Q_INVOKABLE bool importCorrectionsFile(QString path);
+  Q_INVOKABLE bool importCorrectionsFile(QUrl url) { return importCorrectionsFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportCorrectionsFile(QString path);
+  Q_INVOKABLE bool exportCorrectionsFile(QUrl url) { return exportCorrectionsFile(url.toLocalFile()); }
+  Q_INVOKABLE bool importFiretimesFile(QString path);
+  Q_INVOKABLE bool importFiretimesFile(QUrl url) { return importFiretimesFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportFiretimesFile(QString path);
+  Q_INVOKABLE bool exportFiretimesFile(QUrl url) { return exportFiretimesFile(url.toLocalFile()); }
+  Q_INVOKABLE bool importDcfFile(QString path);
+  Q_INVOKABLE bool importDcfFile(QUrl url) { return importDcfFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportDcfFile(QString path);
+  Q_INVOKABLE bool exportDcfFile(QUrl url) { return exportDcfFile(url.toLocalFile()); }
+  Q_INVOKABLE bool importNonlinearMappingFile(QString path);
+  Q_INVOKABLE bool importNonlinearMappingFile(QUrl url) { return importNonlinearMappingFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportNonlinearMappingFile(QString path);
+  Q_INVOKABLE bool exportNonlinearMappingFile(QUrl url) { return exportNonlinearMappingFile(url.toLocalFile()); }
+  Q_INVOKABLE bool importChannelConfigFile(QString path);
+  Q_INVOKABLE bool importChannelConfigFile(QUrl url) { return importChannelConfigFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportChannelConfigFile(QString path);
+  Q_INVOKABLE bool exportChannelConfigFile(QUrl url) { return exportChannelConfigFile(url.toLocalFile()); }
+  Q_INVOKABLE bool exportChannelEqFile(QString path);
+  /// Loads a factory file without writing it over the default file of the type.
+  bool importFactoryCorrections(const QString &path) { return takeCorrections(path, false); }
+  bool importFactoryFiretimes(const QString &path) { return takeFiretimes(path, false); }
+  static bool copyNbqRgbIspConfigCsvTo(const QString &destination, const QString &source);
+  static bool copyNbqRgbChannelEqCsvTo(const QString &destination, const QString &source);
+
+  // ---- filters of the decoder. A list that is too short is refused with a line in the log and changes nothing.
+  Q_INVOKABLE void setVd8PopoutFilterFlag(bool flag);
+  Q_INVOKABLE void setVd8PopoutFilterHighlight(bool flag);
+  Q_INVOKABLE void setPopoutFilterConfig(QVariantList list);
+  Q_INVOKABLE void setVd2OfflineFilterFlag(bool flag);
+  Q_INVOKABLE void setVd8OffineFilterFlag(bool flag);
+  Q_INVOKABLE void setPointCloudSmoothingFlag(bool flag);
+  Q_INVOKABLE void setPointCloutSmoothingConfig(QVariantList list);
+  Q_INVOKABLE void setVd2DistanceFilterThreshold(float metres);
+  Q_INVOKABLE void setYfnNoiseFilterFlag(bool flag);
+  Q_INVOKABLE void setYfnNoiseFilterMode(int mode);
+  Q_INVOKABLE void setYfnNoiseFilterConfig(QVariantList list);
+
   // ---- for the rest of the plug-in
   tarvo::lidar::SDKSource *source() const { return m_source.load(std::memory_order_acquire); }
   /// Not owned; once, before the first run.
@@ -379,7 +421,6 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void setGlslType(int type) { m_settings.glslType = type; }
   void setNbqPointLayout(bool on);
   void setDiffByThree(bool on);
-  Q_INVOKABLE void setVd8PopoutFilterHighlight(bool flag);
   /// Per-frame export of the point table while a capture plays. `type` 1 or more; off restores what it changed.
   void setDetailExport(bool on, int type, QUrl url);
 
@@ -458,6 +499,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void announce(Signal signal);
   /// Adds the column and the PCD field of a row; families bring rows of their own.
   void addColumn(const PointColumn &column, int position);
+  /// Shows the current frame with calibration that has just been loaded.
+  virtual void redrawCalibrated();
   /// Runs `change` on the decode parameters; without a runtime, nothing.
   void writeParams(const std::function<void(tarvo::lidar::FrameDecodeParam &)> &change);
   /// Fills the monitor table from a device-status block, read through `boards`.
@@ -470,6 +513,15 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void loadSettings();
   void installHooks();
   void storeTransform(float &field, float value);
+  void forwardFilter(const std::function<void(tarvo::lidar::SvSdkRuntime &)> &setting);
+  void askForFilteredDecode(bool on);
+  /// `keepDefault`: the default file of the type follows what is loaded.
+  bool takeCorrections(const QString &path, bool keepDefault);
+  bool takeFiretimes(const QString &path, bool keepDefault);
+  // Write a file and its shown name, without a signal. Any thread.
+  bool writeCorrections(const QString &path);
+  bool writeFiretimes(const QString &path);
+  bool writeDcf(const QString &path);
   void refreshColors();
   void refreshDroppingFastPath();
   /// Works the automatic scales out; true when a limit moved.

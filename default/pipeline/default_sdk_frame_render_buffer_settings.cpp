@@ -171,12 +171,6 @@ void DefaultSDKFrameRenderBuffer::setEchoModelReturnMode(int index) {
   announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
 }
 
-void DefaultSDKFrameRenderBuffer::setVd8PopoutFilterHighlight(bool on) {
-  m_settings.vd8PopoutHighlight = on;
-  if (auto *const decoder = runtime()) decoder->SetPopoutFilterHighlight(on);
-  announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
-}
-
 void DefaultSDKFrameRenderBuffer::setDetailExport(bool on, int type, QUrl url) {
   if (on) {
     m_settings.detailExportPath.set(url.toLocalFile());

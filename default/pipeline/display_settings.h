@@ -58,20 +58,20 @@ struct PipelineFlow {
   std::atomic<bool> cacheResetRequested{false};
 };
 
-/// Default files of the lidar's type and the names of the files last used, as the panels show them.
-/// Filled by the configuration before the first frame, later on the GUI thread only.
+/// Default files of the lidar's type and the names of the files last used, as the panels show them. Filled by the
+/// configuration before the first frame, later by imports on the GUI thread and by exports on the parser's thread.
 struct CalibrationPaths {
-  QString correctionPath;
-  QString firetimesPath;
-  QString channelEqPath;
-  QString dcfPath;
-  QString nonlinearMappingPath;
-  QString correctionFileDir;
-  QString firetimesFileDir;
-  QString channelEqFileDir;
-  QString channelConfigFileDir;
-  QString DcfFileDir;
-  QString nonlinearMappingFileDir;
+  Snapshot<QString> correctionPath;
+  Snapshot<QString> firetimesPath;
+  Snapshot<QString> channelEqPath;
+  Snapshot<QString> dcfPath;
+  Snapshot<QString> nonlinearMappingPath;
+  Snapshot<QString> correctionFileDir;  ///< a bare file name, as all below
+  Snapshot<QString> firetimesFileDir;
+  Snapshot<QString> channelEqFileDir;
+  Snapshot<QString> channelConfigFileDir;
+  Snapshot<QString> DcfFileDir;
+  Snapshot<QString> nonlinearMappingFileDir;
 };
 
 /// Rigid transform that the canvas applies; vertices keep sensor coordinates. GUI thread only.

@@ -4,18 +4,29 @@ namespace tarvo::skarnvisor {
 
 const LidarTypeChain &fmcwTypeChain() {
   static const LidarTypeChain chain{
-      .rows = {
+      .rows =
           {
-              .types = {"FMCW", "FMCW_V3"},
-              .capabilities = {{"firetimesUseful", false}},
-              .glslType = 1,
+              {
+                  .types = {"FMCW", "FMCW_V3"},
+                  .capabilities = {{"firetimesUseful", false}, {"coordinateTransformUseful"}},
+                  .columns = {{"RelVelocity"}, {"AngleId"}},
+                  .colorModes = {"VelocityIntensity", "OptVelocityIntensity", "Velocity"},
+                  .glslType = 1,
+                  .label = "FMCW",
+              },
+              {
+                  .types = {"FMCW_V4"},
+                  .capabilities = {{"firetimesUseful", false},
+                                   {"coordinateTransformUseful"},
+                                   {"fmcwPostProcessUseful", false}},
+                  .columns = {{"RelVelocity"}, {"AngleId"}},
+                  .colorModes = {"VelocityIntensity", "OptVelocityIntensity", "Velocity"},
+                  .glslType = 1,
+                  .label = "FMCW",
+              },
           },
-          {
-              .types = {"FMCW_V4"},
-              .capabilities = {{"firetimesUseful", false}, {"fmcwPostProcessUseful", false}},
-              .glslType = 1,
-          },
-      }};
+      .corrections = CorrectionsStep::Never,
+      .dcf = false};
   return chain;
 }
 

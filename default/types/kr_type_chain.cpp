@@ -10,7 +10,7 @@ constexpr std::string_view channelEqGainsUltra = "nbq_rgb_channel_eq_gains_ultra
 const std::vector<FilterSlot> lowConfidenceBits = {FilterSlot::Confidence, FilterSlot::Confidence0,
                                                    FilterSlot::Confidence1, FilterSlot::Confidence2};
 
-std::vector<LidarTypeRow> pointRows() {
+std::vector<LidarTypeRow> krRows() {
   return {
       {
           .types = {"KR2"},
@@ -42,11 +42,39 @@ std::vector<LidarTypeRow> pointRows() {
           .label = "KR6",
       },
       {
+          .types = {"KR9"},
+          .capabilities = {{"monitorViewUseful"},
+                           {"faultmessageViewUsed"},
+                           {"reflectanceMappingFlag"},
+                           {"LidarStandbyModeFlag"},
+                           {"frameModelUseful"},
+                           {"remakeAndQuantifyFlag"},
+                           {"groundFiterFlag"},
+                           {"coordinateTransformUseful"}},
+          .offeredFilters = {FilterSlot::Confidence, FilterSlot::Confidence0},
+          .files = {.correctionExtension = "dat"},
+          .columns = {{"GlareInD"}},
+          .colorModes = {"GlareInD", "confidence0"},
+          .label = "KR9",
+      },
+      {
           .types = {"KR5E_QD"},
           .capabilities = {{"channelConfigUseful"}, {"useBlindChannels", false}},
           .files = {.correctionExtension = "dat"},
           .blindChannelsCheck = false,
       },
+  };
+}
+
+// The NB, NBQ and NBW types without a camera.
+std::vector<LidarTypeRow> pointRows() {
+  const std::vector<CapabilityChange> tuTools = {
+      {"reflectanceMappingFlag"}, {"nonlinearMappingUseful"}, {"energyDeductFilterFlag"}, {"subChannelFilterFlag"}};
+  const std::vector<ColumnPlace> tuColumns = {{"RawIntensity"},        {"Area"},         {"Peak"}, {"StepId"},
+                                              {"FrontCenterDistDiff"}, {"FrontDistDiff"}};
+  const std::vector<std::string_view> tuModes = {"RawIntensity", "Area", "Peak", "FrontCenterDistDiff",
+                                                 "FrontDistDiff"};
+  return {
       {
           .types = {"NB41X"},
           .capabilities = {{"dcfUseful"},
@@ -62,15 +90,47 @@ std::vector<LidarTypeRow> pointRows() {
           .dcfCorrection = true,
       },
       {
-          .types = {"NBQ_TU_410"},
-          .capabilities = {{"reflectanceMappingFlag"},
-                           {"nonlinearMappingUseful"},
-                           {"energyDeductFilterFlag"},
-                           {"subChannelFilterFlag"}},
+          .types = {"NBQ_TU_410", "NBQ_TU_410_RS"},
+          .capabilities = tuTools,
+          .offeredFilters = {FilterSlot::NbqVtArea, FilterSlot::NbqVtStepId},
+          .files = {.spelling = "NBQ_TU_410", .correctionExtension = "dat"},
+          .columns = tuColumns,
+          .colorModes = tuModes,
+      },
+      {
+          .types = {"NBQ_TU_830"},
+          .capabilities = tuTools,
           .offeredFilters = {FilterSlot::NbqVtArea, FilterSlot::NbqVtStepId},
           .files = {.correctionExtension = "dat"},
-          .columns = {{"RawIntensity"}, {"Area"}, {"Peak"}, {"StepId"}, {"FrontCenterDistDiff"}, {"FrontDistDiff"}},
-          .colorModes = {"RawIntensity", "Area", "Peak", "FrontCenterDistDiff", "FrontDistDiff"},
+          .columns = tuColumns,
+          .colorModes = tuModes,
+      },
+      {
+          .types = {"NBQ_TU_RS5_41", "NBQ_TU_RS5_43", "NBQ_TU_RS5_47", "NBQ_TU_5_42"},
+          .capabilities = {{"reflectanceMappingFlag"},
+                           {"roadMarkerFilterFlag"},
+                           {"bankReflectivityFilterFlag"},
+                           {"subChannelFilterFlag"}},
+          .offeredFilters = {FilterSlot::NbqVtStepId},
+          .files = {.correctionExtension = "dat"},
+          .columns = {{"RawIntensity"}, {"StepId"}, {"FrontCenterDistDiff"}, {"FrontDistDiff"}},
+          .colorModes = {"RawIntensity", "FrontCenterDistDiff", "FrontDistDiff"},
+      },
+      {
+          .types = {"NBQ_V5_33_830"},
+          .capabilities = {{"reflectanceMappingFlag"}, {"nonlinearMappingUseful"}, {"nbqSmoothingFlag"}},
+          .offeredFilters = {FilterSlot::Confidence},
+          .files = {.correctionExtension = "dat"},
+          .columns = {{"RawIntensity"}, {"GlareInD"}},
+          .colorModes = {"RawIntensity", "GlareInD"},
+      },
+      {
+          .types = {"NBW_TOP_V2"},
+          .capabilities = {{"reflectanceMappingFlag"}, {"nonlinearMappingUseful"}, {"energyDeductFilterFlag"}},
+          .files = {.correctionExtension = "dat"},
+          .columns = {{"RawIntensity"}},
+          .colorModes = {"RawIntensity"},
+          .label = "NBW",
       },
       {
           .types = {"NBW_TOP_V3_V4"},
@@ -85,59 +145,89 @@ std::vector<LidarTypeRow> pointRows() {
   };
 }
 
-// The types with a colour camera, and the one whose area field is a byte.
-std::vector<LidarTypeRow> colorRows() {
+// The types with a colour camera: their image-signal files take the place of the firetimes.
+std::vector<LidarTypeRow> cameraRows() {
+  const std::vector<ColumnPlace> colors = {{"R"}, {"G"}, {"B"}};
   return {
       {
           .types = {"NBQ_COLOR_V3"},
           .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
-          .columns = {{"R"}, {"G"}, {"B"}},
+          .columns = colors,
           .scales = TypeScales{.rgbType = true, .rgbMax = 4096.0F},
       },
       {
-          .types = {"NBW_TOP_COLOR", "COLOR_FLD_V7"},
-          .capabilities = {{"firetimesUseful"}},
+          .types = {"NBW_TOP_COLOR"},
+          .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}, {"rgbDisplay1260Flag"}},
+          .offeredFilters = {FilterSlot::NbqVtSpadId},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
-          .columns = {{"R"}, {"G"}, {"B"}},
+          .columns = colors,
+          .scales = TypeScales{.rgbType = true, .rgbMax = 4096.0F},
+          .label = "NBW",
+      },
+      {
+          .types = {"COLOR_FLD_V7"},
+          .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}},
+          .offeredFilters = {FilterSlot::NbqVtSpadId},
+          .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
+          .columns = {{"R"}, {"G"}, {"B"}, {"SpadId"}},
           .scales = TypeScales{.rgbType = true, .rgbMax = 4096.0F},
       },
       {
           .types = {"NBW_TOP_COLOR_V6"},
-          .capabilities = {{"firetimesUseful"}},
+          .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}, {"rgbDisplay1260Flag"}},
+          .offeredFilters = {FilterSlot::NbqVtSpadId},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
-          .columns = {{"R"}, {"G"}, {"B"}},
+          .columns = colors,
           .scales = TypeScales{.rgbType = true, .rgbMax = 255.0F},
+          .label = "NBW",
       },
       {
           .types = {"NBW_PEAK_V8"},
-          .capabilities = {{"firetimesUseful"}},
+          .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}, {"rgbDisplayLayoutFlag"}},
+          .offeredFilters = {FilterSlot::NbqVtSpadId},
           .files = {.correctionExtension = "dat", .channelEqFile = channelEqGainsUltra},
-          .columns = {{"R"}, {"G"}, {"B"}},
+          .columns = {{"R"}, {"G"}, {"B"}, {"SpadId"}},
           .scales = TypeScales{.rgbType = true, .rgbMax = 4096.0F, .rgbMaxLong = 512.0F, .rgbDualFocusScaleFlag = true},
+          .rgbDisplayUseRowCol = true,
+          .label = "NBW",
       },
       {
           .types = {"NBW_PEAK_V8_C"},
-          .capabilities = {{"firetimesUseful"}},
-          .files = {.correctionExtension = "dat", .channelEqFile = channelEqGains},
-          .columns = {{"R"}, {"G"}, {"B"}},
+          .capabilities = {{"firetimesUseful"}, {"nbqRgbModeFlag"}, {"ispFlag"}, {"rgbDisplayLayoutFlag"}},
+          .offeredFilters = {FilterSlot::NbqVtSpadId},
+          .files = {.correctionExtension = "dat", .channelEqFile = channelEqGainsUltra},
+          .columns = {{"R"}, {"G"}, {"B"}, {"SpadId"}},
           .scales = TypeScales{.rgbType = true, .rgbMax = 255.0F, .rgbMaxLong = 31.875F, .rgbDualFocusScaleFlag = true},
-      },
-      {
-          .types = {"COLOR_FLD_V6"},
-          .capabilities = {{"firetimesUseful"}},
-          .files = {.correctionExtension = "dat"},
-          .areaFullScale = 255.0F,
+          .rgbDisplayUseRowCol = true,
+          .label = "NBW",
       },
   };
+}
+
+// Colour types without a camera picture; the first keeps its area in one byte.
+std::vector<LidarTypeRow> fieldRows() {
+  LidarTypeRow row{
+      .types = {"COLOR_FLD_V6"},
+      .capabilities = {{"firetimesUseful"}, {"areaRemapFlag"}},
+      .files = {.correctionExtension = "dat", .firetimes = true},
+      .columns = {{"RawIntensity"}, {"Area"}, {"Peak"}, {"SpadId"}, {"FrontCenterDistDiff"}, {"FrontDistDiff"}},
+      .colorModes = {"RawIntensity", "Area", "Peak", "FrontCenterDistDiff", "FrontDistDiff"},
+      .areaFullScale = 255.0F,
+  };
+  LidarTypeRow wide = row;
+  wide.types = {"COLOR_FLD_V11"};
+  wide.areaFullScale.reset();
+  return {std::move(row), std::move(wide)};
 }
 
 }  // namespace
 
 const LidarTypeChain &krTypeChain() {
   static const LidarTypeChain chain = [] {
-    std::vector<LidarTypeRow> rows = pointRows();
-    for (LidarTypeRow &row : colorRows()) rows.push_back(std::move(row));
+    std::vector<LidarTypeRow> rows;
+    for (auto *part : {krRows, pointRows, cameraRows, fieldRows})
+      for (LidarTypeRow &row : part()) rows.push_back(std::move(row));
     return LidarTypeChain{.everyTypeFirst = {{"firetimesUseful", false}},
                           .rows = std::move(rows),
                           .everyTypeColumns = {{"Field"}},

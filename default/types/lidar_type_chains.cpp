@@ -11,8 +11,7 @@ const LidarTypeRow *LidarTypeChain::find(std::string_view type) const {
 }
 
 const LidarTypeRow *findLidarType(std::string_view type) {
-  for (const LidarFamily family :
-       {LidarFamily::Base, LidarFamily::KR, LidarFamily::LM, LidarFamily::NB, LidarFamily::QS, LidarFamily::FMCW})
+  for (const LidarFamily family : lidarFamilies)
     if (const LidarTypeRow *row = lidarTypeChain(family).find(type)) return row;
   return nullptr;
 }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <array>
+
 #include "default/types/lidar_type_row.h"
 
 namespace tarvo::skarnvisor {
 
 /// One chain for each family callback; which chain a type belongs to is decided by that callback, not here.
 enum class LidarFamily { Base, KR, LM, NB, QS, FMCW };
+
+inline constexpr std::array lidarFamilies{LidarFamily::Base, LidarFamily::KR, LidarFamily::LM,
+                                          LidarFamily::NB,   LidarFamily::QS, LidarFamily::FMCW};
 
 /// The chain of a family. Built once, never changed; any thread.
 const LidarTypeChain &lidarTypeChain(LidarFamily family);

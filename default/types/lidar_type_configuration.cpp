@@ -1,9 +1,12 @@
 #include "default/types/lidar_type_configuration.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include "contracts/host/log.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
 #include "default/pipeline/default_sdk_frame_render_buffer.h"
 #include "default/types/calibration_file_names.h"
 
@@ -30,13 +33,14 @@ void applyColorModes(const std::vector<std::string_view> &titles, DefaultSDKFram
 
 void applyFileNames(const CalibrationFileNames &names, DefaultSDKFrameRenderBuffer &renderBuffer) {
   CalibrationPaths &paths = renderBuffer.calibrationPaths();
-  paths.correctionPath = names.correction;
-  paths.firetimesPath = names.firetimes;
-  paths.channelEqPath = names.channelEq;
-  paths.dcfPath = names.dcf;
+  paths.correctionPath.set(names.correction);
+  paths.firetimesPath.set(names.firetimes);
+  paths.channelEqPath.set(names.channelEq);
+  paths.dcfPath.set(names.dcf);
 }
 
 void applySettings(const LidarTypeRow &row, DefaultSDKFrameRenderBuffer &renderBuffer) {
+  if (row.firstBeforeLast) renderBuffer.echoModel().setFirstBeforeLast(true);
   if (row.distanceCorrection) renderBuffer.setDistanceCorrectionState(*row.distanceCorrection);
   if (row.frameSeconds) renderBuffer.setFrameSeconds(*row.frameSeconds);
   if (row.intensityMapping) renderBuffer.intensityMapping(*row.intensityMapping);
@@ -46,13 +50,16 @@ void applySettings(const LidarTypeRow &row, DefaultSDKFrameRenderBuffer &renderB
   if (row.scales) renderBuffer.setScales(*row.scales);
   if (row.areaFullScale) renderBuffer.setAreaScale(0.0F, *row.areaFullScale, *row.areaFullScale);
   if (row.glslType) renderBuffer.setGlslType(*row.glslType);
+  if (row.rgbDisplayUseRowCol && renderBuffer.runtime() != nullptr)
+    lidar::DecodeParams::write(*renderBuffer.runtime(),
+                               [](lidar::FrameDecodeParam &params) { params.isp.rgbDisplayUseRowCol = true; });
 }
 
-void applyRow(const LidarTypeRow &row, const std::string &type, const QString &dataRoot,
-              DefaultSDKFrameRenderBuffer &renderBuffer, SDKSource &source) {
+void applyRow(const LidarTypeRow &row, const CalibrationFileNames &files, DefaultSDKFrameRenderBuffer &renderBuffer,
+              SDKSource &source) {
   applyCapabilities(row.capabilities, renderBuffer);
   for (const FilterSlot slot : row.offeredFilters) renderBuffer.filterModel().setOffered(slot, true);
-  applyFileNames(calibrationFileNames(row.files, type, dataRoot), renderBuffer);
+  applyFileNames(files, renderBuffer);
   applyColumns(row.columns, renderBuffer);
   applyColorModes(row.colorModes, renderBuffer);
   if (!row.currentColorMode.empty()) renderBuffer.selectColorMode(std::string(row.currentColorMode));
@@ -60,16 +67,52 @@ void applyRow(const LidarTypeRow &row, const std::string &type, const QString &d
   if (!row.label.empty()) source.familyLabel = row.label;
 }
 
-void nameNonlinearMapping(const std::string &type, const QString &dataRoot, DefaultSDKFrameRenderBuffer &renderBuffer) {
-  QString &path = renderBuffer.calibrationPaths().nonlinearMappingPath;
-  path.clear();
-  const QString fileName = nonlinearMappingFileName(type);
-  if (fileName.isEmpty()) return;
-  const QString folder = nonlinearMappingFolder(dataRoot);
+void makeFolder(const QString &folder) {
   if (!QDir().mkpath(folder))
-    SKARN_LOG(LogLevel::Error, "the folder of the nonlinear mapping files can't be made: %s",
-              folder.toLocal8Bit().constData());
-  path = folder + QLatin1Char('/') + fileName;
+    SKARN_LOG(LogLevel::Error, "the folder of the default files can't be made: %s", folder.toLocal8Bit().constData());
+}
+
+void makeFolderOf(const QString &file) {
+  if (!file.isEmpty()) makeFolder(QFileInfo(file).absolutePath());
+}
+
+/// Calibration that the capture lacks comes from the default file, or else from the factory's; what the capture
+/// brought becomes the new default.
+void bringInStep(const LidarTypeChain &chain, const CalibrationFileNames &files, const std::string &type,
+                 DefaultSDKFrameRenderBuffer &renderBuffer, const SDKSource &source) {
+  const bool correctionsStep = chain.corrections == CorrectionsStep::Always ||
+                               (chain.corrections == CorrectionsStep::WhenNamed && !files.correction.isEmpty());
+  if (correctionsStep && source.correctionFailed) {
+    const bool imported = QFile::exists(files.correction) && renderBuffer.importCorrectionsFile(files.correction);
+    if (!imported && QFile::exists(files.factoryCorrection))
+      renderBuffer.importFactoryCorrections(files.factoryCorrection);
+  } else if (correctionsStep) {
+    makeFolderOf(files.correction);
+    renderBuffer.exportCorrectionsFile(files.correction);
+  }
+  if (!files.firetimes.isEmpty() && source.firetimesFailed) {
+    const bool imported = QFile::exists(files.firetimes) && renderBuffer.importFiretimesFile(files.firetimes);
+    if (!imported && QFile::exists(files.factoryFiretimes)) renderBuffer.importFactoryFiretimes(files.factoryFiretimes);
+  } else if (!files.firetimes.isEmpty()) {
+    makeFolderOf(files.firetimes);
+    renderBuffer.exportFiretimesFile(files.firetimes);
+    if (typeTraits(type).denseCamera && !files.channelEq.isEmpty()) renderBuffer.exportChannelEqFile(files.channelEq);
+  }
+  if (!chain.dcf || files.dcf.isEmpty()) return;
+  if (!source.dcfFailed) {
+    makeFolderOf(files.dcf);
+    renderBuffer.exportDcfFile(files.dcf);
+  } else if (QFile::exists(files.dcf)) {
+    renderBuffer.importDcfFile(files.dcf);
+  }
+}
+
+void nameNonlinearMapping(const std::string &type, const QString &dataRoot, DefaultSDKFrameRenderBuffer &renderBuffer) {
+  const QString fileName = nonlinearMappingFileName(type);
+  const QString folder = nonlinearMappingFolder(dataRoot);
+  if (!fileName.isEmpty()) makeFolder(folder);
+  renderBuffer.calibrationPaths().nonlinearMappingPath.set(fileName.isEmpty() ? QString()
+                                                                              : folder + QLatin1Char('/') + fileName);
 }
 
 }  // namespace
@@ -78,10 +121,15 @@ void configureLidarType(const LidarTypeChain &chain, QObject * /*loader*/, Defau
                         const std::string &type, int /*sourceKind*/, SDKSource &source) {
   const QString dataRoot = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   applyCapabilities(chain.everyTypeFirst, renderBuffer);
-  if (const LidarTypeRow *row = chain.find(type)) applyRow(*row, type, dataRoot, renderBuffer, source);
+  CalibrationFileNames files;
+  if (const LidarTypeRow *row = chain.find(type)) {
+    files = calibrationFileNames(row->files, type, dataRoot);
+    applyRow(*row, files, renderBuffer, source);
+  }
   applyCapabilities(chain.everyTypeLast, renderBuffer);
   applyColumns(chain.everyTypeColumns, renderBuffer);
   applyColorModes(chain.everyTypeColorModes, renderBuffer);
+  bringInStep(chain, files, type, renderBuffer, source);
   if (chain.nonlinearMapping && renderBuffer.nonlinearMappingUseful())
     nameNonlinearMapping(type, dataRoot, renderBuffer);
   Q_EMIT renderBuffer.qmlControlChanged();

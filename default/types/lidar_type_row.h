@@ -51,9 +51,14 @@ struct LidarTypeRow {
   std::optional<TypeScales> scales{};
   std::optional<float> areaFullScale{};  ///< top of the type's area values
   std::optional<int> glslType{};
-  bool needsNoCorrection = false;  ///< the points come corrected: nobody is asked to load a correction file
-  std::string_view label{};        ///< family label, written on the source
+  bool firstBeforeLast = false;      ///< the echo selector names "first" before "last"
+  bool rgbDisplayUseRowCol = false;  ///< the camera picture is laid out by row and column
+  bool needsNoCorrection = false;    ///< the points come corrected: nobody is asked to load a correction file
+  std::string_view label{};          ///< family label, written on the source
 };
+
+/// When a chain brings a type's corrections in step with their default file.
+enum class CorrectionsStep { Never, WhenNamed, Always };
 
 /// What one family callback configures from: its rows, in order, and what holds for every type of the chain.
 struct LidarTypeChain {
@@ -62,7 +67,9 @@ struct LidarTypeChain {
   std::vector<ColumnPlace> everyTypeColumns{};  ///< behind those of the row
   std::vector<std::string_view> everyTypeColorModes{};
   std::vector<CapabilityChange> everyTypeLast{};  ///< after the rows
-  bool nonlinearMapping = false;                  ///< a type with `nonlinearMappingUseful` gets its mapping file named
+  CorrectionsStep corrections = CorrectionsStep::Always;
+  bool dcf = true;                ///< a type with a DCF file has it brought in step
+  bool nonlinearMapping = false;  ///< a type with `nonlinearMappingUseful` gets its mapping file named
 
   /// The first row that names the type; null for a type without one.
   [[nodiscard]] const LidarTypeRow *find(std::string_view type) const;

@@ -290,7 +290,7 @@ TEST_F(ParserTest, CalibrationFromACaptureIsWrittenUntilItSucceeds) {
   source.correctionExportPending = true;
   parse();
   EXPECT_TRUE(source.correctionExportPending) << "a type without a default file";
-  rb.calibrationPaths().correctionPath = QFileInfo(path).absoluteFilePath();
+  rb.calibrationPaths().correctionPath.set(QFileInfo(path).absoluteFilePath());
   runtime->exportResult = -1;
   parse();
   EXPECT_TRUE(source.correctionExportPending);

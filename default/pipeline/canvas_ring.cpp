@@ -4,11 +4,45 @@
 
 namespace tarvo::skarnvisor {
 
-void CanvasRing::restart() {
-  canvasRestart = true;
+StackSettings CanvasRing::settings() const {
+  StackSettings now;
+  now.frames = frameNumber;
+  now.framesPerCanvas = std::max<int>(framesPerCanvas, 1);
+  now.cached = internalCache && now.frames >= 2;
+  return now;
+}
+
+void CanvasRing::shape(const StackShape &stack, int points) {
+  frameNumber = stack.frames;
+  framesPerCanvas = stack.framesPerCanvas;
+  canvasCount = stack.canvases;
+  canvasBufferSize = points;
+  canvasPointCapacity = points;
   canvasIndex = 0;
   canvasOffset = 0;
-  for (Relaxed<int> &count : canvasFrames) count = 0;
+  hasGroup = false;
+  canvasTargets.fill(0);
+  std::fill_n(canvasTargets.begin(), stack.slotsInUse(), 1);
+  canvasFill.fill(0);
+  canvasFrames.fill(0);
+}
+
+void CanvasRing::leave(int frames) {
+  frameNumber = frames;
+  canvasCount = 0;
+  framesPerCanvas = 1;
+  canvasOffset = 0;
+  hasGroup = false;
+  canvasFill.fill(0);
+  canvasFrames.fill(0);
+}
+
+void CanvasRing::restart() {
+  canvasRestart = true;
+  hasGroup = false;
+  canvasIndex = 0;
+  canvasOffset = 0;
+  canvasFrames.fill(0);
 }
 
 void CanvasRing::enterNextGroup() {
@@ -20,6 +54,7 @@ void CanvasRing::enterNextGroup() {
     canvasOffset = 0;
     return;
   }
+  hasGroup = true;
   int index = std::clamp<int>(canvasIndex, 0, size - 1);
   canvasFrames[index] = canvasFrames[index] + 1;
   if (canvasFrames[index] < canvasTargets[index]) return;
@@ -28,6 +63,12 @@ void CanvasRing::enterNextGroup() {
   if (canvasTargets[index] == 0) index = 0;
   canvasIndex = index;
   canvasOffset = 0;
+}
+
+bool CanvasRing::reenterGroup() {
+  if (active() && !hasGroup) return false;
+  canvasOffset = 0;
+  return true;
 }
 
 std::size_t CanvasRing::room() const {

@@ -119,6 +119,7 @@ void DefaultSDKFrameRenderBuffer::installHooks() {
 QString DefaultSDKFrameRenderBuffer::renderSource() const { return QStringLiteral("SDK.qml"); }
 
 void DefaultSDKFrameRenderBuffer::prepareForQmlRemoval() {
+  m_stackAllocation.wait();  // it uses the source
   {
     const std::lock_guard lock(m_picture.frameMutex);
     m_picture.fastVertexValid = false;
@@ -217,6 +218,12 @@ void DefaultSDKFrameRenderBuffer::beginDecode() {
 void DefaultSDKFrameRenderBuffer::endDecode() {
   const std::lock_guard lock(m_parseMutex);
   m_decodeInFlight = false;
+  m_frameWaits = true;
+}
+
+StackSettings DefaultSDKFrameRenderBuffer::stackSettings() const {
+  const std::lock_guard lock(m_picture.frameMutex);
+  return m_ring.settings();
 }
 
 void DefaultSDKFrameRenderBuffer::restartRing() {
@@ -230,7 +237,8 @@ void DefaultSDKFrameRenderBuffer::repeatParse() {
   if (from == nullptr || parser == nullptr || m_flow.frameAllocationBusy) return;
   const AnnouncementScope scope;
   const std::lock_guard lock(m_parseMutex);
-  if (m_decodeInFlight) {
+  // With a ring, points that wait for their own run must not enter it twice.
+  if (m_decodeInFlight || (m_frameWaits && m_ring.active())) {
     m_reparseOwed = true;
     return;
   }

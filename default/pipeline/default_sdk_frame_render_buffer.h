@@ -16,6 +16,7 @@
 #include "default/pipeline/display_settings.h"
 #include "default/pipeline/frame_hooks.h"
 #include "default/pipeline/frame_picture.h"
+#include "default/pipeline/stack_allocation.h"
 #include "default/pipeline/type_traits.h"
 #include "default/telemetry/device_tables.h"
 #include "default/telemetry/monitor_boards.h"
@@ -337,6 +338,13 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_INVOKABLE QByteArray vertexGet(int index) const;
   Q_INVOKABLE int primitiveCountGet(int index) const;
   Q_INVOKABLE int getIndexUseNow() const;
+  /// Asks for a stack of `n` frames. True: accepted; without canvases it stands at once, else
+  /// `frameAllocationFinished` tells what came of it. Returns without waiting for the memory.
+  Q_INVOKABLE bool setFrameNumber(int n);
+  /// Builds the ring anew and has the producer begin its stack afresh.
+  Q_INVOKABLE void clearMultiCanvas();
+  /// Whether depths above 1 use canvases. Goes back to one frame.
+  Q_INVOKABLE void setInternalCacheFlag(bool flag);
   Q_INVOKABLE int glslType() const { return m_settings.glslType; }
   Q_INVOKABLE void updateMask(int mask);
   Q_INVOKABLE void addColorMode(std::string title);
@@ -446,6 +454,10 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// since the decoder is writing the points. `beginDecode` waits for a repeat parse under way.
   void beginDecode();
   void endDecode();
+  /// What the stack is at this moment, none of it from before a change and some from after. Any thread.
+  StackSettings stackSettings() const;
+  /// Where the stack's memory comes from.
+  StackAllocation &stackAllocation() { return m_stackAllocation; }
   /// The producer starts the ring afresh from slot 0. Waits for a repeat parse under way, which reads the ring.
   void restartRing();
 
@@ -533,6 +545,24 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   PointPassSettings passSettings() const;
   /// The area mask, grown with zeros to the stored points while the area filter is on.
   std::shared_ptr<const std::vector<std::int32_t>> growAreaMask(std::size_t pointNum);
+  struct StackResult {
+    StackShape shape;
+    int pointsPerCanvas = 0;
+    bool success = false;
+    QString message;
+  };
+  bool requestStack(int n);
+  StackResult planStack(int n, std::size_t framePoints);
+  /// The worker of an accepted request; on a thread of the pool.
+  void allocateStack(StackResult plan);
+  void applyStack(StackResult result);
+  void leaveStack(int frames);
+  void announceStackChange();
+  void endAllocation(bool success, const QString &message);
+  void announceAllocationFinished(bool success, const QString &message);
+  MemoryFigures freeMemory(std::uint64_t *heldBytes = nullptr) const;
+  std::size_t framePoints() const;
+  bool sizeDecodeFrame(int frames);
   void refilter(const PointPass &pass, std::size_t first, std::size_t count, Vertex *vertices);
   bool listsPoints() const;
 
@@ -568,9 +598,15 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   QSharedPointer<MonitorModel> m_monitorModel;
   QSharedPointer<MonitorModel> m_faultmessageModel;
 
-  std::mutex m_parseMutex;  ///< serialises parser runs with repeat parses; guards m_decodeInFlight
+  Relaxed<std::size_t> m_framePoints{0};  ///< points of a single frame as last parsed; 0: not known
+
+  std::mutex m_parseMutex;  ///< serialises parser runs with repeat parses; guards the two words below
   bool m_decodeInFlight = false;
-  bool m_reparseOwed = false;  ///< a repeat parse was left to the next run; guarded by m_parseMutex
+  bool m_frameWaits = false;  ///< decoded, its run of the parser is still to come
+  /// A parse was left to the next run. Written under m_parseMutex; who clears frameAllocationBusy looks at it next.
+  std::atomic<bool> m_reparseOwed{false};
+
+  StackAllocation m_stackAllocation;  ///< the last member: its end waits for a worker that uses the others
 };
 
 }  // namespace tarvo::skarnvisor

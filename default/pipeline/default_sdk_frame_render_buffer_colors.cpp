@@ -95,7 +95,7 @@ void DefaultSDKFrameRenderBuffer::recolor() {
   const std::lock_guard lock(m_picture.frameMutex);
   if (!m_picture.storeMatchesVertices) return;  // the run that follows brings the new colours with the next frame
   const std::size_t count = m_picture.storedCountLocked();
-  tarvo::skarnvisor::recolor(global_executor(), colors, std::span<const Point>(m_picture.frameStore).first(count),
+  tarvo::skarnvisor::recolor(global_executor(), colors, m_picture.frameStore.from(0).first(count),
                              std::span(m_picture.vertices).first(count));
 }
 
@@ -229,7 +229,7 @@ bool DefaultSDKFrameRenderBuffer::autoScaleNow() {
   }
   if (!hasPoints) {
     const std::lock_guard lock(m_picture.frameMutex);
-    const auto points = std::span<const Point>(m_picture.frameStore).first(m_picture.storedCountLocked());
+    const auto points = m_picture.frameStore.from(0).first(m_picture.storedCountLocked());
     hasPoints = !points.empty();
     autoScaleFrom(points);
   }

@@ -77,9 +77,11 @@ bool DefaultSDKFrameRenderBuffer::listsPoints() const {
 
 void DefaultSDKFrameRenderBuffer::refilter(const PointPass &pass, std::size_t first, std::size_t count,
                                            Vertex *vertices) {
-  runPointPass(
-      global_executor(), pass,
-      {.points = m_picture.frameStore.data() + first, .count = count, .vertices = vertices, .firstPosition = first});
+  runPointPass(global_executor(), pass,
+               {.points = m_picture.frameStore.from(first).data(),
+                .count = count,
+                .vertices = vertices,
+                .firstPosition = first});
 }
 
 void DefaultSDKFrameRenderBuffer::filterSinglePoints() {
@@ -151,7 +153,7 @@ void DefaultSDKFrameRenderBuffer::refreshSelection() {
       if (count == rows.size()) rows.resize(std::max<std::size_t>(rows.size() * 2, FramePicture::rowsAtStart));
       rows[count++] = static_cast<std::uint32_t>(position);
     };
-    const auto visit = [&](std::size_t first, std::size_t points, std::vector<Vertex> &vertices) {
+    const auto visit = [&](std::size_t first, std::size_t points, FramePicture::VertexArray &vertices) {
       for (std::size_t i = 0; i < points; ++i) {
         std::uint32_t &word = vertices[i].color;
         if (marks.hidden(word)) continue;

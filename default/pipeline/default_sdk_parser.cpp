@@ -66,8 +66,8 @@ void DefaultSDKParser::operator()() {
 void DefaultSDKParser::parseLocked() {
   DefaultSDKFrameRenderBuffer &rb = *defaultSDKFrameBuffer();
   SDKSource *const source = rb.source();
-  if (!hasWork(rb, source)) return;
-  rb.m_reparseOwed = false;
+  const Work work = takeWork(rb, source);
+  if (work == Work::None) return;
 
   rb.checkAndExportFromPcap();
   rb.m_settings.title.set(source->sourceTitle);
@@ -77,6 +77,7 @@ void DefaultSDKParser::parseLocked() {
   auto *const frame = runtime->DecodeFrame();
   if (frame == nullptr) return;
   const FrameHead head = readHead(*frame);
+  rb.m_framePoints = head.framePoints;
   updateMonitor(rb, *source, *frame);
   updateSideModels(rb, *source, head);
   updateFaults(rb, *source);
@@ -84,16 +85,24 @@ void DefaultSDKParser::parseLocked() {
   followBlindChannels(rb, source->rgbMode);
   if (rb.m_hooks.frame) rb.m_hooks.frame(*frame);
 
-  const std::optional<ParsedFrame> parsed = parsePoints(rb, *source, head);
+  const std::optional<ParsedFrame> parsed = parsePoints(rb, *source, head, work);
   if (!parsed) return;
   finishFrame(rb, *parsed);
 }
 
-bool DefaultSDKParser::hasWork(DefaultSDKFrameRenderBuffer &rb, const SDKSource *source) const {
-  const bool forced = rb.m_flow.forceReparse || rb.m_reparseOwed;
-  if (rb.m_flow.skipParse.exchange(false) && !forced) return false;
-  if (rb.m_flow.frameAllocationBusy || source == nullptr) return false;
-  return source->pointCount > 0 || forced;
+DefaultSDKParser::Work DefaultSDKParser::takeWork(DefaultSDKFrameRenderBuffer &rb, const SDKSource *source) const {
+  const bool owed = rb.m_reparseOwed;
+  const bool forced = rb.m_flow.forceReparse || owed;
+  const bool skipped = rb.m_flow.skipParse.exchange(false);
+  if (!rb.m_flow.forceReparse) rb.m_frameWaits = false;
+  if (skipped && !forced) return Work::None;
+  // In this order: who ends an allocation clears the flag first and then looks at what is owed.
+  rb.m_reparseOwed = true;
+  if (rb.m_flow.frameAllocationBusy) return Work::None;
+  const bool nothingHeld = source == nullptr || (source->pointCount <= 0 && !forced);
+  rb.m_reparseOwed = nothingHeld && owed;
+  if (nothingHeld) return Work::None;
+  return skipped || rb.m_flow.forceReparse ? Work::Repeat : Work::NewFrame;
 }
 
 void DefaultSDKParser::prepareCorrections(DefaultSDKFrameRenderBuffer &rb, SvSdkRuntime &runtime) const {
@@ -123,6 +132,7 @@ DefaultSDKParser::FrameHead DefaultSDKParser::readHead(DefaultSDKFrameRenderBuff
   head.returnMode = frame.returnMode;
   head.selectedEcho = frame.selectedEcho;
   head.motorSpeed = frame.motorSpeed;
+  head.framePoints = std::size_t{frame.packetsPerFrame} * frame.pointsPerPacket;
   return head;
 }
 
@@ -170,9 +180,12 @@ void DefaultSDKParser::followBlindChannels(DefaultSDKFrameRenderBuffer &rb, int 
   if (checkChanged || useChanged) rb.announce(&DefaultSDKFrameRenderBuffer::qmlControlChanged);
 }
 
-bool DefaultSDKParser::fitCanvas(DefaultSDKFrameRenderBuffer &rb, std::size_t &pointNum) const {
+bool DefaultSDKParser::fitCanvas(DefaultSDKFrameRenderBuffer &rb, Work work, std::size_t &pointNum) const {
   CanvasRing &ring = rb.m_ring;
-  ring.enterNextGroup();
+  if (work == Work::NewFrame)
+    ring.enterNextGroup();
+  else if (!ring.reenterGroup())
+    return false;  // the frame held is none of the stack's
   const std::size_t room = ring.room();
   if (!ring.active() || pointNum <= room) return true;
   const int offset = ring.canvasOffset;
@@ -192,25 +205,26 @@ bool DefaultSDKParser::fitCanvas(DefaultSDKFrameRenderBuffer &rb, std::size_t &p
 }
 
 std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(DefaultSDKFrameRenderBuffer &rb,
-                                                                           SDKSource &source,
-                                                                           const FrameHead &head) const {
+                                                                           SDKSource &source, const FrameHead &head,
+                                                                           Work work) const {
   const std::lock_guard lock(source.frameLock);
   FramePicture &picture = rb.m_picture;
   ParsedFrame parsed;
   parsed.pointCount = source.pointCount;
   const int lasers = rb.m_colors.rgbType ? 0 : source.laserPointCount.load();
   std::size_t pointNum = std::min(static_cast<std::size_t>(std::max(parsed.pointCount, 0)), source.points.size());
-  if (!fitCanvas(rb, pointNum)) return {};
+  if (!fitCanvas(rb, work, pointNum)) return {};
   const auto points = std::span(source.points).first(pointNum);
   if (rb.useRgbMode() && rb.m_colors.scale.take()->autoScaleOn() && rb.autoScaleFrom(points))
     rb.announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
-  if (source.fastPathDone.exchange(false)) {
+  // Vertices that were filled before the ring came up have no canvas: the points are parsed like any others.
+  if (source.fastPathDone.exchange(false) && !rb.m_ring.active()) {
     picture.publishFast(parsed.pointCount, lasers);
     parsed.fastPath = true;
     return parsed;
   }
 
-  picture.fitWork(pointNum);
+  picture.fitWork(rb.m_ring, pointNum);
   const auto mask = rb.growAreaMask(pointNum);
   PointPassSettings settings = rb.passSettings();
   settings.areaMask = {picture.areaFlags, *mask};
@@ -241,7 +255,6 @@ std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(Defau
 void DefaultSDKParser::finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed) const {
   if (!parsed.fastPath && rb.m_hooks.frameEnd) rb.m_hooks.frameEnd();
   rb.refreshSpreadSheetDisplay();
-  rb.m_ring.commit(parsed.pointCount);
   if (!parsed.fastPath) rb.updateRgbOverlay();
   rb.announce(&DefaultSDKFrameRenderBuffer::someSignalReceived);
 }

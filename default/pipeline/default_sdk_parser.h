@@ -45,7 +45,10 @@ class DefaultSDKParser : public Functor {
     std::uint8_t returnMode = 0;
     std::uint8_t selectedEcho = 0;
     double motorSpeed = 0.0;
+    std::size_t framePoints = 0;  ///< of a single frame
   };
+
+  enum class Work { None, NewFrame, Repeat };
 
   /// What a run has published.
   struct ParsedFrame {
@@ -55,7 +58,8 @@ class DefaultSDKParser : public Functor {
 
   /// A run; the caller holds the parse lock and an AnnouncementScope.
   void parseLocked();
-  bool hasWork(DefaultSDKFrameRenderBuffer &rb, const tarvo::lidar::SDKSource *source) const;
+  /// Takes the producer's word, and what a repeat parse has left to this run.
+  Work takeWork(DefaultSDKFrameRenderBuffer &rb, const tarvo::lidar::SDKSource *source) const;
   void prepareCorrections(DefaultSDKFrameRenderBuffer &rb, tarvo::lidar::SvSdkRuntime &runtime) const;
   FrameHead readHead(DefaultSDKFrameRenderBuffer::Frame &frame) const;
   void updateMonitor(DefaultSDKFrameRenderBuffer &rb, const tarvo::lidar::SDKSource &source,
@@ -63,11 +67,11 @@ class DefaultSDKParser : public Functor {
   void updateSideModels(DefaultSDKFrameRenderBuffer &rb, tarvo::lidar::SDKSource &source, const FrameHead &head) const;
   void updateFaults(DefaultSDKFrameRenderBuffer &rb, tarvo::lidar::SDKSource &source) const;
   void followBlindChannels(DefaultSDKFrameRenderBuffer &rb, int rgbMode) const;
-  /// Enters the next canvas and cuts `pointNum` to its room; false when there is none.
-  bool fitCanvas(DefaultSDKFrameRenderBuffer &rb, std::size_t &pointNum) const;
+  /// Enters the next canvas, or the last one again, and cuts `pointNum` to its room; false when there is none.
+  bool fitCanvas(DefaultSDKFrameRenderBuffer &rb, Work work, std::size_t &pointNum) const;
   /// Nothing when the picture stays as it was.
   std::optional<ParsedFrame> parsePoints(DefaultSDKFrameRenderBuffer &rb, tarvo::lidar::SDKSource &source,
-                                         const FrameHead &head) const;
+                                         const FrameHead &head, Work work) const;
   void finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed) const;
 
   QSharedPointer<DefaultSDKFrameRenderBuffer> m_renderBuffer;

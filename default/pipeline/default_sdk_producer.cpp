@@ -19,8 +19,6 @@ constexpr Ticks windowMargin{10'000};  // 1 ms
 constexpr int largestLag = 30;         // frames
 constexpr int forcedPullTimeoutMs = 5000;
 
-bool stackIsCached(const CanvasRing &ring, int frames) { return ring.internalCache && frames >= 2; }
-
 }  // namespace
 
 DefaultSDKProducer::DefaultSDKProducer(QObject *parent)
@@ -69,42 +67,40 @@ void DefaultSDKProducer::decodeTimeWindow() {
 void DefaultSDKProducer::decodeByFrame() {
   const int id = m_trackBuffer->findFrameID(m_timeCursorToggle->timeCursor());
   const std::shared_ptr<lidar::PlayState> playState = m_renderBuffer->source()->playState;
-  CanvasRing &ring = m_renderBuffer->ring();
-  const int frames = ring.frameNumber;
+  const StackSettings stack = m_renderBuffer->stackSettings();
   const bool playing = playState->playing;
   if (imageSignalStep(id, playing)) return;
-  const bool stale = stackChanged(frames, playing);
+  const bool stale = stackChanged(stack, playing);
   const bool resetAsked = m_renderBuffer->flow().cacheResetRequested.exchange(false);
-  if ((resetAsked || stale) && stackIsCached(ring, frames)) restartStack(id, frames);
+  if ((resetAsked || stale) && stack.cached) restartStack(id, stack);
   if (id < 0 || (playing && id == m_trackBuffer->lastFrameId())) {
     skip();
-  } else if (!stackIsCached(ring, frames)) {
+  } else if (!stack.cached) {
     m_trackBuffer->setLastFrameId(id);
-    m_trackBuffer->iterate(id - frames + 1, frames);
+    m_trackBuffer->iterate(id - stack.frames + 1, stack.frames);
   } else {
-    overlayStep(id, playing);
+    overlayStep(id, stack.framesPerCanvas, playing);
   }
 }
 
-bool DefaultSDKProducer::stackChanged(int frames, bool playing) {
-  const bool depthChanged = std::exchange(m_lastFrameNumber, frames) != frames;
+bool DefaultSDKProducer::stackChanged(const StackSettings &stack, bool playing) {
+  const bool depthChanged = std::exchange(m_lastFrameNumber, stack.frames) != stack.frames;
   const bool playBegan = !std::exchange(m_lastPlaying, playing) && playing;
-  return depthChanged || (playBegan && stackIsCached(m_renderBuffer->ring(), frames));
+  return depthChanged || (playBegan && stack.cached);
 }
 
-void DefaultSDKProducer::restartStack(int id, int frames) {
+void DefaultSDKProducer::restartStack(int id, const StackSettings &stack) {
   m_renderBuffer->restartRing();
   if (isCaptureFile()) {
-    const int start = std::max(id - frames + 1, 0);
-    m_trackBuffer->setLastFrameId(start - start % std::max<int>(m_renderBuffer->ring().framesPerCanvas, 1));
+    const int start = std::max(id - stack.frames + 1, 0);
+    m_trackBuffer->setLastFrameId(start - start % stack.framesPerCanvas);
     m_resyncPending = true;
   } else {
     m_trackBuffer->setLastFrameId(id);
   }
 }
 
-void DefaultSDKProducer::overlayStep(int id, bool playing) {
-  const int groupFrames = std::max<int>(m_renderBuffer->ring().framesPerCanvas, 1);
+void DefaultSDKProducer::overlayStep(int id, int groupFrames, bool playing) {
   if (id < m_trackBuffer->lastFrameId()) {  // the user went back
     m_trackBuffer->setLastFrameId(isCaptureFile() ? 0 : id);
     m_resyncPending = true;

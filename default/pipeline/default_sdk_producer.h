@@ -9,6 +9,7 @@
 namespace tarvo::skarnvisor {
 
 class DefaultSDKFrameRenderBuffer;
+struct StackSettings;
 
 /// Decides at each run which frames the runtime is to decode next, and waits until they are. It tells the parser behind
 /// it through the render buffer's skip word whether there is anything new. Runs on the pipeline's functor thread; the
@@ -44,9 +45,9 @@ class DefaultSDKProducer : public Functor {
 
  private:
   void decodeByFrame();
-  [[nodiscard]] bool stackChanged(int frames, bool playing);
-  void restartStack(int id, int frames);
-  void overlayStep(int id, bool playing);
+  [[nodiscard]] bool stackChanged(const StackSettings &stack, bool playing);
+  void restartStack(int id, const StackSettings &stack);
+  void overlayStep(int id, int groupFrames, bool playing);
   bool overlayWaits(int id, int groupFrames, bool playing);
   void overlayGroup(int id, int groupFrames);
   bool pullImageSignal(int id, bool playing);

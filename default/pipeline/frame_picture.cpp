@@ -1,6 +1,7 @@
 #include "default/pipeline/frame_picture.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarvo::skarnvisor {
 
@@ -16,35 +17,35 @@ std::size_t fromCount(int count) { return static_cast<std::size_t>(std::max(coun
 
 }  // namespace
 
-FramePicture::FramePicture() : frameStore(storeSizeAtStart), spreadSheetRows(rowsAtStart, 0) {}
+FramePicture::FramePicture() : frameStore(storeSizeAtStart), spreadSheetRows(rowsAtStart) {}
 
 void FramePicture::setCapacity(std::size_t capacity) {
   if (capacity == pointCapacity) return;
   pointCapacity = capacity;
   const std::lock_guard lock(frameMutex);
-  spreadSheetRows.assign(capacity + rowsAtStart, 0);
+  spreadSheetRows = ZeroedVector<std::uint32_t>(capacity + rowsAtStart);
 }
 
-void FramePicture::fitWork(std::size_t pointNum) {
-  const std::size_t size = std::max(pointCapacity, pointNum);
+void FramePicture::fitWork(const CanvasRing &ring, std::size_t pointNum) {
+  const bool whole = ring.active();
+  const std::size_t size = whole ? fromCount(ring.canvasBufferSize) : std::max(pointCapacity, pointNum);
   if (workVertices.size() != size) workVertices.assign(size, hiddenVertex);
-  workStore.resize(pointNum);
+  workStore.resize(whole ? size : pointNum);
   workLasers.fill(LaserPoint{});
 }
 
-void FramePicture::publish(const CanvasRing &ring, std::size_t pointNum, int pointCount, int lasers) {
+void FramePicture::publish(CanvasRing &ring, std::size_t pointNum, int pointCount, int lasers) {
   // A source may count more points than it holds; what no point stands behind must not be drawn.
-  const std::size_t drawn = std::min(fromCount(pointCount), workVertices.size());
-  if (pointNum < drawn)
-    std::fill(workVertices.begin() + static_cast<std::ptrdiff_t>(pointNum),
-              workVertices.begin() + static_cast<std::ptrdiff_t>(drawn), hiddenVertex);
-
+  hideBehind(pointNum, fromCount(pointCount));
   const std::lock_guard lock(frameMutex);
-  if (ring.active())
-    fillSlotLocked(ring, pointNum);
+  const bool swapped = ring.active() && fillSlotLocked(ring, pointNum);
+  shownCanvas = swapped ? ring.canvasIndex.load() : -1;
+  if (!ring.active()) frameStore.swapBlock(0, workStore);
+  if (swapped)
+    VertexArray().swap(vertices);
   else
-    frameStore.swap(workStore);
-  vertices.swap(workVertices);
+    vertices.swap(workVertices);
+  ring.commit(pointCount);
   frameWithheld = false;
   laserTable = workLasers;
   laserCount = std::min(lasers, static_cast<int>(laserTableSize));
@@ -54,19 +55,84 @@ void FramePicture::publish(const CanvasRing &ring, std::size_t pointNum, int poi
 }
 
 void FramePicture::withhold(const CanvasRing &ring, std::size_t pointNum) {
+  if (ring.active()) hideBehind(pointNum, fromCount(ring.canvasFill[fromCount(ring.canvasIndex)]));
   const std::lock_guard lock(frameMutex);
   frameWithheld = true;
   if (ring.active()) fillSlotLocked(ring, pointNum);
 }
 
-void FramePicture::fillSlotLocked(const CanvasRing &ring, std::size_t pointNum) {
+void FramePicture::hideBehind(std::size_t pointNum, std::size_t drawn) {
+  const auto behind = [&](auto &values, const auto &hidden) {
+    const std::size_t end = std::min(drawn, values.size());
+    if (pointNum < end)
+      std::fill(values.begin() + static_cast<std::ptrdiff_t>(pointNum),
+                values.begin() + static_cast<std::ptrdiff_t>(end), hidden);
+  };
+  behind(workVertices, hiddenVertex);
+  behind(workStore, Point{});
+}
+
+bool FramePicture::fillSlotLocked(const CanvasRing &ring, std::size_t pointNum) {
+  const auto slot = fromCount(ring.canvasIndex);
   const auto offset = fromCount(ring.canvasOffset);
-  auto &canvas = canvases[fromCount(ring.canvasIndex)];
+  auto &canvas = canvases[slot];
+  const bool hasBlock = slot < frameStore.blocks() && frameStore.blockSize() == workStore.size();
+  if (offset == 0 && canvas.size() == workVertices.size() && hasBlock) {
+    canvas.swap(workVertices);
+    frameStore.swapBlock(slot, workStore);
+    untouchedPoints -= std::min(untouchedPoints, pointNum);
+    return true;
+  }
+  // A further group in a slot that takes several.
   const std::size_t fitting = offset < canvas.size() ? std::min(pointNum, canvas.size() - offset) : 0;
   std::copy_n(workVertices.begin(), fitting, canvas.begin() + static_cast<std::ptrdiff_t>(offset));
-  const std::size_t first = ring.firstPosition();
-  const std::size_t stored = first < frameStore.size() ? std::min(pointNum, frameStore.size() - first) : 0;
-  std::copy_n(workStore.begin(), stored, frameStore.begin() + static_cast<std::ptrdiff_t>(first));
+  const auto stored = frameStore.from(ring.firstPosition());
+  std::copy_n(workStore.begin(), std::min(pointNum, stored.size()), stored.begin());
+  return false;
+}
+
+FramePicture::Held FramePicture::held() const {
+  const std::lock_guard lock(frameMutex);
+  Held held;
+  for (const VertexArray &canvas : canvases) held.bytes += canvas.capacity() * sizeof(Vertex);
+  held.bytes += frameStore.capacity() * sizeof(Point) + spreadSheetRows.capacity() * sizeof(std::uint32_t);
+  held.untouchedBytes = std::min(held.bytes, untouchedPoints * (sizeof(Vertex) + sizeof(Point)));
+  return held;
+}
+
+void FramePicture::fitStack(int count, std::size_t pointsPerCanvas) {
+  const std::lock_guard lock(frameMutex);
+  keepShownLocked();
+  const auto wanted = fromCount(count);
+  ZeroedVector<std::uint32_t>().swap(spreadSheetRows);
+  for (std::size_t k = 0; k < canvases.size(); ++k)
+    if (k >= wanted || canvases[k].size() != pointsPerCanvas) VertexArray().swap(canvases[k]);
+  const std::size_t added = frameStore.shape(wanted, pointsPerCanvas);
+  untouchedPoints = std::min(untouchedPoints + added, frameStore.size());
+  for (std::size_t k = 0; k < wanted; ++k) canvases[k].resize(pointsPerCanvas);
+  spreadSheetRows.resize(wanted * pointsPerCanvas);
+}
+
+std::shared_ptr<void> FramePicture::dropStackLocked() {
+  struct Dropped {
+    std::array<VertexArray, CanvasRing::size> canvases;
+    PointStore store;
+  };
+  const bool stacked = frameStore.blocks() != 1 ||
+                       std::any_of(canvases.begin(), canvases.end(), [](auto &canvas) { return !canvas.empty(); });
+  if (!stacked) return {};
+  keepShownLocked();
+  auto dropped = std::make_shared<Dropped>();
+  dropped->canvases.swap(canvases);
+  dropped->store = std::exchange(frameStore, PointStore(storeSizeAtStart));
+  untouchedPoints = 0;
+  return dropped;
+}
+
+void FramePicture::keepShownLocked() {
+  if (shownCanvas >= 0) vertices.swap(canvases[fromCount(shownCanvas)]);
+  shownCanvas = -1;
+  storeMatchesVertices = false;
 }
 
 void FramePicture::publishFast(int pointCount, int lasers) {
@@ -87,7 +153,7 @@ void FramePicture::dropFastVertex() {
 QByteArray FramePicture::vertexBytes() const {
   const std::lock_guard lock(frameMutex);
   if (fastVertexValid && !fastVertex.isEmpty()) return fastVertex;
-  return bytesOf(vertices, fromCount(primitiveCount));
+  return bytesOf(shownCanvas < 0 ? vertices : canvases[fromCount(shownCanvas)], fromCount(primitiveCount));
 }
 
 QByteArray FramePicture::canvasBytes(const CanvasRing &ring, int index) const {
@@ -115,7 +181,7 @@ QByteArray FramePicture::overlayBytes() const {
 }
 
 std::size_t FramePicture::storedCountLocked() const {
-  return std::min({fromCount(primitiveCount), vertices.size(), frameStore.size()});
+  return std::min({fromCount(primitiveCount), vertices.size(), frameStore.from(0).size()});
 }
 
 std::size_t FramePicture::validCountLocked(const CanvasRing &ring, int canvas) const {

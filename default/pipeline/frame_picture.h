@@ -2,7 +2,9 @@
 
 #include "contracts/runtime/point_info.h"
 #include "default/frame/frame_loops.h"
+#include "default/frame/point_store.h"
 #include "default/frame/vertex.h"
+#include "default/frame/zeroed_vector.h"
 #include "default/models/settings_value.h"
 #include "default/pipeline/canvas_ring.h"
 
@@ -11,6 +13,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -20,19 +23,23 @@ namespace tarvo::skarnvisor {
 ///
 /// Two sides meet here. The published side is what QML reads, under `frameMutex`. The working side is
 /// what a parse or the decoder's fast path writes, under `SDKSource::frameLock`; the end of a parse
-/// publishes it by a swap, so that a reader never sees half a frame and no array is copied.
+/// publishes it by a swap, so that a reader never sees half a frame and no array is copied. With a ring of
+/// canvases the swap is with the arrays of the current slot, and costs the same however deep the stack is.
 struct FramePicture {
   using Point = tarvo::lidar::SDKPointInfo;
+  using VertexArray = ZeroedVector<Vertex>;
   static constexpr std::size_t storeSizeAtStart = 76'000;
   static constexpr std::size_t rowsAtStart = 1024;
 
   FramePicture();
 
   mutable std::mutex frameMutex;  ///< guards the members down to `overlayRows`
-  std::vector<Vertex> vertices;
-  std::array<std::vector<Vertex>, CanvasRing::size> canvases;
-  std::vector<Point> frameStore;
-  std::vector<std::uint32_t> spreadSheetRows;  ///< table row to frame-store position
+  VertexArray vertices;           ///< of the one picture; empty once a canvas shows the newest frames
+  std::array<VertexArray, CanvasRing::size> canvases;
+  PointStore frameStore;                        ///< with a ring, one block a canvas
+  ZeroedVector<std::uint32_t> spreadSheetRows;  ///< table row to frame-store position
+  int shownCanvas = -1;                         ///< canvas of the newest frames; -1: they are in `vertices`
+  std::size_t untouchedPoints = 0;              ///< of the stack, sized but never written: no memory is behind them yet
   QByteArray fastVertex;
   bool fastVertexValid = false;
   bool storeMatchesVertices = true;  ///< false after a frame of the fast path, which stores no points
@@ -48,8 +55,8 @@ struct FramePicture {
   Relaxed<bool> frameWithheld{false};  ///< the source's frame is not the picture's: it had nothing to show
 
   // The working side
-  std::vector<Vertex> workVertices;
-  std::vector<Point> workStore;
+  VertexArray workVertices;
+  PointStore::Block workStore;
   LaserTable workLasers;
   std::size_t pointCapacity = 0;  ///< what the vertices were sized for
 
@@ -59,11 +66,13 @@ struct FramePicture {
   /// Takes a new capacity of a frame, points; the table rows start afresh with it.
   void setCapacity(std::size_t capacity);
 
-  /// Working vertices for `pointNum` points, at least `pointCapacity`; all hidden when their number changes.
-  void fitWork(std::size_t pointNum);
+  /// Readies the working side for `pointNum` points. Its vertices are at least `pointCapacity`, with a ring one
+  /// canvas, and all hidden when their number changes.
+  void fitWork(const CanvasRing &ring, std::size_t pointNum);
 
-  /// Makes the working side the picture. With a ring, its vertices and points go to the current slot.
-  void publish(const CanvasRing &ring, std::size_t pointNum, int pointCount, int lasers);
+  /// Makes the working side the picture. With a ring, its vertices and points go to the current slot, whose fill
+  /// grows by `pointCount`.
+  void publish(CanvasRing &ring, std::size_t pointNum, int pointCount, int lasers);
   /// Keeps the picture, since the frame has no visible point. With a ring, its current slot is hidden all the same.
   void withhold(const CanvasRing &ring, std::size_t pointNum);
   /// The same as `publish` for a frame of the fast path, which has no stored points.
@@ -71,14 +80,31 @@ struct FramePicture {
 
   void dropFastVertex();
 
+  /// Bytes of memory behind the arrays of the stack, and how many of them the system has not handed out yet.
+  struct Held {
+    std::size_t bytes = 0;
+    std::size_t untouchedBytes = 0;
+  };
+  Held held() const;
+  /// Sizes the arrays for a ring of `count` canvases; what they held is gone. No parse may run meanwhile.
+  /// Throws std::bad_alloc.
+  void fitStack(int count, std::size_t pointsPerCanvas);
+  /// Empties the canvases and the points behind them; what is shown stays in `vertices`. The memory is given
+  /// back by whoever lets go of the result. Caller holds frameMutex.
+  std::shared_ptr<void> dropStackLocked();
+
   QByteArray vertexBytes() const;
   QByteArray canvasBytes(const CanvasRing &ring, int index) const;
   int canvasPoints(const CanvasRing &ring, int index) const;
   QByteArray laserBytes() const;
   QByteArray overlayBytes() const;
 
-  /// Copies the working side to the ring's current slot. Caller holds frameMutex.
-  void fillSlotLocked(const CanvasRing &ring, std::size_t pointNum);
+  /// Hides what stands in the working side behind the first `pointNum` points, up to `drawn`.
+  void hideBehind(std::size_t pointNum, std::size_t drawn);
+  /// Moves the working side to the ring's current slot: true by a swap, false by a copy. Caller holds frameMutex.
+  bool fillSlotLocked(const CanvasRing &ring, std::size_t pointNum);
+  /// The newest frames' vertices go to where they are without a ring. Caller holds frameMutex.
+  void keepShownLocked();
 
   /// Number of points that have vertex and stored point, without a ring. Caller holds frameMutex.
   std::size_t storedCountLocked() const;

@@ -75,6 +75,15 @@ class SignalLog {
     note(&Rb::imuConfigChanged, "imuConfigChanged");
     note(&Rb::imuDataChanged, "imuDataChanged");
     note(&Rb::rgbOverlayVertexChanged, "rgbOverlayVertexChanged");
+    note(&Rb::frameNumberChanged, "frameNumberChanged");
+    note(&Rb::frameAllocationStarted, "frameAllocationStarted");
+    QObject::connect(
+        &rb, &Rb::frameAllocationFinished, &m_context,
+        [this](bool success, int frames, const QString &message) {
+          names.push_back(std::string(success ? "finished " : "failed ") + std::to_string(frames) + ": " +
+                          message.toStdString());
+        },
+        Qt::DirectConnection);
   }
 
   /// What came since the last call.

@@ -256,11 +256,7 @@ TEST_F(ParserTest, CanvasesFillInTurnAndOverflowIsCutOrDropped) {
   ring.canvasBufferSize = ring.canvasPointCapacity = 2;
   ring.canvasTargets.fill(0);
   ring.canvasTargets[0] = ring.canvasTargets[1] = 1;
-  {
-    const std::lock_guard lock(rb.picture().frameMutex);
-    rb.picture().canvases[0].assign(2, hiddenVertex);
-    rb.picture().canvases[1].assign(2, hiddenVertex);
-  }
+  rb.picture().fitStack(2, 2);
   give({point(1.0F, 0.0F, 0.0F), point(2.0F, 0.0F, 0.0F), point(3.0F, 0.0F, 0.0F)});
   const auto start = logNow();
   parse();

@@ -42,6 +42,8 @@ bool MonitorModel::exportMonitorInfo(QString filePath) {
   file.setDirectWriteFallback(true);
   if (!file.open(mode)) return false;
   writeTable(file, *this);
+  // A commit does not notice when the last buffer finds no room; a flush of its own does.
+  if (!file.flush()) file.cancelWriting();
   return file.commit();
 }
 

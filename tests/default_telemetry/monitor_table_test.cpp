@@ -12,7 +12,10 @@
 #include <QIdentityProxyModel>
 #include <QSignalSpy>
 
+#include <sys/resource.h>
+
 #include <chrono>
+#include <csignal>
 #include <thread>
 
 namespace tarvo::skarnvisor::test {
@@ -158,6 +161,27 @@ TEST_F(MonitorTableTest, RecordsOfAnotherSizeAreDropped) {
   }
 }
 
+/// No file of this process can grow beyond `bytes` while it lives.
+class FullDisk {
+ public:
+  explicit FullDisk(int bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &m_limit);
+    rlimit low = m_limit;
+    low.rlim_cur = static_cast<rlim_t>(bytes);
+    ::setrlimit(RLIMIT_FSIZE, &low);
+  }
+  FullDisk(const FullDisk &) = delete;
+  FullDisk &operator=(const FullDisk &) = delete;
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &m_limit);
+    std::signal(SIGXFSZ, m_handler);
+  }
+
+ private:
+  rlimit m_limit{};
+  void (*m_handler)(int);
+};
+
 QByteArray contents(const QString &path) {
   QFile file(path);
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -192,6 +216,19 @@ TEST_F(MonitorTableTest, AFailedExportSaysSoAndLeavesTheOldFile) {
   EXPECT_FALSE(table->exportMonitorInfo(QUrl()));
   EXPECT_FALSE(table->exportMonitorInfo(QStringLiteral("/dev/full"))) << "a disk without room";
   EXPECT_TRUE(messagesAfter(start).empty());
+
+  const QString path = QDir(processFolder()).filePath(QStringLiteral("kept.csv"));
+  ASSERT_TRUE(table->exportMonitorInfo(path));
+  const QByteArray before = contents(path);
+  {
+    const FullDisk full(before.size() + 8);
+    BlockMaker block;
+    for (unsigned cell = 0; cell < 12; ++cell) block.cell(0, cell, 1);
+    rb.updateMonitor(block.data());
+    EXPECT_FALSE(table->exportMonitorInfo(path));
+  }
+  EXPECT_EQ(contents(path), before);
+  EXPECT_TRUE(table->exportMonitorInfo(path));
 }
 
 }  // namespace

@@ -277,6 +277,38 @@ TEST(Decode, FillsStatusFaultsMotionAndPicture) {
   EXPECT_EQ(source.overlayPoints.size(), static_cast<std::size_t>(source.overlayColumns * source.overlayRows));
 }
 
+TEST(Decode, HandsFaultPacketsOnAsAskedAndWithinALimit) {
+  struct Case {
+    std::uint16_t recordSize;
+    bool wanted;
+    int handedOn, afterASecondDecode;
+  };
+  constexpr int storm = 100'000;
+  constexpr int longest = (1 << 20) / 210;
+  for (const Case &row : {Case{6, false, 0, 0}, Case{6, true, storm, storm}, Case{210, false, longest, longest}}) {
+    SCOPED_TRACE(row.recordSize);
+    HandMade made;
+    made.whole(2500);
+    const int most = 1100 / row.recordSize;
+    for (int sent = 0; sent < storm; sent += most) {
+      const Bytes records(std::size_t{row.recordSize} * static_cast<std::size_t>(std::min(most, storm - sent)), 1);
+      made.begin(wire::PacketKind::Faults);
+      ASSERT_TRUE(wire::putFaults(
+          made.writer, {row.recordSize, static_cast<std::uint16_t>(records.size() / row.recordSize), records}));
+      made.end();
+    }
+    Session session(made.write("storm.pcap"));
+    session.runtime().Params().write([&](FrameDecodeParam &p) { p.faultPackets = row.wanted; });
+    const SDKSource &source = *session.source;
+    for (const int expected : {row.handedOn, row.afterASecondDecode}) {
+      ASSERT_TRUE(session.decode(0));
+      EXPECT_NEAR(source.statusPacketCount, expected, 5) << "whole packets, nobody has read them meanwhile";
+      EXPECT_EQ(source.statusPacketBytes.size(),
+                std::size_t{row.recordSize} * static_cast<unsigned>(source.statusPacketCount));
+    }
+  }
+}
+
 TEST(Decode, OffersThePictureToTheFastPath) {
   sim::Options options = smallLidar(1);
   options.type = "NBQ_COLOR_V3";

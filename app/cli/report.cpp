@@ -20,7 +20,8 @@ void Report::print() const {
 
 QString Report::write(const QString &file) const {
   QSaveFile target(file);
-  const bool written = target.open(QIODevice::WriteOnly) && target.write(text().toUtf8()) >= 0 && target.commit();
+  const bool written =
+      target.open(QIODevice::WriteOnly) && target.write(text().toUtf8()) >= 0 && target.flush() && target.commit();
   return written ? QString() : QStringLiteral("%1 could not be written: %2").arg(file, target.errorString());
 }
 

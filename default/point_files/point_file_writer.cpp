@@ -48,7 +48,7 @@ class BlockWriter {
 
   QString finish() {
     pass();
-    if (m_good && m_file.commit()) return {};
+    if (m_good && m_file.flush() && m_file.commit()) return {};
     return QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString());
   }
 

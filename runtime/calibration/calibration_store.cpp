@@ -146,7 +146,7 @@ int CalibrationStore::exportFile(CalibrationKind kind, const std::string &path) 
   }
   QSaveFile file(QFile::decodeName(path.c_str()));
   if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), qint64(text.size())) != qint64(text.size()) ||
-      !file.commit()) {
+      !file.flush() || !file.commit()) {
     SKARN_LOG(LogLevel::Error, "Unable to write the %s file %s: %s", nameOf(kind), path.c_str(),
               qPrintable(file.errorString()));
     return -2;

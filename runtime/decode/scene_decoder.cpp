@@ -48,6 +48,7 @@ SceneDecoder::SceneDecoder(Parts parts, const PacketDecoder &decoder, StreamDesc
       frame_(parts.frame),
       params_(parts.params),
       store_(parts.calibration),
+      filterControls_(parts.filters),
       description_(std::move(description)),
       keepsEchoes_(std::find(typesKeepingEchoes.begin(), typesKeepingEchoes.end(), description_.type) !=
                    typesKeepingEchoes.end()),
@@ -88,6 +89,7 @@ bool SceneDecoder::fillFrame(FrameSource &from, int first, int count, const std:
   use_ = params_.snapshot();
   calibration_ = store_.snapshot();
   refreshIntensityMap(*calibration_);
+  filters_.select(filterControls_.snapshot(), use_);
   merged_ = 0;
   DecodedParts parts;
   const std::lock_guard lock(frame_.mutex);
@@ -149,9 +151,27 @@ bool SceneDecoder::addFrame(const FrameHead &head, DecodedParts &parts) {
     const unsigned end = shape_.columns * (part + 1) / partCount;
     if (begin < end) decoder_->decodeColumns(settings, begin, end, slots);
   });
+  if (!filters_.isEmpty()) filterFrame(slots);
   decoder_->decodeParts(parts);
   ++merged_;
   return true;
+}
+
+void SceneDecoder::filterFrame(SDKPointInfo *slots) {
+  const FrameGrid grid{.points = slots,
+                       .columns = shape_.columns,
+                       .echoes = shape_.echoes,
+                       .channels = shape_.channels,
+                       .elevationMinDeg = shape_.elevationMinDeg,
+                       .elevationMaxDeg = shape_.elevationMaxDeg};
+  filters_.apply(grid, [this](int columns, const std::function<void(int, int)> &work) {
+    share(shape_.framePoints(), [&](unsigned part, unsigned partCount) {
+      const auto from = [&](unsigned p) {
+        return static_cast<int>(static_cast<std::uint64_t>(columns) * p / partCount);
+      };
+      if (from(part) < from(part + 1)) work(from(part), from(part + 1));
+    });
+  });
 }
 
 /// Runs `work` for every part, each on a thread, or in one piece when there is little to do.

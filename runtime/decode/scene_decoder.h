@@ -10,6 +10,7 @@
 #include "runtime/capture/frame_source.h"
 #include "runtime/decode/channel_table.h"
 #include "runtime/decode/decode_workers.h"
+#include "runtime/filters/filter_chain.h"
 
 namespace tarvo::lidar {
 
@@ -21,6 +22,7 @@ class SceneDecoder {
     DecodedFrame &frame;
     DecodeParams &params;
     CalibrationStore &calibration;
+    const FilterControls &filters;
   };
   /// `decoder` and `description` tell the stream's format and lidar.
   SceneDecoder(Parts parts, const PacketDecoder &decoder, StreamDescription description);
@@ -39,6 +41,7 @@ class SceneDecoder {
   void finishFrame(int first, DecodedParts &&parts);
   bool publish(const std::function<bool()> &stop);
   void publishFaults();
+  void filterFrame(SDKPointInfo *slots);
   void refreshIntensityMap(const CalibrationSnapshot &calibration);
   [[nodiscard]] int affordableFrames(int count);
   void share(std::uint64_t points, const std::function<void(unsigned part, unsigned parts)> &work);
@@ -47,12 +50,14 @@ class SceneDecoder {
   DecodedFrame &frame_;
   DecodeParams &params_;
   CalibrationStore &store_;
+  const FilterControls &filterControls_;
   const StreamDescription description_;
   const bool keepsEchoes_;
   std::unique_ptr<FrameDecoder> decoder_;
   DecodeWorkers workers_;
   FramePackets packets_;
   ChannelTable channels_;
+  FilterChain filters_;
 
   // Of the decode in hand.
   FrameDecodeParam use_;

@@ -98,7 +98,8 @@ void RuntimeSession::described(const StreamDescription &description, const Packe
   });
   source_.rgbMode = description.rgbMode;
   source_.remakeWidth = std::max<int>(description.channels, 1);
-  scene_ = std::make_unique<SceneDecoder>(SceneDecoder::Parts{source_, frame_, params_, store_}, decoder, description);
+  scene_ = std::make_unique<SceneDecoder>(SceneDecoder::Parts{source_, frame_, params_, store_, filters_}, decoder,
+                                          description);
   scene_->prepareFrame();
 }
 

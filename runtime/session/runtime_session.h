@@ -10,6 +10,7 @@
 #include "runtime/capture/frame_source.h"
 #include "runtime/decode/scene_decoder.h"
 #include "runtime/device/device_session.h"
+#include "runtime/filters/filter_settings.h"
 #include "runtime/session/decoder_thread.h"
 
 namespace tarvo::lidar {
@@ -88,6 +89,19 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   bool SetLidarModeBySomeip(int mode) override;
   bool GetLidarStatusBySomeip(int &runMode, int &heatStatus) override;
 
+  // Filters of the decoder.
+  void SetPopoutFilterFlag(bool on) override;
+  void SetPopoutFilterHighlight(bool on) override;
+  void SetPopoutFilterConfig(int window, float tolerance, float toleranceOfRange, float greatestRange) override;
+  void SetOfflineFilterFlag(bool on) override;
+  void SetVd8OfflineFilterFlag(bool on) override;
+  void SetPointCloudSmoothingFlag(bool on) override;
+  [[nodiscard]] bool GetPointCloudSmoothingFlag() const override;
+  void SetPointCloudSmoothingConfig(const SmoothingConfig &config, float last) override;
+  void SetYfnNoiseFilterFlag(bool on) override;
+  void SetYfnNoiseFilterMode(int mode) override;
+  void SetYfnNoiseFilterParams(float radius, float radiusOfRange, int leastNeighbours) override;
+
   // Image signal.
   void ExecuteWithIspLock(const std::function<void()> &work) override;
 
@@ -112,6 +126,7 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   DecodeParams params_;
   DecodedFrame frame_;
   CalibrationStore store_;
+  FilterControls filters_;
   DeviceSession device_;
   std::mutex ispMutex_;  // held while image-signal work runs or its files change
   std::atomic<bool> begun_{false};

@@ -11,7 +11,7 @@ class FilterRole {
   virtual ~FilterRole() = default;
   virtual void SetPopoutFilterFlag(bool /*on*/) {}
   virtual void SetPopoutFilterHighlight(bool /*on*/) {}
-  virtual void SetPopoutFilterConfig(int /*window*/, float /*a*/, float /*b*/, float /*c*/) {}
+  virtual void SetPopoutFilterConfig(int /*columns*/, float /*metres*/, float /*shareOfRange*/, float /*farthest*/) {}
   virtual void SetOfflineFilterFlag(bool /*on*/) {}
   virtual void SetVd8OfflineFilterFlag(bool /*on*/) {}
   virtual void SetPointCloudSmoothingFlag(bool /*on*/) {}
@@ -19,7 +19,7 @@ class FilterRole {
   virtual void SetPointCloudSmoothingConfig(const SmoothingConfig & /*config*/, float /*last*/) {}
   virtual void SetYfnNoiseFilterFlag(bool /*on*/) {}
   virtual void SetYfnNoiseFilterMode(int /*mode*/) {}
-  virtual void SetYfnNoiseFilterParams(float /*a*/, float /*b*/, int /*c*/) {}
+  virtual void SetYfnNoiseFilterParams(float /*radius*/, float /*shareOfRange*/, int /*leastNeighbours*/) {}
   virtual void SetNbqSmoothingFlag(bool /*on*/) {}
   virtual void SetNbqSmoothingKernel(int /*row*/, int /*column*/, float /*value*/) {}
   virtual void SetNbqSmoothingDisThres(float /*metres*/) {}

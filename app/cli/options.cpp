@@ -41,6 +41,7 @@ class Parser {
   void addSourceCommands();
   void addConvert();
   void addTelemetry();
+  void addCalibration();
   CLI::Option *addText(CLI::App &command, const char *name, QString &target, const char *help);
 
   CLI::App m_app{"Skarnvisor shows lidar captures as point clouds.", "skarnvisor"};
@@ -136,6 +137,15 @@ void Parser::addTelemetry() {
   telemetry->callback([this] { m_options.command = Command::Telemetry; });
 }
 
+void Parser::addCalibration() {
+  CLI::App *calibration = m_app.add_subcommand(
+      "calibration", "List, write out or take in the calibration files of a capture and its lidar type");
+  addFile(*calibration);
+  addSensorPort(*calibration, m_options.capture);
+  addCalibrationOptions(*calibration, m_options.calibration);
+  calibration->callback([this] { m_options.command = Command::Calibration; });
+}
+
 void Parser::addSourceCommands() {
   CLI::App *cut = m_app.add_subcommand("cut", "Write a part of a capture to a capture of its own");
   addText(*cut, "file", m_options.file, "Capture (pcap, pcapng)")->required();
@@ -164,6 +174,7 @@ Parser::Parser() {
   addConvert();
   addTelemetry();
   addTypesCommand(m_app, m_options);
+  addCalibration();
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
   addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");

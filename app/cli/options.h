@@ -3,13 +3,14 @@
 #include <QSize>
 #include <QString>
 
+#include "app/cli/calibration_command.h"
 #include "app/cli/capture_options.h"
 #include "app/render/camera.h"
 #include "app/render/color_ramp.h"
 
 namespace tarvo::skarnvisor::app {
 
-enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry, Types };
+enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry, Types, Calibration };
 
 /// How a picture is to look.
 struct LookOptions {
@@ -48,6 +49,7 @@ struct Options {
   QString lidarType;  ///< empty: the whole table
   // convert
   QString targetFormat;  ///< "bin", "pcd" or "csv"
+  CalibrationOptions calibration;
 };
 
 /// What parsing came to: options to work off, or an exit code with everything already printed (help, a wrong argument).

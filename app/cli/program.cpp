@@ -75,6 +75,9 @@ int runWithoutWindow(const Options &options) {
       case Command::Telemetry:
         fault = runTelemetry(session, options);
         break;
+      case Command::Calibration:
+        fault = runCalibration(session, options.calibration);
+        break;
       case Command::Cut:
       case Command::Record:
       case Command::Types:

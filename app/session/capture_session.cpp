@@ -71,7 +71,7 @@ void CaptureSession::openLive(const QString &address) {
   m_host.openLive(*options);
 }
 
-const lidar::SvSdkRuntime *CaptureSession::runtime() const {
+lidar::SvSdkRuntime *CaptureSession::runtime() const {
   const Functor *const owner = m_pipeline ? m_pipeline->clipLoader() : nullptr;
   if (owner == nullptr) return nullptr;
   for (const QObject *child : owner->children())

@@ -49,6 +49,9 @@ class CaptureSession : public QObject {
   /// What the source met on its way; nothing while none is open.
   lidar::CaptureReport captureReport() const;
 
+  /// The runtime of what is open, null without one. Its operations may be called from any thread.
+  lidar::SvSdkRuntime *runtime() const;
+
   HostCore &host() { return m_host; }
   const HostCore &host() const { return m_host; }
   Timeline &timeline() { return *m_host.timeline(); }
@@ -78,7 +81,6 @@ class CaptureSession : public QObject {
 
  private:
   void openLive(const QString &address);
-  const lidar::SvSdkRuntime *runtime() const;
   void takeUp(Pipeline *pipeline);
   void noteFrameEnd(const QString &error);
   bool waitUntil(const std::function<bool()> &done, int limitMs);

@@ -390,7 +390,14 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_INVOKABLE bool importChannelConfigFile(QUrl url) { return importChannelConfigFile(url.toLocalFile()); }
   Q_INVOKABLE bool exportChannelConfigFile(QString path);
   Q_INVOKABLE bool exportChannelConfigFile(QUrl url) { return exportChannelConfigFile(url.toLocalFile()); }
+  Q_INVOKABLE bool importChannelEqFile(QString path);
+  Q_INVOKABLE bool importChannelEqFile(QUrl url) { return importChannelEqFile(url.toLocalFile()); }
   Q_INVOKABLE bool exportChannelEqFile(QString path);
+  Q_INVOKABLE bool importIspConfigFile(QUrl url);
+  Q_INVOKABLE bool reloadIspConfigAndReapply();
+  Q_INVOKABLE bool reloadChannelEqAndReapply();
+  /// Repeats the image-signal work on the frame that the decoder holds, and shows the result.
+  Q_INVOKABLE void reapplyIspOnCurrentFrame();
   /// Loads a factory file without writing it over the default file of the type.
   bool importFactoryCorrections(const QString &path) { return takeCorrections(path, false); }
   bool importFactoryFiretimes(const QString &path) { return takeFiretimes(path, false); }

@@ -19,7 +19,7 @@ constexpr std::array rows{
     Row{"NBQ_COLOR_V3", {.denseCamera = true, .attributesInPointCloudMode = true}},
     Row{"NBW_TOP_COLOR", {.attributesInPointCloudMode = true}},
     Row{"NBW_TOP_COLOR_V6", {.attributesInPointCloudMode = true}},
-    Row{"NBW_PEAK_V8", {.attributesInPointCloudMode = true, .nbqPointLayout = true}},
+    Row{"NBW_PEAK_V8", {.attributesInPointCloudMode = true, .nbqPointLayout = true, .channelEqRows = 540}},
     Row{"NBW_PEAK_V8_C", {.attributesInPointCloudMode = true, .nbqPointLayout = true}},
     Row{"NBQ_TU_410", {.nbqPointLayout = true}},
     Row{"NBQ_TU_410_RS", {.nbqPointLayout = true}},

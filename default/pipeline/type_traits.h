@@ -13,6 +13,7 @@ struct TypeTraits {
   bool attributesInPointCloudMode = false;  ///< a frame without colours shows attributes
   bool nbqPointLayout = false;              ///< points have the alternate layout
   bool diffByThree = false;                 ///< scale of the distance differences in that layout
+  int channelEqRows = 1080;                 ///< rows of a table of channel gains
 };
 
 struct LidarTypeInfo {

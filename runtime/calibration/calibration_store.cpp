@@ -145,6 +145,7 @@ int CalibrationStore::exportFile(CalibrationKind kind, const std::string &path) 
     return -1;
   }
   QSaveFile file(QFile::decodeName(path.c_str()));
+  // A small file is still in the buffer: commit() alone would not tell that it found no room.
   if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), qint64(text.size())) != qint64(text.size()) ||
       !file.flush() || !file.commit()) {
     SKARN_LOG(LogLevel::Error, "Unable to write the %s file %s: %s", nameOf(kind), path.c_str(),

@@ -8,7 +8,8 @@
 namespace tarvo::lidar {
 
 // Calibration files. Paths in the local 8-bit code page. A load answers 0 when the data is in force, a negative code
-// when it is not, and leaves what was loaded before; an export answers 0 or more when the file was written.
+// when it is not, and leaves what was loaded before. An export answers 0 or more when the file was written, -1 when nothing
+// of that kind is loaded, another negative code when it could not be written; the old file then stays whole.
 class CalibrationFileRole {
  public:
   virtual ~CalibrationFileRole() = default;

@@ -1,0 +1,162 @@
+// "calibration": what a capture or the default files brought, written out; files of the user's, taken in.
+#include "app/cli/calibration_command.h"
+
+#include <CLI/CLI.hpp>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <array>
+
+#include "app/cli/report.h"
+#include "app/session/capture_session.h"
+#include "contracts/host/log.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+using lidar::SvSdkRuntime;
+
+/// One kind of calibration file: its name on the command line, the render buffer's operation that takes one in, the
+/// runtime's that writes it (null: the buffer's `exporter`), and the suffix of what is written.
+struct Kind {
+  const char *name;
+  const char *importer;
+  int (*write)(SvSdkRuntime &runtime, const std::string &path, int channels);
+  const char *exporter;
+};
+
+constexpr std::array kinds{
+    Kind{"corrections", "importCorrectionsFile",
+         [](SvSdkRuntime &runtime, const std::string &path, int channels) {
+           return runtime.ExportCorrectionsFile(path, channels);
+         },
+         nullptr},
+    Kind{"firetimes", "importFiretimesFile",
+         [](SvSdkRuntime &runtime, const std::string &path, int channels) {
+           return runtime.ExportFiretimesFile(path, channels);
+         },
+         nullptr},
+    Kind{"dcf", "importDcfFile",
+         [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportDcfConfigFile(path); },
+         nullptr},
+    Kind{"nonlinear", "importNonlinearMappingFile",
+         [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportNonlinearMappingFile(path); },
+         nullptr},
+    Kind{"channels", "importChannelConfigFile",
+         [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportChannelConfigFile(path); },
+         nullptr},
+    Kind{"gains", "importChannelEqFile", nullptr, "exportChannelEqFile"},
+};
+
+const Kind *findKind(const QString &name) {
+  for (const Kind &kind : kinds)
+    if (name == QLatin1String(kind.name)) return &kind;
+  return nullptr;
+}
+
+QString kindNames() {
+  QStringList names;
+  for (const Kind &kind : kinds) names << QString::fromLatin1(kind.name);
+  return names.join(QStringLiteral(", "));
+}
+
+bool call(QObject *buffer, const char *operation, const QString &path) {
+  bool done = false;
+  const bool known = QMetaObject::invokeMethod(buffer, operation, Qt::DirectConnection, Q_RETURN_ARG(bool, done),
+                                               Q_ARG(QString, path));
+  return known && done;
+}
+
+/// Remembers where the log stands, and tells the first error written since.
+class LogWatch {
+ public:
+  LogWatch() {
+    Logger::GetInstance().flush();
+    m_begin = Logger::GetInstance().lastSequence();
+  }
+  QString firstError() const {
+    Logger::GetInstance().flush();
+    for (const LogEntry &entry : Logger::GetInstance().entriesAfter(m_begin))
+      if (entry.level == LogLevel::Error) return QString::fromLocal8Bit(entry.message.c_str());
+    return {};
+  }
+
+ private:
+  std::uint64_t m_begin = 0;
+};
+
+QString importOne(QObject *buffer, const QString &request) {
+  const int cut = request.indexOf('=');
+  const Kind *const kind = findKind(request.left(cut));
+  const QString path = request.mid(cut + 1);
+  if (cut < 0 || kind == nullptr)
+    return QStringLiteral("\"%1\" is no KIND=FILE with a kind of: %2").arg(request, kindNames());
+  if (!QFile::exists(path)) return QStringLiteral("%1 does not exist").arg(path);
+  const LogWatch log;
+  if (call(buffer, kind->importer, QFileInfo(path).absoluteFilePath())) return {};
+  const QString reason = log.firstError();
+  return reason.isEmpty() ? QStringLiteral("%1 was not taken in as %2").arg(path, QLatin1String(kind->name)) : reason;
+}
+
+struct Written {
+  bool loaded = true;
+  QString fault;
+};
+
+Written writeOne(const Kind &kind, QObject *buffer, SvSdkRuntime &runtime, int channels, const QString &path) {
+  const LogWatch log;
+  const int result = kind.write != nullptr ? kind.write(runtime, QFile::encodeName(path).toStdString(), channels)
+                     : call(buffer, kind.exporter, path) ? 0
+                                                         : -1;
+  if (result >= 0) return {};
+  if (result == -1) return {false, {}};
+  const QString reason = log.firstError();
+  return {true, reason.isEmpty() ? QStringLiteral("%1 could not be written").arg(path) : reason};
+}
+
+}  // namespace
+
+void addCalibrationOptions(CLI::App &command, CalibrationOptions &options) {
+  command.add_option_function<std::string>(
+      "--export", [&options](const std::string &text) { options.exportFolder = QString::fromLocal8Bit(text.c_str()); },
+      "Folder to write every kind to that is loaded");
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--import",
+          [&options](const std::vector<std::string> &texts) {
+            for (const std::string &text : texts) options.imports << QString::fromLocal8Bit(text.c_str());
+          },
+          "KIND=FILE to load and to keep as the default of the lidar type; KIND is " + kindNames().toStdString())
+      ->allow_extra_args(false);
+}
+
+QString runCalibration(CaptureSession &session, const CalibrationOptions &options) {
+  QObject *const buffer = session.view().buffer();
+  SvSdkRuntime *const runtime = session.runtime();
+  if (buffer == nullptr || runtime == nullptr ||
+      buffer->metaObject()->indexOfMethod("importCorrectionsFile(QString)") < 0)
+    return QStringLiteral("this source has no calibration: only captures and lidars have");
+  for (const QString &request : options.imports) {
+    const QString fault = importOne(buffer, request);
+    if (!fault.isEmpty()) return fault;
+  }
+  const bool keep = !options.exportFolder.isEmpty();
+  QTemporaryDir scratch;  // where a listing has the kinds written to, to see which are loaded
+  const QDir folder(keep ? options.exportFolder : scratch.path());
+  if (!QDir().mkpath(folder.path())) return QStringLiteral("the folder %1 cannot be made").arg(folder.path());
+  Report report;
+  report.add("type", session.lidarType());
+  for (const Kind &kind : kinds) {
+    const QString path =
+        folder.absoluteFilePath(QStringLiteral("%1_%2.csv").arg(session.lidarType(), QLatin1String(kind.name)));
+    const Written written = writeOne(kind, buffer, *runtime, session.view().channelCount(), path);
+    if (!written.fault.isEmpty()) return written.fault;
+    report.add(kind.name, !written.loaded ? QStringLiteral("not loaded") : keep ? path : QStringLiteral("loaded"));
+  }
+  report.print();
+  return {};
+}
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include "tests/app/program_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+void makeCapture(const QString &path, const char *calibration) {
+  const ProgramResult made =
+      runProgram(QStringLiteral(SKARNVISOR_SIM), {"--frames", "2", "--channels", "16", "--columns", "120",
+                                                  "--calibration", calibration, "--out", path});
+  ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+}
+
+QByteArray bytesOf(const QString &path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+TEST(ProgramCalibration, WritesWhatTheCaptureBroughtAndTakesItInWhereItIsMissing) {
+  const QTemporaryDir folder;
+  const QString with = folder.filePath("with.pcap");
+  const QString without = folder.filePath("ohne ä.pcap");
+  makeCapture(with, "inside");
+  makeCapture(without, "none");
+  const ProgramResult written = skarnvisor({"calibration", with, "--export", folder.filePath("out")});
+  ASSERT_EQ(written.exitCode, 0) << written.err.toStdString();
+  const QString corrections = written.value("corrections");
+  const QByteArray table = bytesOf(corrections);
+  EXPECT_EQ(table.count('\n'), 17) << table.toStdString();
+
+  const QString import = "corrections=" + corrections;
+  const ProgramResult taken = skarnvisor({"calibration", without, "--import", import});
+  ASSERT_EQ(taken.exitCode, 0) << taken.err.toStdString();
+  EXPECT_EQ(taken.value("corrections"), "loaded");
+  // What was taken in is the default of the type from now on.
+  const ProgramResult again = skarnvisor({"calibration", without, "--export", folder.filePath("again")});
+  EXPECT_EQ(bytesOf(again.value("corrections")), table);
+}
+
+TEST(ProgramCalibration, ARefusedFileIsOneSentenceWithFileAndLine) {
+  const QTemporaryDir folder;
+  const QString capture = folder.filePath("capture.pcap");
+  makeCapture(capture, "inside");
+  const QString bad = folder.filePath("bad.csv");
+  writeFile(bad, "channel,elevation,azimuth\n1,0.5,0\n2,word,0\n");
+  writeFile(folder.filePath("file"), "");
+  struct Case {
+    QStringList arguments;
+    QStringList told;
+  };
+  for (const Case &c : {Case{{"--import", "corrections=" + bad}, {"bad.csv", "line 3"}},
+                        Case{{"--import", "corrections=" + folder.filePath("none.csv")}, {"none.csv"}},
+                        Case{{"--import", "colours=" + bad}, {"corrections, firetimes"}},
+                        Case{{"--export", folder.filePath("file")}, {"cannot be made"}}}) {
+    const ProgramResult result = skarnvisor(QStringList{"calibration", capture} + c.arguments);
+    EXPECT_NE(result.exitCode, 0) << c.arguments.join(' ').toStdString();
+    EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
+    for (const QString &part : c.told) EXPECT_TRUE(result.err.contains(part)) << result.err.toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

@@ -93,10 +93,12 @@ void DefaultPcdFileBuffer::setDetailExport(bool on, int type, QUrl url) {
 
 void DefaultPcdFileBuffer::append(PcdFrameList frames) {
   if (frames.empty()) return;
+  const auto earlier = [](const PcdFrameEntry &a, const PcdFrameEntry &b) { return a.ticks < b.ticks; };
   PcdFrameList all = m_frames.copy();
+  const auto known = static_cast<std::ptrdiff_t>(all.size());
   all.insert(all.end(), frames.begin(), frames.end());
-  std::stable_sort(all.begin(), all.end(),
-                   [](const PcdFrameEntry &a, const PcdFrameEntry &b) { return a.ticks < b.ticks; });
+  std::stable_sort(all.begin() + known, all.end(), earlier);
+  std::inplace_merge(all.begin(), all.begin() + known, all.end(), earlier);
   setBegin(TimePoint(Ticks(all.front().ticks)));
   const std::int64_t lastBegin = std::min(all.back().ticks, Ticks::max().count() - lastFrameSpan.count());
   setEnd(TimePoint(Ticks(lastBegin) + lastFrameSpan));

@@ -43,6 +43,7 @@ class DefaultPcdFileBuffer : public DefaultPcdBuffer {
   ~DefaultPcdFileBuffer() override;
 
   [[nodiscard]] bool pcapActive() const override;
+  [[nodiscard]] bool pcapLoading() const override { return pcapActive(); }
   [[nodiscard]] bool pcapStopped() const override;
   void setPcapActive(bool active) override;
 

@@ -4,7 +4,6 @@
 
 #include "contracts/host/log.h"
 #include "default/point_files/default_pcd_frame_render_buffer.h"
-#include "default/point_files/point_file_scan.h"
 
 SKARN_LOG_SOURCE("default/default_pcd_file_loader");
 
@@ -21,12 +20,19 @@ DefaultPcdFileLoader::~DefaultPcdFileLoader() {
 
 void DefaultPcdFileLoader::operator()() {
   if (!m_source) return;
-  SKARN_LOG(LogLevel::Information, "fileloder %s", qPrintable(m_source->path));
-  PcdFrameList frames = scanPointFiles(m_source->path);
-  if (frames.empty()) return;
+  if (!m_scan) {
+    SKARN_LOG(LogLevel::Information, "fileloder %s", qPrintable(m_source->path));
+    m_scan = std::make_unique<PointFileScan>(m_source->path);
+  }
+  PcdFrameList frames = m_scan->next(PointFileScan::Clock::now() + m_stretch);
+  const bool finished = m_scan->isFinished();
+  const bool foundAny = m_scan->accepted() > 0;
+  if (finished) m_scan.reset();
+  if (!foundAny) return;
   m_clip->append(std::move(frames));
-  m_source->clipLoading = false;
+  if (finished) m_source->clipLoading = false;
   Q_EMIT m_clip->changed();
+  if (!finished) run();
 }
 
 void DefaultPcdFileLoader::takeOver(QSharedPointer<FileSource> &source) {

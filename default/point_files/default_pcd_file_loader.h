@@ -2,10 +2,13 @@
 
 #include <QPointer>
 #include <QSharedPointer>
+#include <chrono>
+#include <memory>
 
 #include "contracts/host/functor.h"
 #include "contracts/host/toggle.h"
 #include "default/point_files/default_pcd_file_buffer.h"
+#include "default/point_files/point_file_scan.h"
 
 namespace tarvo::skarnvisor {
 
@@ -21,8 +24,12 @@ class DefaultPcdFileLoader : public Functor {
   Q_INVOKABLE DefaultPcdFileLoader();
   ~DefaultPcdFileLoader() override;
 
-  /// Adds what the folder holds to the clip: a second run adds it again. Functor thread.
+  /// Adds what the folder holds to the clip; a run behind the one that came to its end adds it again. A folder that
+  /// takes longer than the stretch is looked through in several runs, each of which asks for the next, so that the
+  /// first frames show meanwhile; the clip is loading until the last. Functor thread.
   void operator()() override;
+  /// For how long a run looks; once, before the first run.
+  void setStretch(std::chrono::milliseconds stretch) { m_stretch = stretch; }
   [[nodiscard]] virtual DefaultPcdFileBuffer *defaultPcdBuffer() const { return m_clip.data(); }
   /// Takes the source over and leaves `source` with what was held before. Once, on the thread of both objects, before
   /// the first run.
@@ -41,6 +48,8 @@ class DefaultPcdFileLoader : public Functor {
   QPointer<DefaultPcdFrameRenderBuffer> m_renderBuffer;
   QSharedPointer<FileSource> m_source;
   QSharedPointer<DefaultPcdFileBuffer> m_clip;
+  std::chrono::milliseconds m_stretch{100};
+  std::unique_ptr<PointFileScan> m_scan;  ///< under way; functor thread
 };
 
 }  // namespace tarvo::skarnvisor

@@ -45,7 +45,7 @@ PointFile::Result PointFile::read(const QString &path) {
   const std::string localPath = QFile::encodeName(path).toStdString();
   switch (m_format) {
     case PointFormat::ply:
-      m_ply = readPly(localPath);
+      readPly(localPath, m_ply);
       m_count = m_ply.size();
       return Result::read;
     case PointFormat::bin:

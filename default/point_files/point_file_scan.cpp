@@ -1,6 +1,5 @@
 #include "default/point_files/point_file_scan.h"
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 #include <QDir>
@@ -9,7 +8,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <memory>
+#include <functional>
+#include <utility>
 
 #include "contracts/host/log.h"
 #include "contracts/host/time.h"
@@ -22,49 +22,13 @@ namespace {
 
 constexpr std::array<const char *, 6> suffixes = {"ply", "PLY", "bin", "BIN", "pcd", "PCD"};
 constexpr double millisecondsPerSecond = 1000.0;
+constexpr std::size_t namesPerLook = 16;  // at the clock while listing
 
 bool isDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
 
 int digitsEnd(const QString &text, int from) {
   while (from < text.size() && isDigit(text.at(from))) ++from;
   return from;
-}
-
-/// Takes one file; `secondsWithoutDigits` stands in for a name that tells no time.
-void takeFile(const QString &path, std::optional<double> secondsWithoutDigits, PcdFrameList &frames) {
-  const int nameStart = path.lastIndexOf(QLatin1Char('/')) + 1;
-  const int dot = path.lastIndexOf(QLatin1Char('.'));
-  const QString suffix = dot < nameStart ? QString() : path.mid(dot + 1);
-  std::optional<double> seconds;
-  if (std::any_of(suffixes.begin(), suffixes.end(),
-                  [&](const char *known) { return suffix == QLatin1String(known); })) {
-    seconds = secondsInName(path.mid(nameStart, dot - nameStart));
-    if (!seconds) seconds = secondsWithoutDigits;
-  }
-  if (!seconds) {
-    std::printf("not support file type: %s\n", QFile::encodeName(path).constData());
-    return;
-  }
-  std::printf("timestampStr: %lf\n", *seconds);
-  frames.push_back({path, static_cast<int>(frames.size()) + 1, ticksFromSeconds(*seconds).count()});
-}
-
-/// The plain files of a folder, links to such files among them, hidden ones not, by name. Asks about a file only where
-/// the listing does not say what it is: thousands of files are a matter of milliseconds.
-QStringList fileNames(const QByteArray &folder) {
-  QStringList names;
-  const std::unique_ptr<DIR, int (*)(DIR *)> listing(::opendir(folder.constData()), ::closedir);
-  while (const dirent *entry = listing ? ::readdir(listing.get()) : nullptr) {
-    if (entry->d_name[0] == '.') continue;
-    bool isFile = entry->d_type == DT_REG;
-    if (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) {
-      struct stat status {};
-      isFile = ::fstatat(::dirfd(listing.get()), entry->d_name, &status, 0) == 0 && S_ISREG(status.st_mode);
-    }
-    if (isFile) names.append(QFile::decodeName(entry->d_name));
-  }
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 }  // namespace
@@ -82,22 +46,81 @@ std::optional<double> secondsInName(const QString &baseName) {
   return baseName.mid(begin, digitsEnd(baseName, begin) - begin).toDouble() / millisecondsPerSecond;
 }
 
-PcdFrameList scanPointFiles(const QString &path) {
-  PcdFrameList frames;
+PointFileScan::PointFileScan(const QString &path) {
   const QFileInfo info(path);
   if (info.isFile()) {
-    takeFile(info.absoluteFilePath(), 0.0, frames);
-    return frames;
+    m_singleFile = info.absoluteFilePath();
+    m_names.push_back(m_singleFile);
+    return;
   }
   const QDir folder(path);
   if (!folder.exists()) {
     SKARN_LOG(LogLevel::Information, "Folder does not exist!");
-    return frames;
+    return;
   }
-  const QString prefix = folder.absolutePath() + QLatin1Char('/');
-  const QStringList names = fileNames(QFile::encodeName(prefix));
-  for (const QString &name : names) takeFile(prefix + name, std::nullopt, frames);
+  m_prefix = folder.absolutePath() + QLatin1Char('/');
+  m_listing.reset(::opendir(QFile::encodeName(m_prefix).constData()));
+}
+
+PointFileScan::~PointFileScan() = default;
+
+// Plain files, links to such files among them, hidden ones not. Asks about a file only where the listing does not say
+// what it is: thousands of files are a matter of milliseconds.
+void PointFileScan::listNames(Clock::time_point deadline) {
+  for (std::size_t entries = 1; m_names.empty() || entries % namesPerLook != 0 || Clock::now() < deadline; ++entries) {
+    const dirent *const entry = ::readdir(m_listing.get());
+    if (entry == nullptr) {
+      m_listing.reset();
+      break;
+    }
+    if (entry->d_name[0] == '.') continue;
+    bool isFile = entry->d_type == DT_REG;
+    if (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) {
+      struct stat status {};
+      isFile = ::fstatat(::dirfd(m_listing.get()), entry->d_name, &status, 0) == 0 && S_ISREG(status.st_mode);
+    }
+    if (isFile) m_names.push_back(QFile::decodeName(entry->d_name));
+  }
+  std::sort(m_names.begin(), m_names.end(), std::greater<>());
+}
+
+/// `secondsWithoutDigits` stands in for a name that tells no time.
+void PointFileScan::takeFile(const QString &path, std::optional<double> secondsWithoutDigits, PcdFrameList &frames) {
+  const int nameStart = path.lastIndexOf(QLatin1Char('/')) + 1;
+  const int dot = path.lastIndexOf(QLatin1Char('.'));
+  const QString suffix = dot < nameStart ? QString() : path.mid(dot + 1);
+  std::optional<double> seconds;
+  if (std::any_of(suffixes.begin(), suffixes.end(),
+                  [&](const char *known) { return suffix == QLatin1String(known); })) {
+    seconds = secondsInName(path.mid(nameStart, dot - nameStart));
+    if (!seconds) seconds = secondsWithoutDigits;
+  }
+  if (!seconds) {
+    std::printf("not support file type: %s\n", QFile::encodeName(path).constData());
+    return;
+  }
+  std::printf("timestampStr: %lf\n", *seconds);
+  frames.push_back({path, ++m_accepted, ticksFromSeconds(*seconds).count()});
+}
+
+PcdFrameList PointFileScan::next(Clock::time_point deadline) {
+  PcdFrameList frames;
+  while (!isFinished() && (frames.empty() || Clock::now() < deadline)) {
+    if (m_names.empty()) listNames(deadline);
+    while (!m_names.empty() && (frames.empty() || Clock::now() < deadline)) {
+      const QString name = std::move(m_names.back());
+      m_names.pop_back();
+      if (m_singleFile.isEmpty())
+        takeFile(m_prefix + name, std::nullopt, frames);
+      else
+        takeFile(m_singleFile, 0.0, frames);
+    }
+  }
   return frames;
+}
+
+PcdFrameList scanPointFiles(const QString &path) {
+  return PointFileScan(path).next(PointFileScan::Clock::time_point::max());
 }
 
 }  // namespace tarvo::skarnvisor

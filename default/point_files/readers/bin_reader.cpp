@@ -45,7 +45,7 @@ BinResult readBin(const std::string &path, BinFrame &frame) {
   if (file.size() != full && file.size() != brief) return refuse(file.size());
   frame.recordBytes = file.size() == full ? fullRecord : shortRecord;
   const std::uint64_t bytes = file.size() - countBytes;
-  frame.bytes.resize(bytes);
+  renew(frame.bytes, bytes);
   const std::size_t parts = partCountFor(bytes);
   std::vector<std::uint64_t> got(parts, 0);
   runParts(parts, [&](std::size_t part) {

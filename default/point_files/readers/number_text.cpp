@@ -55,10 +55,10 @@ bool NumberLine::readSlowly(float &value) {
   return nextToken(begin, end) && parseSlowly(begin, end, value) ? true : fail();
 }
 
-bool NumberLine::read(std::uint16_t &value) {
+bool NumberLine::readSlowly(std::uint16_t &value) {
   const char *begin = nullptr;
   const char *end = nullptr;
-  if (m_failed || !nextToken(begin, end)) return fail();
+  if (!nextToken(begin, end)) return fail();
   const bool negative = *begin == '-';
   if (negative || *begin == '+') ++begin;
   std::uint16_t parsed = 0;

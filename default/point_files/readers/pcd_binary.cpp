@@ -1,5 +1,6 @@
 // The two binary kinds of PCD data: records one after another, and LZF-compressed columns.
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -35,6 +36,18 @@ bool endsAt(const InputFile &file, std::uint64_t position) {
          std::all_of(rest.begin(), rest.end(), [](char c) { return c == '\0'; });
 }
 
+/// Fills `target` on all cores; false where the file gave less.
+bool readInParts(const InputFile &file, std::uint64_t position, char *target, std::uint64_t bytes) {
+  const std::size_t parts = partCountFor(bytes);
+  std::atomic<bool> whole{true};
+  runParts(parts, [&](std::size_t part) {
+    const std::uint64_t first = partBegin(bytes, parts, part);
+    const std::uint64_t wanted = partBegin(bytes, parts, part + 1) - first;
+    if (file.readAt(position + first, target + first, wanted) != wanted) whole = false;
+  });
+  return whole;
+}
+
 /// Reads and decodes records [first, last) and returns how many the file gave.
 std::uint64_t decodeRecords(const InputFile &file, std::uint64_t dataStart, const PcdRecordPlan &plan,
                             std::uint64_t first, std::uint64_t last, PcdPoint *points) {
@@ -65,7 +78,7 @@ bool PcdFileReader::readBinary(const InputFile &file, std::uint64_t dataStart) {
                 static_cast<std::uint32_t>(available));
     count = available;
   }
-  m_points.resize(count);
+  renew(m_points, count);
   const std::size_t parts = partCountFor(count * plan.width);
   std::vector<std::uint64_t> decoded(parts, 0);
   runParts(parts, [&](std::size_t part) {
@@ -94,8 +107,8 @@ bool PcdFileReader::readCompressed(const InputFile &file, std::uint64_t dataStar
                 static_cast<std::size_t>(blockStart), packed, static_cast<std::size_t>(file.size()));
     return false;
   }
-  RawVector<std::uint8_t> input(packed);
-  if (file.readAt(blockStart, reinterpret_cast<char *>(input.data()), packed) != packed) {
+  renew(m_packed, packed);
+  if (!readInParts(file, blockStart, reinterpret_cast<char *>(m_packed.data()), packed)) {
     std::printf("错误: 读取压缩数据失败\n");
     return false;
   }
@@ -107,16 +120,15 @@ bool PcdFileReader::readCompressed(const InputFile &file, std::uint64_t dataStar
     return false;
   }
   // A claim beyond what the input can expand to fails in the decompressor; the block needn't be as large as the claim.
-  RawVector<std::uint8_t> columns(std::min<std::uint64_t>(unpacked, packed * largestExpansion + largestExpansion));
-  if (!lzfDecompress(input.data(), packed, columns.data(), unpacked)) {
+  renew(m_columns, std::min<std::uint64_t>(unpacked, packed * largestExpansion + largestExpansion));
+  if (!lzfDecompress(m_packed.data(), packed, m_columns.data(), unpacked)) {
     std::printf("解压失败\n");
     return false;
   }
-  input = RawVector<std::uint8_t>{};
   const std::uint64_t count = plan.width == 0 ? 0 : m_header.points;
-  m_points.resize(count);
+  renew(m_points, count);
   const std::size_t parts = partCountFor(unpacked);
-  const auto *bytes = reinterpret_cast<const char *>(columns.data());
+  const auto *bytes = reinterpret_cast<const char *>(m_columns.data());
   runParts(parts, [&](std::size_t part) {
     constexpr std::uint64_t blockPoints = 4096;
     const std::uint64_t last = partBegin(count, parts, part + 1);

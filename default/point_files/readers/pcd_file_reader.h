@@ -30,6 +30,9 @@ class PcdFileReader {
 
   PcdHeader m_header;
   PcdPoints m_points;
+  // Room for a compressed section, used again from file to file.
+  RawVector<std::uint8_t> m_packed;
+  RawVector<std::uint8_t> m_columns;  ///< what it expands to: all values of the first field, then of the second ...
 };
 
 }  // namespace tarvo::skarnvisor

@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <limits>
 #include <stdexcept>
 #include <vector>
 
@@ -12,7 +11,7 @@
 #include "default/point_files/readers/number_text.h"
 #include "default/point_files/readers/parallel_parts.h"
 #include "default/point_files/readers/ply_header.h"
-#include "default/point_files/readers/text_lines.h"
+#include "default/point_files/readers/text_points.h"
 
 SKARN_LOG_SOURCE("default/point_files/ply_reader");
 
@@ -61,9 +60,7 @@ void warnShort(std::uint64_t found, std::uint64_t claimed) {
 }
 
 /// One line of an ascii vertex. False where a token is missing or no number.
-bool readVertexLine(const char *begin, const char *end, const std::vector<VertexProperty> &properties,
-                    PlyPoint &point) {
-  NumberLine line(begin, end);
+bool readVertexLine(NumberLine line, const std::vector<VertexProperty> &properties, PlyPoint &point) {
   float passedOver = 0.0F;
   for (const VertexProperty &property : properties) {
     if (property.property.isList()) {
@@ -92,51 +89,19 @@ std::uint64_t asciiVertexStart(const InputFile &file, const PlyHeader &header, s
   return std::min(position, file.size());
 }
 
-struct AsciiPart {
-  PlyPoints points;
-  bool broken = false;  // the line behind the last point is no vertex
-};
-
-PlyPoints joinAscii(std::vector<AsciiPart> &parts, std::uint64_t claimed) {
-  PlyPoints points;
-  for (AsciiPart &part : parts) {
-    const std::uint64_t wanted = std::min<std::uint64_t>(part.points.size(), claimed - points.size());
-    if (points.empty() && wanted == part.points.size())
-      points = std::move(part.points);
-    else
-      points.insert(points.end(), part.points.begin(), part.points.begin() + static_cast<std::ptrdiff_t>(wanted));
-    if (points.size() == claimed) return points;
-    if (part.broken)
-      throw std::runtime_error("PLY parser: vertex " + std::to_string(points.size() + 1) + " of " +
-                               std::to_string(claimed) + " is not a line of as many numbers as the header names");
-  }
-  warnShort(points.size(), claimed);
-  return points;
-}
-
-PlyPoints readAsciiVertices(const InputFile &file, std::uint64_t start, std::uint64_t claimed,
-                            const std::vector<VertexProperty> &properties) {
-  const std::uint64_t bytes = file.size() - start;
-  const std::size_t partCount = partCountFor(bytes);
-  std::vector<AsciiPart> parts(partCount);
-  runParts(partCount, [&](std::size_t index) {
-    AsciiPart &part = parts[index];
-    const std::uint64_t first = start + partBegin(bytes, partCount, index);
-    const std::uint64_t last = start + partBegin(bytes, partCount, index + 1);
-    std::uint64_t taken = 0;  // bytes of the lines so far
-    forEachLine(file, start, first, last, [&](const char *begin, const char *end) {
-      if (part.points.size() == claimed) return false;
-      if (begin == end) return true;
-      PlyPoint point{};
-      part.broken = !readVertexLine(begin, end, properties, point);
-      if (part.broken) return false;
-      part.points.push_back(point);
-      taken += static_cast<std::uint64_t>(end - begin) + 1;
-      if (part.points.size() == linesOfEstimate) part.points.reserve(estimatedLines(last - first, taken));
-      return true;
-    });
-  });
-  return joinAscii(parts, claimed);
+void readAsciiVertices(const InputFile &file, std::uint64_t start, std::uint64_t claimed,
+                       const std::vector<VertexProperty> &properties, PlyPoints &points) {
+  TextFormat format;
+  format.dataStart = start;
+  format.mostPoints = claimed;
+  const auto broken =
+      readTextPoints(file, format, points, [&properties](const char *begin, const char *end, PlyPoint &point) {
+        return readVertexLine(NumberLine(begin, end, readableBehindLine), properties, point);
+      });
+  if (broken)
+    throw std::runtime_error("PLY parser: vertex " + std::to_string(*broken + 1) + " of " + std::to_string(claimed) +
+                             " is not a line of as many numbers as the header names");
+  if (points.size() < claimed) warnShort(points.size(), claimed);
 }
 
 /// Walks binary records of any layout, a buffered block at a time.
@@ -224,13 +189,13 @@ void decodeVertices(const char *records, std::uint64_t width, const std::vector<
   }
 }
 
-PlyPoints readRecords(const InputFile &file, std::uint64_t start, const PlyElement &vertex, bool bigEndian,
-                      const std::vector<VertexProperty> &properties) {
+void readRecords(const InputFile &file, std::uint64_t start, const PlyElement &vertex, bool bigEndian,
+                 const std::vector<VertexProperty> &properties, PlyPoints &points) {
   constexpr std::uint64_t blockBytes = 128 * 1024;
   const std::uint64_t width = vertex.recordBytes();
   const std::uint64_t count = std::min(vertex.count, (file.size() - start) / width);
   if (count < vertex.count) warnShort(count, vertex.count);
-  PlyPoints points(count);
+  renew(points, count);
   const std::size_t parts = partCountFor(count * width);
   runParts(parts, [&](std::size_t part) {
     const std::uint64_t blockRecords = std::max<std::uint64_t>(1, blockBytes / width);
@@ -244,14 +209,13 @@ PlyPoints readRecords(const InputFile &file, std::uint64_t start, const PlyEleme
       decode(block.data(), width, properties, points.data() + first, length);
     }
   });
-  return points;
 }
 
 /// Vertices with list properties: no two records need be equally long, so they are walked one by one.
-PlyPoints walkRecords(const InputFile &file, std::uint64_t start, const PlyElement &vertex, bool bigEndian,
-                      const std::vector<VertexProperty> &properties) {
+void walkRecords(const InputFile &file, std::uint64_t start, const PlyElement &vertex, bool bigEndian,
+                 const std::vector<VertexProperty> &properties, PlyPoints &points) {
   BinaryWalker walker(file, start, bigEndian);
-  PlyPoints points;
+  points.clear();
   for (std::uint64_t i = 0; i < vertex.count; ++i) {
     PlyPoint point{};
     for (const VertexProperty &property : properties) {
@@ -261,16 +225,16 @@ PlyPoints walkRecords(const InputFile &file, std::uint64_t start, const PlyEleme
         continue;
       }
       warnShort(points.size(), vertex.count);
-      return points;
+      return;
     }
     points.push_back(point);
   }
-  return points;
 }
 
 }  // namespace
 
-PlyPoints readPly(const std::string &path) {
+void readPly(const std::string &path, PlyPoints &points) {
+  points.clear();
   const InputFile file(path);
   if (!file.isOpen()) throw std::runtime_error("PLY parser: could not open file " + path);
   const PlyHeader header = readPlyHeader(file);
@@ -282,11 +246,16 @@ PlyPoints readPly(const std::string &path) {
   const PlyElement &vertex = header.elements[index];
   const std::vector<VertexProperty> properties = vertexProperties(vertex);
   if (header.format == PlyFormat::ascii)
-    return readAsciiVertices(file, asciiVertexStart(file, header, entriesBefore), vertex.count, properties);
+    return readAsciiVertices(file, asciiVertexStart(file, header, entriesBefore), vertex.count, properties, points);
   const bool bigEndian = header.format == PlyFormat::bigEndian;
   const std::uint64_t start = binaryVertexStart(file, header, index);
-  return vertex.hasList() ? walkRecords(file, start, vertex, bigEndian, properties)
-                          : readRecords(file, start, vertex, bigEndian, properties);
+  (vertex.hasList() ? walkRecords : readRecords)(file, start, vertex, bigEndian, properties, points);
+}
+
+PlyPoints readPly(const std::string &path) {
+  PlyPoints points;
+  readPly(path, points);
+  return points;
 }
 
 }  // namespace tarvo::skarnvisor

@@ -25,11 +25,14 @@ inline constexpr std::array<double, 2 *largestPower + 1> powersOfTen = {
 // Up to 2^53 times a power of ten, or times the nearest double to a negative power, is off by two units in the last
 // place at most. Narrowing it goes wrong only where the double stands that close to the middle between two floats, or
 // where the float is no normal one.
-inline bool narrow(double wide, float &value) {
+inline bool nearMiddle(double wide) {
   constexpr std::uint64_t middle = 0x10000000;
-  const std::uint64_t tail = std::bit_cast<std::uint64_t>(wide) & 0x1fffffff;
+  return (std::bit_cast<std::uint64_t>(wide) & 0x1fffffff) - (middle - 4) <= 8;
+}
+
+inline bool narrow(double wide, float &value) {
   const double size = std::abs(wide);
-  if (tail - (middle - 4) <= 8 || size > std::numeric_limits<float>::max() ||
+  if (nearMiddle(wide) || size > std::numeric_limits<float>::max() ||
       (size < std::numeric_limits<float>::min() && size != 0.0))
     return false;
   value = static_cast<float>(wide);
@@ -39,22 +42,42 @@ inline bool narrow(double wide, float &value) {
 inline constexpr std::array<std::uint64_t, 9> smallPowers = {1,       10,        100,        1'000,      10'000,
                                                              100'000, 1'000'000, 10'000'000, 100'000'000};
 
+static_assert(std::endian::native == std::endian::little, "the first character is the lowest byte of a word");
+
+/// Eight characters, each digit as its value, anything else as more than 9.
+inline std::uint64_t loadDigits(const char *c) {
+  std::uint64_t word;
+  std::memcpy(&word, c, sizeof word);
+  return word ^ 0x3030303030303030U;
+}
+
+/// Marks, in the top bit of their bytes, those of `loadDigits` that are no digits; exact up to the first character
+/// above 0x7f.
+constexpr std::uint64_t othersIn(std::uint64_t word) {
+  return ((word + 0x7676767676767676U) | word) & 0x8080808080808080U;
+}
+
+/// The marks of `othersIn`, a bit for each byte.
+constexpr unsigned markBits(std::uint64_t others) {
+  return static_cast<unsigned>((others >> 7) * 0x0102040810204080U >> 56);
+}
+
+/// The number that eight digits make, the lowest byte the first digit: summed up in pairs, fours and eights.
+constexpr std::uint64_t eightDigits(std::uint64_t word) {
+  word = word * 10 + (word >> 8);
+  word = (word & 0x000000ff000000ffU) * (100 + (std::uint64_t{1'000'000} << 32)) +
+         (word >> 16 & 0x000000ff000000ffU) * (1 + (std::uint64_t{10'000} << 32));
+  return word >> 32;
+}
+
 // Takes the digits at `c` into the mantissa, up to eight at once without a branch for each: the digits are moved to the
-// top of a word, zeros in front of them, and summed up in pairs, fours and eights.
+// top of a word, zeros in front of them.
 inline const char *takeDigits(const char *c, const char *end, std::uint64_t &mantissa) {
-  static_assert(std::endian::native == std::endian::little);
   while (end - c >= 8) {
-    std::uint64_t word;
-    std::memcpy(&word, c, sizeof word);
-    word ^= 0x3030303030303030U;  // a digit becomes its value, anything else more than 9
-    const std::uint64_t others = ((word + 0x7676767676767676U) | word) & 0x8080808080808080U;
-    const int count = std::countr_zero(others) / 8;
+    const std::uint64_t word = loadDigits(c);
+    const int count = std::countr_zero(othersIn(word)) / 8;
     if (count == 0) return c;
-    word <<= 64 - 8 * count;
-    word = word * 10 + (word >> 8);
-    word = (word & 0x000000ff000000ffU) * (100 + (std::uint64_t{1'000'000} << 32)) +
-           (word >> 16 & 0x000000ff000000ffU) * (1 + (std::uint64_t{10'000} << 32));
-    mantissa = mantissa * smallPowers[static_cast<std::size_t>(count)] + (word >> 32);
+    mantissa = mantissa * smallPowers[static_cast<std::size_t>(count)] + eightDigits(word << (64 - 8 * count));
     c += count;
     if (count < 8) return c;
   }
@@ -99,6 +122,62 @@ inline Quick parseQuickly(const char *&position, const char *end, float &value) 
   if (!narrow(negative ? -wide : wide, value)) return Quick::declined;
   position = c;
   return Quick::done;
+}
+
+/// Characters from a number's first on that `parseShort` looks at.
+inline constexpr std::ptrdiff_t shortNumberReach = 17;
+
+// The form that nearly every number of a file has: a minus or none, up to seven digits, a dot with digits behind it or
+// none, fifteen characters at most, then a blank. No branch depends on how many digits there are, and none of the work
+// waits for the number before. False for any other form, for `parseQuickly`, with position and value as they were.
+inline bool parseShort(const char *&position, float &value) {
+  const std::uint64_t negative = *position == '-' ? 1 : 0;
+  const char *const c = position + negative;
+  std::uint64_t low = loadDigits(c);
+  const std::uint64_t others = othersIn(low);
+  if (others == 0) return false;
+  const auto before = static_cast<unsigned>(std::countr_zero(others)) / 8;
+  if (c[before] != '.') {
+    if (before == 0 || !isBlank(c[before])) return false;
+    const auto number = static_cast<float>(static_cast<std::int64_t>(eightDigits(low << (64 - 8 * before))));
+    value = negative != 0 ? -number : number;
+    position = c + before;
+    return true;
+  }
+  std::uint64_t high = loadDigits(c + 8);
+  const unsigned marks = markBits(others) | markBits(othersIn(high)) << 8;
+  const unsigned behindDot = marks & (marks - 1);
+  if (behindDot == 0) return false;
+  const auto end = static_cast<unsigned>(std::countr_zero(behindDot));
+  const unsigned digits = end - 1;
+  if (digits == 0 || !isBlank(c[end])) return false;
+  const std::uint64_t whole = (std::uint64_t{1} << 8 * before) - 1;
+  low = (low & whole) | ((low >> 8 | high << 56) & ~whole);  // closes up over the dot
+  high >>= 8;
+  using Wide = unsigned __int128;
+  const Wide aligned = (static_cast<Wide>(high) << 64 | low) << 8 * (16 - digits);  // zeros in front
+  const std::uint64_t mantissa = eightDigits(static_cast<std::uint64_t>(aligned)) * smallPowers[8] +
+                                 eightDigits(static_cast<std::uint64_t>(aligned >> 64));
+  const double wide = static_cast<double>(static_cast<std::int64_t>(mantissa)) *
+                      powersOfTen[static_cast<std::size_t>(largestPower) - (digits - before)];
+  if (nearMiddle(wide)) return false;
+  value = static_cast<float>(std::bit_cast<double>(std::bit_cast<std::uint64_t>(wide) | negative << 63));
+  position = c + end;
+  return true;
+}
+
+// The same for a whole number: up to five digits, then a blank.
+inline bool parseShort(const char *&position, std::uint16_t &value) {
+  const std::uint64_t word = loadDigits(position);
+  const std::uint64_t others = othersIn(word);
+  if (others == 0) return false;
+  const auto digits = static_cast<unsigned>(std::countr_zero(others)) / 8;
+  if (digits == 0 || !isBlank(position[digits])) return false;
+  const std::uint64_t number = eightDigits(word << (64 - 8 * digits));
+  if (number > std::numeric_limits<std::uint16_t>::max()) return false;
+  value = static_cast<std::uint16_t>(number);
+  position += digits;
+  return true;
 }
 
 }  // namespace tarvo::skarnvisor::numbers

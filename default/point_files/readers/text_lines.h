@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -10,13 +9,13 @@
 
 namespace tarvo::skarnvisor {
 
-/// After so many lines of a range, the number of all its lines can be told well enough to make room for them at once.
-inline constexpr std::size_t linesOfEstimate = 1024;
+/// Bytes from a line's end on that `forEachLine` lets its caller look at, the first of which is a blank.
+inline constexpr std::ptrdiff_t readableBehindLine = 24;
 
-/// Lines to expect in `rangeBytes`, a little more than the first `linesOfEstimate` lines of `takenBytes` make likely.
-[[nodiscard]] constexpr std::size_t estimatedLines(std::uint64_t rangeBytes, std::uint64_t takenBytes) {
-  return static_cast<std::size_t>(rangeBytes / std::max<std::uint64_t>(takenBytes / linesOfEstimate, 1) * 17 / 16);
-}
+/// Lines that start in [first, last) and hold something: neither empty nor begun by `comment` (a line feed: no
+/// comments). May count a last line of a lone carriage return.
+[[nodiscard]] std::size_t countDataLines(const InputFile &file, std::uint64_t dataStart, std::uint64_t first,
+                                         std::uint64_t last, char comment);
 
 /// Calls `take(begin, end)` for each line of the file that starts in [first, last): without its line feed and a
 /// carriage return before it. A line starts at `dataStart` and behind each line feed, so that neighbouring ranges share
@@ -24,7 +23,7 @@ inline constexpr std::size_t linesOfEstimate = 1024;
 template <typename Take>
 void forEachLine(const InputFile &file, std::uint64_t dataStart, std::uint64_t first, std::uint64_t last, Take &&take) {
   constexpr std::size_t blockSize = 256 * 1024;
-  std::vector<char> block(blockSize);
+  std::vector<char> block(blockSize + readableBehindLine);
   std::size_t held = 0;  // bytes of an unfinished line at the block's start
   std::uint64_t position = first;
   bool skipping = false;  // inside a line that belongs to the range before
@@ -36,7 +35,9 @@ void forEachLine(const InputFile &file, std::uint64_t dataStart, std::uint64_t f
   std::uint64_t lineStart = first;
   for (;;) {
     if (block.size() - held < blockSize / 2) block.resize(block.size() * 2);
-    const std::size_t got = file.readAt(position, block.data() + held, block.size() - held);
+    const std::size_t room = block.size() - held - readableBehindLine;
+    const std::size_t got = file.readAt(position, block.data() + held, room);
+    block[held + got] = '\n';
     position += got;
     const char *begin = block.data();
     const char *const end = begin + held + got;

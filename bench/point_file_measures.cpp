@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <QString>
@@ -12,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -191,6 +193,10 @@ std::string binFile() {
   return bytes;
 }
 
+/// From here on every large block comes fresh from the system and goes back to it, in our readers and in the floor
+/// alike: what is measured is one read of one file, not what former calls left in the heap.
+void takeFreshMemory() { ::mallopt(M_MMAP_THRESHOLD, 1 << 20); }
+
 /// The least that any reader does: the file's bytes into memory of its own, fresh for each call as a reader's points
 /// are.
 void plainRead(const std::string &path, std::size_t size) {
@@ -209,6 +215,7 @@ void plainRead(const std::string &path, std::size_t size) {
 template <typename Read>
 Measure readMeasure(const char *name, std::string (*content)(), const char *suffix, Read read) {
   return {name, "1,000,000 points from one file in the page cache", [=] {
+            takeFreshMemory();
             const auto folder = std::make_shared<Folder>();
             const std::string bytes = content();
             const std::string path = folder->write(std::string("frame") + suffix, bytes);
@@ -224,6 +231,42 @@ void readPcd(const std::string &path) {
 
 void readPlyFile(const std::string &path) {
   if (readPly(path).size() != pointCount) throw std::runtime_error("not all points were read");
+}
+
+/// A line of /proc/self/status, in bytes.
+double statusBytes(const char *name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.rfind(name, 0) == 0) return std::strtod(line.c_str() + std::strlen(name), nullptr) * 1024.0;
+  throw std::runtime_error("the system tells no memory in use");
+}
+
+/// The most that one read held at a time, beside the file's size and 40 bytes a point, which is what it may hold;
+/// `blocks` come on top.
+template <typename Read>
+Measure memoryMeasure(const char *name, std::string (*content)(), const char *suffix, double blocks, Read read) {
+  constexpr double megabyte = 1e6;
+  const auto run = [=] {
+    takeFreshMemory();
+    const Folder folder;
+    double allowed = 40.0 * pointCount + blocks;
+    std::string path;
+    {
+      const std::string bytes = content();
+      allowed += static_cast<double>(bytes.size());
+      path = folder.write(std::string("frame") + suffix, bytes);
+    }
+    ::malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5";  // the peak begins anew
+    const double before = statusBytes("VmRSS:");
+    read(path);
+    const double peak = statusBytes("VmHWM:") - before;
+    std::printf("%-26s %10.3f MB %10.3f %6.2f  the most that a read holds, beside what it may hold\n", name,
+                peak / megabyte, allowed / megabyte, allowed / peak);
+    std::fflush(stdout);
+    return true;
+  };
+  return {name, "", {}, run};
 }
 
 Measure expandMeasure() {
@@ -286,24 +329,43 @@ Measure folderMeasure() {
           }};
 }
 
+std::string asciiPcd() { return pcdHeader("ascii") + textRows(""); }
+std::string binaryPcd() { return pcdHeader("binary") + binaryRows(false); }
+std::string asciiPly() { return plyHeader("ascii") + textRows("0 "); }
+std::string binaryPly() { return plyHeader("binary_little_endian") + binaryRows(true); }
+
+/// The shortest lines that hold points: here a point takes much more room than its text.
+std::string shortLines() {
+  std::string text = pcdHeader("ascii");
+  for (std::size_t i = 0; i < pointCount; ++i) text += "0\n";
+  return text;
+}
+
+void addMemoryMeasures(std::vector<Measure> &measures) {
+  constexpr double compressedBlocks = 3.0 * 18.0 * pointCount;
+  measures.push_back(memoryMeasure("memory_pcd_ascii", asciiPcd, ".pcd", 0.0, readPcd));
+  measures.push_back(memoryMeasure("memory_pcd_short_lines", shortLines, ".pcd", 0.0, readPcd));
+  measures.push_back(memoryMeasure("memory_pcd_binary", binaryPcd, ".pcd", 0.0, readPcd));
+  measures.push_back(memoryMeasure("memory_pcd_compressed", compressedFile, ".pcd", compressedBlocks, readPcd));
+  measures.push_back(memoryMeasure("memory_ply_ascii", asciiPly, ".ply", 0.0, readPlyFile));
+  measures.push_back(memoryMeasure("memory_ply_binary", binaryPly, ".ply", 0.0, readPlyFile));
+}
+
 }  // namespace
 
 void addPointFileMeasures(std::vector<Measure> &measures) {
-  measures.push_back(readMeasure(
-      "read_pcd_ascii", [] { return pcdHeader("ascii") + textRows(""); }, ".pcd", readPcd));
-  measures.push_back(readMeasure(
-      "read_pcd_binary", [] { return pcdHeader("binary") + binaryRows(false); }, ".pcd", readPcd));
+  measures.push_back(readMeasure("read_pcd_ascii", asciiPcd, ".pcd", readPcd));
+  measures.push_back(readMeasure("read_pcd_binary", binaryPcd, ".pcd", readPcd));
   measures.push_back(readMeasure("read_pcd_compressed", compressedFile, ".pcd", readPcd));
   measures.push_back(expandMeasure());
-  measures.push_back(readMeasure(
-      "read_ply_ascii", [] { return plyHeader("ascii") + textRows("0 "); }, ".ply", readPlyFile));
-  measures.push_back(readMeasure(
-      "read_ply_binary", [] { return plyHeader("binary_little_endian") + binaryRows(true); }, ".ply", readPlyFile));
-  const auto frame = std::make_shared<BinFrame>();
-  measures.push_back(readMeasure("read_bin", binFile, ".bin", [frame](const std::string &path) {
-    if (readBin(path, *frame) != BinResult::read) throw std::runtime_error("the file is no BIN file");
+  measures.push_back(readMeasure("read_ply_ascii", asciiPly, ".ply", readPlyFile));
+  measures.push_back(readMeasure("read_ply_binary", binaryPly, ".ply", readPlyFile));
+  measures.push_back(readMeasure("read_bin", binFile, ".bin", [](const std::string &path) {
+    BinFrame frame;
+    if (readBin(path, frame) != BinResult::read) throw std::runtime_error("the file is no BIN file");
   }));
   measures.push_back(folderMeasure());
+  addMemoryMeasures(measures);
 }
 
 }  // namespace tarvo::skarnvisor::bench

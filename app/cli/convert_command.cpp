@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/cli/commands.h"
+#include "app/cli/point_file_rows.h"
 #include "app/cli/progress_bar.h"
 #include "app/session/capture_session.h"
 
@@ -24,13 +25,6 @@ struct Job {
   QString target;
   QString fault;
 };
-
-QStringList sourcesOf(CaptureSession &session) {
-  QStringList files;
-  QMetaObject::invokeMethod(session.pipeline()->clip(), "fileList", Qt::DirectConnection,
-                            Q_RETURN_ARG(QStringList, files));
-  return files;
-}
 
 /// A target beside each source's name; two sources of one name keep their suffixes.
 std::vector<Job> makeJobs(const QStringList &sources, const QDir &folder, const QString &format) {
@@ -65,7 +59,7 @@ QString runConvert(CaptureSession &session, const Options &options) {
   if (converter == nullptr || converter->metaObject()->indexOfMethod(convertSignature) < 0)
     return QStringLiteral("%1 is no folder of point files: only those can be converted").arg(options.file);
   if (!QDir().mkpath(options.out)) return QStringLiteral("the folder %1 cannot be made").arg(options.out);
-  std::vector<Job> jobs = makeJobs(sourcesOf(session), QDir(options.out), options.targetFormat);
+  std::vector<Job> jobs = makeJobs(pointFilesOf(session), QDir(options.out), options.targetFormat);
 
   std::atomic<std::size_t> next{0};
   std::atomic<int> done{0};

@@ -3,6 +3,7 @@
 
 #include "app/cli/capture_rows.h"
 #include "app/cli/commands.h"
+#include "app/cli/point_file_rows.h"
 #include "app/cli/report.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
@@ -19,8 +20,10 @@ QString runInfo(CaptureSession &session, const Options &options) {
   report.add("channels", grouped(session.view().channelCount()));
   report.add("points of the first frame", grouped(counts.shown + counts.hidden));
   report.add("points shown", grouped(counts.shown));
-  report.add("size", QStringLiteral("%1 bytes").arg(grouped(QFileInfo(options.file).size())));
-  addHealthRows(report, session.captureReport());
+  const QStringList pointFiles = pointFilesOf(session);
+  const qint64 bytes = pointFiles.isEmpty() ? QFileInfo(options.file).size() : sizeOf(pointFiles);
+  report.add("size", QStringLiteral("%1 bytes").arg(grouped(bytes)));
+  if (pointFiles.isEmpty()) addHealthRows(report, session.captureReport());
   report.print();
   return {};
 }

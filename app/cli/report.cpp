@@ -3,6 +3,7 @@
 #include <QSaveFile>
 #include <cstdio>
 
+#include "app/cli/point_file_rows.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
@@ -26,6 +27,8 @@ QString Report::write(const QString &file) const {
 }
 
 void addCaptureRows(Report &report, CaptureSession &session) {
+  if (const QStringList files = pointFilesOf(session); !files.isEmpty())
+    return addPointFileRows(report, session, files);
   const Timeline &timeline = session.timeline();
   report.add("type", session.lidarType());
   report.add("port", QString::number(session.port()));

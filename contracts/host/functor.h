@@ -3,6 +3,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 
 namespace tarvo::skarnvisor {
@@ -46,7 +47,7 @@ class Functor : public QObject {
 
   FunctorScheduler *m_scheduler = nullptr;
   QList<QPointer<Functor>> m_successors;
-  QString m_lastError;  ///< of the run before; the scheduler's thread only
+  QSet<QString> m_loggedErrors;  ///< the scheduler's thread only
 };
 
 }  // namespace tarvo::skarnvisor

@@ -27,7 +27,7 @@ void DefaultPcdFileLoader::operator()() {
   PcdFrameList frames = m_scan->next(PointFileScan::Clock::now() + m_stretch);
   const bool finished = m_scan->isFinished();
   const bool foundAny = m_scan->accepted() > 0;
-  if (finished) m_scan.reset();
+  if (finished || !foundAny) m_scan.reset();
   if (!foundAny) return;
   m_clip->append(std::move(frames));
   if (finished) m_source->clipLoading = false;

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 #include "contracts/host/executor.h"
 #include "contracts/host/log.h"
@@ -37,43 +38,46 @@ void DefaultPcdParser::operator()() { parse(m_renderBuffer->currentFile(), Mode:
 
 void DefaultPcdParser::parse(const QString &path, Mode mode) {
   if (path.isEmpty()) return;
+  QString complaint;
   {
     const std::lock_guard lock(m_runMutex);
-    switch (readFile(path)) {
-      case PointFile::Result::refused:
-        return;
-      case PointFile::Result::nothingRead:
-        SKARN_LOG(LogLevel::Warning, "%s gave no points: the frame before it stays", qPrintable(path));
-        break;
-      case PointFile::Result::read:
-        if (mode == Mode::Save && pointFormatOf(path) != PointFormat::bin)
-          save(path);
-        else
-          show(path);
-        break;
+    const PointFile::Result result = readFile(path);
+    complaint = m_file.complaint();
+    if (!complaint.isEmpty()) tell(path, complaint);
+    if (result == PointFile::Result::refused) throw std::runtime_error(complaint.toStdString());
+    if (result == PointFile::Result::read) {
+      if (mode == Mode::Save && pointFormatOf(path) != PointFormat::bin)
+        save(path);
+      else
+        show(path);
     }
   }
   m_renderBuffer->finishFrame();
+  // The frame is as it should be; that the file gave nothing for it is for the host to show.
+  if (!complaint.isEmpty()) throw std::runtime_error(complaint.toStdString());
 }
 
 PointFile::Result DefaultPcdParser::readFile(const QString &path) {
   try {
     return m_file.read(path);
   } catch (const std::exception &failure) {
-    // Redrawing the same frame says it no second time.
-    if (path != m_failedPath) SKARN_LOG(LogLevel::Error, "%s: %s", qPrintable(path), failure.what());
-    m_failedPath = path;
+    tell(path, QString::fromLocal8Bit(failure.what()));
     throw;
   }
+}
+
+void DefaultPcdParser::tell(const QString &path, const QString &what) {
+  if (m_toldPaths.contains(path)) return;
+  m_toldPaths.insert(path);
+  SKARN_LOG(LogLevel::Error, "%s: %s", qPrintable(path), qPrintable(what));
 }
 
 void DefaultPcdParser::show(const QString &path) {
   PcdFrameStore &store = m_renderBuffer->store();
   const std::size_t count = std::min(m_file.count(), PcdFrameStore::capacity);
   if (count < m_file.count())
-    SKARN_LOG(LogLevel::Warning, "%s holds %zu points: the frame is cut to the first %zu", qPrintable(path),
-              m_file.count(), count);
-  if (count == 0) SKARN_LOG(LogLevel::Warning, "%s holds no point", qPrintable(path));
+    tell(path,
+         QStringLiteral("the file holds %1 points: the frame is cut to the first %2").arg(m_file.count()).arg(count));
   const Placing placing(m_renderBuffer->placingSettings());
   const std::lock_guard lock(store.frameMutex);
   store.prepareLocked(count);

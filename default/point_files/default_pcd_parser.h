@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QSet>
 #include <QSharedPointer>
 #include <mutex>
 
@@ -24,8 +25,8 @@ class DefaultPcdParser : public Functor {
   Q_INVOKABLE DefaultPcdParser();
   ~DefaultPcdParser() override;
 
-  /// Shows the render buffer's current file. Nothing happens without one. What the readers of PCD and PLY files throw
-  /// leaves it, and the former frame stays.
+  /// Shows the render buffer's current file. Nothing happens without one. What the readers throw leaves it, and the
+  /// former frame stays; so it does with a file that gave nothing, for which an exception is thrown at the end.
   void operator()() override;
   [[nodiscard]] virtual DefaultPcdFrameRenderBuffer *defaultPcdFrameBuffer() const { return m_renderBuffer.data(); }
 
@@ -39,6 +40,7 @@ class DefaultPcdParser : public Functor {
 
  private:
   [[nodiscard]] PointFile::Result readFile(const QString &path);
+  void tell(const QString &path, const QString &what);
   void show(const QString &path);
   void save(const QString &path) const;
 
@@ -46,7 +48,7 @@ class DefaultPcdParser : public Functor {
   QPointer<DefaultPcdTrackBuffer> m_track;
   std::mutex m_runMutex;  ///< serialises runs; guards the two below
   PointFile m_file;
-  QString m_failedPath;  ///< that an exception was logged for
+  QSet<QString> m_toldPaths;  ///< that the log has a line for: frames are drawn again and again
 };
 
 }  // namespace tarvo::skarnvisor

@@ -1,6 +1,7 @@
 #include "default/point_files/pcd_columns.h"
 
 #include <array>
+#include <cmath>
 
 #include "default/models/point_columns.h"
 
@@ -46,8 +47,13 @@ QVector<ColumnRecord> pcdColumns(const PcdFrameStore &store, const Relaxed<int> 
     ColumnRecord record;
     record.title = QString::fromLatin1(column.title.data(), static_cast<int>(column.title.size()));
     record.value = [&column, &store, &decimals](int row) { return cellAt(store, column, row, decimals); };
-    record.ascending = [valueAt](int a, int b) { return valueAt(a) < valueAt(b); };
-    record.descending = [valueAt](int a, int b) { return valueAt(a) > valueAt(b); };
+    // What is no number stands behind all others in both orders.
+    record.ascending = [valueAt](int a, int b) {
+      return std::isnan(valueAt(b)) ? !std::isnan(valueAt(a)) : valueAt(a) < valueAt(b);
+    };
+    record.descending = [valueAt](int a, int b) {
+      return std::isnan(valueAt(b)) ? !std::isnan(valueAt(a)) : valueAt(a) > valueAt(b);
+    };
     records.append(std::move(record));
   }
   return records;

@@ -13,10 +13,12 @@
 #include "contracts/runtime/point_info.h"
 #include "default/frame/vertex.h"
 #include "default/models/settings_value.h"
+#include "default/point_files/readers/raw_vector.h"
 
 namespace tarvo::skarnvisor {
 
-/// A fixed number of zeroed elements. Memory is taken page by page as elements are written.
+/// A fixed number of zeroed elements. Memory is taken page by page, where possible in huge pages,
+/// as elements are written.
 template <typename T>
 class ZeroPages {
   static_assert(std::is_trivially_copyable_v<T>);
@@ -24,6 +26,7 @@ class ZeroPages {
  public:
   explicit ZeroPages(std::size_t count) : m_data(static_cast<T *>(std::calloc(count, sizeof(T)))), m_size(count) {
     if (!m_data) throw std::bad_alloc();
+    preferHugePages(m_data.get(), count * sizeof(T));
   }
   [[nodiscard]] std::size_t size() const { return m_size; }
   T *data() { return m_data.get(); }

@@ -42,6 +42,7 @@ lidar::SDKPointInfo makePoint(const BinPoint &from) {
 PointFile::Result PointFile::read(const QString &path) {
   m_format = pointFormatOf(path);
   m_count = 0;
+  m_complaint.clear();
   const std::string localPath = QFile::encodeName(path).toStdString();
   switch (m_format) {
     case PointFormat::ply:
@@ -53,6 +54,7 @@ PointFile::Result PointFile::read(const QString &path) {
     case PointFormat::pcd:
       return readPcd(localPath);
     case PointFormat::none:
+      m_complaint = QStringLiteral("a point file is read only with its suffix in lower case: .pcd, .ply or .bin");
       break;
   }
   return Result::nothingRead;
@@ -64,15 +66,21 @@ PointFile::Result PointFile::readBinFile(const std::string &path) {
       m_count = m_bin.count;
       return Result::read;
     case BinResult::notOpened:
+      m_complaint = QStringLiteral("the file cannot be opened");
       return Result::nothingRead;
     case BinResult::wrongSize:
+      m_complaint = QStringLiteral("the size of the file fits neither width of its records");
       break;
   }
   return Result::refused;
 }
 
 PointFile::Result PointFile::readPcd(const std::string &path) {
-  if (!m_pcd.read(path)) return Result::nothingRead;
+  if (!m_pcd.read(path)) {
+    m_complaint = QStringLiteral("the compressed points of the file are damaged");
+    return Result::nothingRead;
+  }
+  if (m_pcd.header().fields.empty()) m_complaint = QStringLiteral("the file has no PCD header that names fields");
   m_count = m_pcd.points().size();
   m_hasRing = m_pcd.hasField("ring");
   m_hasRowId = m_pcd.hasField("rowId");

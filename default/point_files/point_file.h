@@ -30,6 +30,8 @@ class PointFile {
   /// Throws what the readers of PCD and PLY files throw.
   Result read(const QString &path);
 
+  /// Why the last read gave no points, for the user; empty if it gave some, or if the file truly holds none.
+  [[nodiscard]] QString complaint() const { return m_complaint; }
   [[nodiscard]] std::size_t count() const { return m_count; }
   /// What a BIN record keeps of point `index`, below `count()`.
   [[nodiscard]] BinPoint point(std::size_t index) const;
@@ -40,6 +42,7 @@ class PointFile {
   Result readPcd(const std::string &path);
   Result readBinFile(const std::string &path);
 
+  QString m_complaint;
   PointFormat m_format = PointFormat::none;
   std::size_t m_count = 0;
   PcdFileReader m_pcd;

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -106,6 +107,7 @@ void PointFileScan::takeFile(const QString &path, std::optional<double> secondsW
 PcdFrameList PointFileScan::next(Clock::time_point deadline) {
   PcdFrameList frames;
   while (!isFinished() && (frames.empty() || Clock::now() < deadline)) {
+    if (QThread::currentThread()->isInterruptionRequested()) break;
     if (m_names.empty()) listNames(deadline);
     while (!m_names.empty() && (frames.empty() || Clock::now() < deadline)) {
       const QString name = std::move(m_names.back());

@@ -28,7 +28,8 @@ class PointFileScan {
   PointFileScan(const PointFileScan &) = delete;
   PointFileScan &operator=(const PointFileScan &) = delete;
 
-  /// The frames found up to `deadline`, or the first one behind it; none only at the end of the folder. What a folder
+  /// The frames found up to `deadline`, or the first one behind it; none only at the end of the folder or where
+  /// the thread is asked to interrupt. What a folder
   /// has listed by then is taken in order of its names, what comes later is an order of its own.
   PcdFrameList next(Clock::time_point deadline);
   /// Frames of all stretches so far.

@@ -153,8 +153,8 @@ QString writeCapture(std::span<const lidar::SDKPointInfo> points, const std::fun
 QString convertPointFile(const QString &from, const QString &to) {
   PointFile file;
   try {
-    if (file.read(from) != PointFile::Result::read)
-      return QStringLiteral("%1 holds no points that can be read").arg(from);
+    static_cast<void>(file.read(from));
+    if (!file.complaint().isEmpty()) return QStringLiteral("%1 cannot be read: %2").arg(from, file.complaint());
   } catch (const std::exception &failure) {
     return QStringLiteral("%1 cannot be read: %2").arg(from, QString::fromLocal8Bit(failure.what()));
   }

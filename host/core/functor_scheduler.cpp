@@ -144,11 +144,13 @@ void FunctorScheduler::execute(Functor *functor) {
   } catch (...) {
     error = QStringLiteral("an exception of an unknown type");
   }
-  // A stage that fails at every frame with the same words says so once.
-  if (!error.isEmpty() && error != functor->m_lastError) {
+  // A stage that fails again with the same words, at every frame or whenever play comes by, says so once.
+  constexpr int mostKept = 256;
+  if (!error.isEmpty() && !functor->m_loggedErrors.contains(error)) {
+    if (functor->m_loggedErrors.size() >= mostKept) functor->m_loggedErrors.clear();
+    functor->m_loggedErrors.insert(error);
     SKARN_LOG(LogLevel::Error, "%s ended with: %s", functor->metaObject()->className(), qPrintable(error));
   }
-  functor->m_lastError = error;
   Q_EMIT functor->finished(error);
 }
 

@@ -1,5 +1,6 @@
 // The program on folders of point files and on single ones.
 #include <QDir>
+#include <QFileInfo>
 
 #include "tests/app/program_fixture.h"
 
@@ -30,6 +31,10 @@ TEST(ProgramPointFiles, AFolderIsToldPlayedAndDrawn) {
   EXPECT_EQ(info.value("frames"), "3");
   EXPECT_EQ(info.value("points shown"), "40");
   EXPECT_EQ(info.value("channels"), "1024");
+  EXPECT_TRUE(info.out.contains("files: 2 pcd, 1 ply\n")) << info.out.toStdString();
+  const qint64 bytes = pcdFile(40).size() + pcdFile(60).size() + QFileInfo(folder + "/scan1100.ply").size();
+  EXPECT_EQ(info.value("size"), QString::number(bytes) + " bytes");
+  EXPECT_FALSE(info.out.contains("packets"));
 
   const ProgramResult play = skarnvisor({"play", folder});
   EXPECT_EQ(play.exitCode, 0) << play.err.toStdString();
@@ -50,6 +55,17 @@ TEST(ProgramPointFiles, ASingleFileOpensWhateverItsName) {
   const ProgramResult info = skarnvisor({"info", "cloud.pcd"});
   EXPECT_EQ(info.exitCode, 0) << info.err.toStdString();
   EXPECT_EQ(info.value("points shown"), "7");
+  EXPECT_FALSE(info.out.contains("time span")) << "the name tells none";
+
+  const std::pair<QString, QByteArray> unreadable[] = {
+      {"short.bin", "\2\0\0\0abc"}, {"headless.pcd", "1 2 3\n4 5 6\n"}, {"capitals.BIN", QByteArray(4, '\0')}};
+  for (const auto &[name, bytes] : unreadable) {
+    writeFile(name, bytes);
+    const ProgramResult refused = skarnvisor({"info", name});
+    EXPECT_EQ(refused.exitCode, 1) << name.toStdString();
+    EXPECT_TRUE(refused.err.startsWith("skarnvisor: ") || refused.err.contains("\nskarnvisor: "))
+        << name.toStdString() << " says why: " << refused.err.toStdString();
+  }
 }
 
 TEST(ProgramPointFiles, ConvertsAFolderAndNamesWhatItCannot) {

@@ -3,8 +3,11 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <QSemaphore>
+#include <algorithm>
 
 #include "default/point_files/point_file_scan.h"
+#include "host/core/functor_scheduler.h"
 #include "tests/default_point_files/pipeline_fixture.h"
 
 namespace tarvo::skarnvisor {
@@ -156,6 +159,37 @@ TEST(Folder, TenThousandFiles) {
   EXPECT_DOUBLE_EQ(pipeline.clip.getFrameStartSeconds(1234), 1001.234);
   EXPECT_EQ(pipeline.clip.frameIndexAt(ticksFromSeconds(1009.9985).count()), 9998);
   QDir(folder).removeRecursively();
+}
+
+TEST(Folder, ALongListingShowsItsFirstFramesMeanwhile) {
+  const QString folder = freshFolder("long");
+  for (int i = 0; i < 20; ++i) writeInto(folder, (std::to_string(1000 + i * 7 % 20) + ".bin").c_str(), "");
+  writeInto(folder, "none.txt", "");
+  FunctorScheduler scheduler;
+  DefaultPcdFileLoader loader;
+  loader.setScheduler(&scheduler);
+  loader.setStretch(std::chrono::milliseconds(0));
+  auto source = QSharedPointer<FileSource>::create();
+  source->path = folder;
+  loader.takeOver(source);
+  DefaultPcdFileBuffer &clip = *loader.defaultPcdBuffer();
+  clip.setPcapActive(true);
+  std::vector<int> counts;
+  QSemaphore over;
+  QObject::connect(
+      &loader, &Functor::finished, &loader,
+      [&] {
+        counts.push_back(clip.frameCount());
+        if (!clip.pcapLoading()) over.release();
+      },
+      Qt::DirectConnection);
+  loader.run();
+  ASSERT_TRUE(over.tryAcquire(1, 30'000));
+  scheduler.stop();
+  EXPECT_EQ(counts.front(), 1) << "shown while the rest is listed";
+  EXPECT_EQ(counts.back(), 20);
+  EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
+  for (int i = 0; i < 20; ++i) EXPECT_NEAR(clip.getFrameStartSeconds(i), 1.0 + i * 0.001, 1e-6);
 }
 
 TEST(Folder, ASecondScanAppends) {

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QSignalSpy>
+#include <chrono>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "contracts/runtime/sdk_source.h"
@@ -33,6 +36,7 @@ struct PointPipeline {
     buffer.setPlayState(playState);
     loader.setRenderBuffer(&buffer);
     loader.takeOver(source);
+    loader.setStretch(std::chrono::hours(1));  // a scan is one run, however slow the machine
     producer.addSuccessor(&parser);
     producer.defaultPcdTrackBuffer()->addClip(&clip);
     parser.setTrack(producer.defaultPcdTrackBuffer());
@@ -46,14 +50,23 @@ struct PointPipeline {
     std::fflush(stdout);
     return testing::internal::GetCapturedStdout();
   }
-  void showAt(double seconds) {
+  /// What left the parser is returned, as a host would show it; empty: nothing did.
+  std::string showAt(double seconds) {
     producer.timeCursorToggle()->setTimeCursor(timeFromSeconds(seconds));
     producer();
-    parser();
+    return run();
   }
-  void showFile(const std::string &path) {
+  std::string showFile(const std::string &path) {
     buffer.setCurrentFile(QString::fromStdString(path));
-    parser();
+    return run();
+  }
+  std::string run() {
+    try {
+      parser();
+    } catch (const std::runtime_error &failure) {
+      return failure.what();
+    }
+    return {};
   }
 
   [[nodiscard]] std::vector<Vertex> vertices() const {

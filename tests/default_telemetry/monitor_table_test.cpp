@@ -102,6 +102,22 @@ TEST_F(MonitorTableTest, ReadsTheBlockOnceASecondWhilePlaying) {
   EXPECT_EQ(changed.count(), before + 1);
 }
 
+TEST_F(MonitorTableTest, TheResistanceTableIsReadWhereTheUserKeepsIt) {
+  const QDir folder(documentsFolder() + QStringLiteral("/SkarnvisorDataFiles/correction/angle_correction"));
+  ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
+  QFile file(folder.filePath(QStringLiteral("rntc.csv")));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("idx,temp,res\n1,10,3.2\n2,20,1.2\n");
+  file.close();
+  DefaultSDKFrameRenderBuffer fresh;
+  file.remove();
+  fresh.setLidarType("VD2");
+  fresh.updateMonitor(BlockMaker().cell(0, 8, 2048).cell(0, 9, 4096).data());
+  const auto *const table = fresh.readMonitorModel();
+  EXPECT_EQ(table->data(table->index(0, 2)).toString(), "15.00");
+  EXPECT_EQ(table->data(table->index(1, 2)).toString(), "-40.00");
+}
+
 TEST_F(MonitorTableTest, FamiliesReadTheBlocksOfTheirOwnTypes) {
   const auto rowsOf = [](DefaultSDKFrameRenderBuffer &buffer, const char *type, const BlockMaker &block) {
     buffer.setLidarType(type);

@@ -1,11 +1,11 @@
 #include <QAbstractItemModel>
+#include <QList>
 #include <QStringList>
 #include <algorithm>
 #include <cstdio>
 #include <vector>
 
 #include "app/cli/commands.h"
-#include "app/cli/report.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
@@ -83,11 +83,12 @@ QString runTelemetry(CaptureSession &session, const Options &options) {
   QString fault = session.showFrame(options.frame);
   if (fault.isEmpty()) fault = session.frameFault();
   if (!fault.isEmpty()) return fault;
-  // The views open when the frame stands, so that they show what came with this frame and no other.
+  // The views open when the frame stands, so that the faults are those of this frame and of none before it.
   const bool imuSent = buffer->property("imuConfig").toInt() >= sourceBeganImu;
   for (const char *view : {"monitorViewEnabled", "faultmessageViewEnabled"}) buffer->setProperty(view, true);
   if (imuSent) buffer->setProperty("imuConfig", 1);
   if (!session.waitForPicture()) return QStringLiteral("frame %1 was not decoded again").arg(options.frame);
+  if (!session.frameFault().isEmpty()) return session.frameFault();
 
   QAbstractItemModel *const monitor = tableOf(*buffer, "monitorModel");
   QString text = QStringLiteral("type: %1\nframe: %2\n").arg(session.lidarType()).arg(options.frame);

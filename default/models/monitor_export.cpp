@@ -5,8 +5,6 @@
 #include <QSaveFile>
 #include <QTextStream>
 
-#include <utility>
-
 namespace tarvo::skarnvisor {
 
 namespace {

@@ -28,6 +28,8 @@ class Player {
   QString playEachFrame();
   QString playByClock();
   QString takeUpFrame(int frame);
+  void count(int frame, const VertexCloud &cloud);
+  [[nodiscard]] bool pictureDue(int frame) const;
   QString finish();
 
   CaptureSession &m_session;
@@ -64,17 +66,23 @@ void Player::choosePictures() {
   for (int i = 0; i < count; ++i) m_pictureFrames.insert(static_cast<int>((2LL * i + 1) * m_planned / (2LL * count)));
 }
 
-/// Counts the frame on the canvas, and draws it if its turn for a picture has come.
-QString Player::takeUpFrame(int frame) {
-  const PointCounts counts = countPoints(m_session.view().cloud());
+void Player::count(int frame, const VertexCloud &cloud) {
+  const PointCounts counts = countPoints(cloud);
   m_points.shown += counts.shown;
   m_points.hidden += counts.hidden;
   ++m_frames;
   m_playedNs += m_clock.nsecsElapsed();
+  m_clock.restart();
   m_bar.show(frame + 1, m_planned);
+}
+
+bool Player::pictureDue(int frame) const { return !m_pictureFrames.empty() && frame >= *m_pictureFrames.begin(); }
+
+/// Counts the frame on the canvas, and draws it if its turn for a picture has come.
+QString Player::takeUpFrame(int frame) {
+  count(frame, m_session.view().cloud());
   QString fault;
-  const bool due = !m_pictureFrames.empty() && frame >= *m_pictureFrames.begin();
-  if (due) {
+  if (pictureDue(frame)) {
     m_pictureFrames.erase(m_pictureFrames.begin(), m_pictureFrames.upper_bound(frame));
     const QString name = QStringLiteral("frame-%1.png").arg(frame, 4, 10, QLatin1Char('0'));
     fault = m_maker.write(QDir(m_options.pictureFolder).filePath(name));
@@ -87,17 +95,22 @@ QString Player::takeUpFrame(int frame) {
 
 QString Player::playEachFrame() {
   m_clock.start();
-  for (int frame = 0; frame < m_planned; ++frame) {
-    QString fault = m_session.showFrame(frame);
-    if (fault.isEmpty() && !m_session.frameFault().isEmpty()) {
-      // The next frame may be good.
-      std::fprintf(stderr, "skarnvisor: frame %d: %s\n", frame, m_session.frameFault().toLocal8Bit().constData());
-      continue;
-    }
-    if (fault.isEmpty()) fault = takeUpFrame(frame);
-    if (!fault.isEmpty()) return fault;
+  QString fault = m_session.seekFrame(0);
+  for (int frame = 0; fault.isEmpty() && frame < m_planned; ++frame) {
+    fault = m_session.waitForFrame(frame);
+    if (!fault.isEmpty()) break;
+    const QString damage = m_session.frameFault();
+    const bool counts = damage.isEmpty() && !pictureDue(frame);
+    const VertexCloud cloud = counts ? m_session.view().cloud() : VertexCloud();
+    if (!damage.isEmpty())  // the next frame may be good
+      std::fprintf(stderr, "skarnvisor: frame %d: %s\n", frame, damage.toLocal8Bit().constData());
+    else if (!counts)
+      fault = takeUpFrame(frame);
+    // The next frame is made while this one is counted.
+    if (fault.isEmpty() && frame + 1 < m_planned) fault = m_session.seekFrame(frame + 1);
+    if (counts) count(frame, cloud);
   }
-  return {};
+  return fault;
 }
 
 QString Player::playByClock() {

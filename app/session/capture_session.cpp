@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTimer>
+#include <thread>
 
 #include "app/session/capture_check.h"
 #include "app/session/live_address.h"
@@ -17,6 +18,7 @@ namespace {
 
 /// How often a condition without a signal of its own is looked at.
 constexpr int lookIntervalMs = 1;
+constexpr int attemptsAtEnd = 20;
 
 }  // namespace
 
@@ -120,6 +122,7 @@ void CaptureSession::takeUp(Pipeline *pipeline) {
 }
 
 void CaptureSession::noteFrameEnd(const QString &error) {
+  Q_EMIT chainEnded();
   if (error == m_frameFault) return;
   m_frameFault = error;
   if (!error.isEmpty()) Q_EMIT frameFailed(error);
@@ -133,6 +136,11 @@ bool CaptureSession::waitUntil(const std::function<bool()> &done, int limitMs) {
   look.setTimerType(Qt::PreciseTimer);
   connect(&look, &QTimer::timeout, &loop, [&] {
     if (done() || clock.elapsed() >= limitMs) loop.quit();
+  });
+  connect(this, &CaptureSession::chainEnded, &loop, [&] {
+    // A stage tells its end an instant before it counts as over.
+    for (int attempt = 0; attempt < attemptsAtEnd && !done(); ++attempt) std::this_thread::yield();
+    if (done()) loop.quit();
   });
   if (!done()) {
     look.start(lookIntervalMs);
@@ -165,9 +173,18 @@ QString CaptureSession::waitForIndex(const std::function<void(int)> &progress) {
 }
 
 QString CaptureSession::showFrame(int frame) {
+  const QString fault = seekFrame(frame);
+  return fault.isEmpty() ? waitForFrame(frame) : fault;
+}
+
+QString CaptureSession::seekFrame(int frame) {
   if (frame < 0 || frame >= frameCount())
     return QStringLiteral("there is no frame %1: the capture has frames 0 to %2").arg(frame).arg(frameCount() - 1);
   timeline().seekFrame(frame);
+  return {};
+}
+
+QString CaptureSession::waitForFrame(int frame) {
   if (waitForPicture()) return {};
   return QStringLiteral("frame %1 was not decoded within %2 seconds").arg(frame).arg(waitLimitMs / 1000);
 }

@@ -34,6 +34,9 @@ class CaptureSession : public QObject {
   QString waitForIndex(const std::function<void(int)> &progress = {});
   /// Moves the cursor to a frame and waits for its picture.
   QString showFrame(int frame);
+  /// The two halves of `showFrame`: the first moves the cursor, the second waits.
+  QString seekFrame(int frame);
+  QString waitForFrame(int frame);
   /// Waits until what the settings or the cursor asked for is on the canvas; false after `waitLimitMs`.
   bool waitForPicture();
 
@@ -78,6 +81,8 @@ class CaptureSession : public QObject {
   void closing();
   /// The frame at the cursor could not be made.
   void frameFailed(const QString &reason);
+  /// The chain has run to its end, with a frame or without.
+  void chainEnded();
 
  private:
   void openLive(const QString &address);

@@ -17,7 +17,9 @@ struct FreeDeleter {
 // The runtime's single current frame. The decoder fills it, the plug-in resizes it and writes a few request bytes; both
 // hold `mutex` for that. Families read their own fields by name; the offsets are fixed on x86-64 with libstdc++.
 //
-// `points` holds packetCapacity x pointsPerPacket records inside `storage`, see decoded_frame_resize.h.
+// `points` after a resize: packetCapacity x pointsPerPacket empty records inside `storage`, see decoded_frame_resize.h.
+// After a decode: the pointCount records that the source holds, for as long as it does; who reads them holds the
+// source's frameLock too. Null while a decode is writing them.
 template <class Point>
 struct LidarDecodedFrame {
   std::uint64_t sequence = 0;  // id of the (last) frame held
@@ -41,7 +43,7 @@ struct LidarDecodedFrame {
   std::array<std::byte, 10> reserved1526{};
   std::unique_ptr<std::byte[], FreeDeleter> storage;
   std::byte *packetHeads = nullptr;                           // 12 bytes a packet, inside storage
-  Point *points = nullptr;                                    // inside storage
+  Point *points = nullptr;
   std::byte *packetTails = nullptr;                           // 6 bytes a packet, inside storage
   std::unique_ptr<std::uint32_t[], FreeDeleter> packetWords;  // one word a packet
   std::array<std::byte, 96> reserved1576{};

@@ -211,6 +211,8 @@ std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(Defau
   FramePicture &picture = rb.m_picture;
   ParsedFrame parsed;
   parsed.pointCount = source.pointCount;
+  // The decoder has the points in hand: the run behind that decode shows what this one was asked for.
+  if (parsed.pointCount > 0 && source.points.empty()) return {};
   const int lasers = rb.m_colors.rgbType ? 0 : source.laserPointCount.load();
   std::size_t pointNum = std::min(static_cast<std::size_t>(std::max(parsed.pointCount, 0)), source.points.size());
   if (!fitCanvas(rb, work, pointNum)) return {};

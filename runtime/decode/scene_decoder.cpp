@@ -23,7 +23,6 @@ using skarnvisor::LogLevel;
 
 constexpr std::uint64_t inlinePoints = 8'000;  // below that a second thread costs more than it brings
 constexpr std::size_t faultByteLimit = 1u << 20;
-constexpr int attempts = 3;
 constexpr int fastPathMode = 1;
 constexpr double secondsPerNs = 1e-9;
 
@@ -64,13 +63,14 @@ void SceneDecoder::prepareFrame() {
 
 bool SceneDecoder::decode(FrameSource &from, int first, int count, const std::function<bool()> &stop) {
   const int fitting = affordableFrames(count);
-  // Whoever resizes the decoded frame between its decode and its hand-over takes the points with it: decode again then.
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    if (!fillFrame(from, first + count - fitting, fitting, stop) || stop()) return false;
-    if (publish(stop)) return true;
-  }
-  SKARN_LOG(LogLevel::Warning, "frame %d was resized during its decode", first);
-  return false;
+  first += count - fitting;
+  PointLoan points(source_, frame_);
+  DecodedParts parts;
+  if (!decodePoints(from, first, fitting, points, parts, stop) || stop()) return false;
+  publish(first, points, parts);
+  // A request that came meanwhile waits for its own frames.
+  if (!stop()) source_.frameReady = true;
+  return true;
 }
 
 /// The newest frames of a run that half of the machine's memory holds.
@@ -85,15 +85,13 @@ int SceneDecoder::affordableFrames(int count) {
   return std::min(count, most);
 }
 
-bool SceneDecoder::fillFrame(FrameSource &from, int first, int count, const std::function<bool()> &stop) {
+bool SceneDecoder::decodePoints(FrameSource &from, int first, int count, PointLoan &points, DecodedParts &parts,
+                                const std::function<bool()> &stop) {
   use_ = params_.snapshot();
   calibration_ = store_.snapshot();
   refreshIntensityMap(*calibration_);
   filters_.select(filterControls_.snapshot(), use_);
   merged_ = 0;
-  DecodedParts parts;
-  const std::lock_guard lock(frame_.mutex);
-  frame_.pointCount = 0;
   for (int id = first; id < first + count; ++id) {
     packets_.clear();
     if (stop()) return false;
@@ -102,37 +100,33 @@ bool SceneDecoder::fillFrame(FrameSource &from, int first, int count, const std:
     if (!head) continue;
     if (merged_ == 0) {
       shape_ = *head->shape;
-      if (!makeRoom(shape_, count)) return false;
+      points.take(static_cast<unsigned>(count) * shape_.framePoints());
     }
-    if (!addFrame(*head, parts)) break;
+    addFrame(*head, points.data(), parts);
   }
   if (merged_ == 0) return false;
   if (parts.damagedPackets != 0) from.reportDamage(first, parts.damagedPackets);
-  finishFrame(first, std::move(parts));
   return true;
 }
 
 /// Room for `frames` frames in the decoded frame; what it has already is kept when it is enough. Caller holds its lock.
-bool SceneDecoder::makeRoom(const StreamDescription &shape, int frames) {
+void SceneDecoder::makeRoom(const StreamDescription &shape, int frames) {
   const bool fits = frame_.packetsPerFrame == shape.packetsPerFrame &&
-                    frame_.pointsPerPacket == shape.pointsPerPacket && frame_.points != nullptr &&
+                    frame_.pointsPerPacket == shape.pointsPerPacket && frame_.storage != nullptr &&
                     frame_.packetCapacity >= std::uint64_t{shape.packetsPerFrame} * static_cast<unsigned>(frames);
-  if (fits) return true;
+  if (fits) return;
   frame_.packetsPerFrame = shape.packetsPerFrame;
   frame_.pointsPerPacket = shape.pointsPerPacket;
-  if (resizeDecodedFrameLocked(frame_, frames)) return true;
+  if (resizeDecodedFrameLocked(frame_, frames)) return;
   if (!std::exchange(memoryWarned_, true)) SKARN_LOG(LogLevel::Error, "no memory for %d frames", frames);
-  return resizeDecodedFrameLocked(frame_, 1);
+  (void)resizeDecodedFrameLocked(frame_, 1);
 }
 
-/// Adds one prepared frame behind those merged already. False when it has no room there.
-bool SceneDecoder::addFrame(const FrameHead &head, DecodedParts &parts) {
-  const std::uint64_t room = std::uint64_t{frame_.packetCapacity} * frame_.pointsPerPacket;
-  const std::uint64_t points = shape_.framePoints();
-  if ((static_cast<unsigned>(merged_) + 1) * points > room) return false;
+/// Adds one prepared frame behind those merged already.
+void SceneDecoder::addFrame(const FrameHead &head, SDKPointInfo *points, DecodedParts &parts) {
   if (!sameShape(*head.shape, shape_)) {
     ++parts.damagedPackets;
-    return true;
+    return;
   }
   ChannelTableInput input;
   input.calibration = calibration_.get();
@@ -145,8 +139,8 @@ bool SceneDecoder::addFrame(const FrameHead &head, DecodedParts &parts) {
   settings.channels = &channels_;
   settings.echo = keepsEchoes_ ? std::uint8_t{0} : use_.selectedEcho;
   settings.intensityMap = use_.intensityMapping && !intensityMap_.empty() ? &intensityMap_ : nullptr;
-  SDKPointInfo *slots = frame_.points + static_cast<unsigned>(merged_) * points;
-  share(points, [&](unsigned part, unsigned partCount) {
+  SDKPointInfo *slots = points + static_cast<unsigned>(merged_) * shape_.framePoints();
+  share(shape_.framePoints(), [&](unsigned part, unsigned partCount) {
     const unsigned begin = shape_.columns * part / partCount;
     const unsigned end = shape_.columns * (part + 1) / partCount;
     if (begin < end) decoder_->decodeColumns(settings, begin, end, slots);
@@ -154,7 +148,6 @@ bool SceneDecoder::addFrame(const FrameHead &head, DecodedParts &parts) {
   if (!filters_.isEmpty()) filterFrame(slots);
   decoder_->decodeParts(parts);
   ++merged_;
-  return true;
 }
 
 void SceneDecoder::filterFrame(SDKPointInfo *slots) {
@@ -183,7 +176,8 @@ void SceneDecoder::share(std::uint64_t points, const std::function<void(unsigned
 }
 
 /// Everything of the decoded frame beside its points. Caller holds its lock.
-void SceneDecoder::finishFrame(int first, DecodedParts &&parts) {
+void SceneDecoder::finishFrame(int first, DecodedParts &parts) {
+  makeRoom(shape_, merged_);
   frame_.pointCount = static_cast<std::uint32_t>(static_cast<unsigned>(merged_) * shape_.framePoints());
   frame_.packetCount = static_cast<std::uint32_t>(merged_) * shape_.packetsPerFrame;
   frame_.framesMerged = static_cast<std::uint32_t>(merged_);
@@ -214,58 +208,48 @@ void SceneDecoder::finishFrame(int first, DecodedParts &&parts) {
   frame_.overlayColumns = picture.columns;
   frame_.overlayRows = picture.rows;
   frame_.overlayPoints = std::move(picture.pixels);
-  parts_ = std::move(parts);
 }
 
-/// Hands the decoded frame to the source; false when it was resized since its decode.
-bool SceneDecoder::publish(const std::function<bool()> &stop) {
+/// Hands the decoded frame to the source.
+void SceneDecoder::publish(int first, PointLoan &points, DecodedParts &parts) {
   const std::lock_guard sourceLock(source_.frameLock);
   {
     const std::lock_guard frameLock(frame_.mutex);
-    const std::size_t count = frame_.pointCount;
-    if (count == 0) return false;
-    if (source_.points.size() != count) source_.points.resize(count);
-    share(count, [&](unsigned part, unsigned partCount) {
-      const std::size_t begin = count * part / partCount;
-      const std::size_t end = count * (part + 1) / partCount;
-      std::memcpy(source_.points.data() + begin, frame_.points + begin, (end - begin) * sizeof(SDKPointInfo));
-    });
+    finishFrame(first, parts);
+    points.handOver(frame_.pointCount);
     source_.overlayPoints = frame_.overlayPoints;
     source_.overlayColumns = frame_.overlayColumns;
     source_.overlayRows = frame_.overlayRows;
     source_.rgbMode = frame_.rgbMode;
     source_.frameTimestamp = frame_.timestampSeconds;
-    source_.pointCount = static_cast<std::int32_t>(count);
+    source_.pointCount = static_cast<std::int32_t>(frame_.pointCount);
   }
-  source_.laserPointCount = parts_.laserPointCount;
+  source_.laserPointCount = parts.laserPointCount;
   // Points come column by column, so a row of the remake is one column of the lidar.
   source_.remakeWidth = std::max<int>(shape_.channels, 1);
   source_.mergedFrames = merged_;
-  source_.imuSamples = std::move(parts_.imu);
+  source_.imuSamples = std::move(parts.imu);
   // The views of long records do not ask for them; a parser drops what no view reads.
-  if (use_.faultPackets || parts_.faultStride == longStatusPacketBytes) publishFaults();
+  if (use_.faultPackets || parts.faultStride == longStatusPacketBytes) publishFaults(parts);
   source_.fastPathDone =
       source_.tryFillVertices && source_.rgbMode == fastPathMode &&
       source_.tryFillVertices(source_.points.data(), static_cast<unsigned>(source_.points.size()), fastPathMode);
-  // A request that came meanwhile waits for its own frames.
-  if (!stop()) source_.frameReady = true;
-  return true;
 }
 
-void SceneDecoder::publishFaults() {
+void SceneDecoder::publishFaults(const DecodedParts &parts) {
   const std::lock_guard lock(source_.statusMutex);
   auto &bytes = source_.statusPacketBytes;
-  const auto stride = static_cast<std::int32_t>(parts_.faultStride);
+  const auto stride = static_cast<std::int32_t>(parts.faultStride);
   // A count of 0 says that the parser has read what was there.
   if (source_.statusPacketCount == 0 || (stride != 0 && source_.statusPacketStride != stride)) bytes.clear();
   if (stride == 0) return;
-  if (bytes.size() + parts_.faults.size() > faultByteLimit) {
+  if (bytes.size() + parts.faults.size() > faultByteLimit) {
     if (!std::exchange(faultsWarned_, true))
       SKARN_LOG(LogLevel::Warning, "fault packets that came behind the first %zu bytes of them were left out",
                 faultByteLimit);
     return;
   }
-  bytes.insert(bytes.end(), parts_.faults.begin(), parts_.faults.end());
+  bytes.insert(bytes.end(), parts.faults.begin(), parts.faults.end());
   source_.statusPacketStride = stride;
   source_.statusPacketCount = static_cast<std::int32_t>(bytes.size()) / stride;
   source_.statusPackets = bytes.data();

@@ -10,6 +10,7 @@
 #include "runtime/capture/frame_source.h"
 #include "runtime/decode/channel_table.h"
 #include "runtime/decode/decode_workers.h"
+#include "runtime/decode/point_loan.h"
 #include "runtime/filters/filter_chain.h"
 
 namespace tarvo::lidar {
@@ -27,20 +28,21 @@ class SceneDecoder {
   /// `decoder` and `description` tell the stream's format and lidar.
   SceneDecoder(Parts parts, const PacketDecoder &decoder, StreamDescription description);
 
-  /// Decodes frames [first, first + count) of `from` as one scene and sets the source's `frameReady`. False, with the
-  /// source as it was, when `stop` ended it or none of the frames could be read.
+  /// Decodes frames [first, first + count) of `from` as one scene and sets the source's `frameReady`. False when none
+  /// of the frames could be read, with the source as it was, or when `stop` ended it, with the source's points gone.
   bool decode(FrameSource &from, int first, int count, const std::function<bool()> &stop);
 
   /// Gives the decoded frame the shape of the stream and room for one frame. Call before the first decode.
   void prepareFrame();
 
  private:
-  bool fillFrame(FrameSource &from, int first, int count, const std::function<bool()> &stop);
-  bool addFrame(const FrameHead &head, DecodedParts &parts);
-  bool makeRoom(const StreamDescription &shape, int frames);
-  void finishFrame(int first, DecodedParts &&parts);
-  bool publish(const std::function<bool()> &stop);
-  void publishFaults();
+  bool decodePoints(FrameSource &from, int first, int count, PointLoan &points, DecodedParts &parts,
+                    const std::function<bool()> &stop);
+  void addFrame(const FrameHead &head, SDKPointInfo *points, DecodedParts &parts);
+  void makeRoom(const StreamDescription &shape, int frames);
+  void finishFrame(int first, DecodedParts &parts);
+  void publish(int first, PointLoan &points, DecodedParts &parts);
+  void publishFaults(const DecodedParts &parts);
   void filterFrame(SDKPointInfo *slots);
   void refreshIntensityMap(const CalibrationSnapshot &calibration);
   [[nodiscard]] int affordableFrames(int count);
@@ -64,7 +66,6 @@ class SceneDecoder {
   std::shared_ptr<const CalibrationSnapshot> calibration_;
   StreamDescription shape_;
   int merged_ = 0;
-  DecodedParts parts_;
   std::vector<std::uint16_t> intensityMap_;
   std::uint64_t intensityMapGeneration_ = 0;
   bool memoryWarned_ = false;

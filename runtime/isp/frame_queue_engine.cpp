@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contracts/runtime/sdk_source.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
 
 namespace tarvo::lidar {
 namespace {
@@ -26,7 +27,13 @@ void FrameQueueEngine::setEnabled(bool on) {
 bool FrameQueueEngine::push(QueuedFrame frame) {
   {
     const std::lock_guard lock(mutex_);
-    if (!enabled_ || frame.sequence < next_) return false;
+    if (!enabled_) return false;
+    if (frame.sequence < next_) {
+      // Further back than the queue is long: the capture plays from its begin again.
+      if (next_ - frame.sequence <= static_cast<std::int64_t>(capacity_)) return false;
+      frames_.clear();
+      next_ = frame.sequence;
+    }
     const auto place = std::lower_bound(frames_.begin(), frames_.end(), frame.sequence, before);
     if (place != frames_.end() && place->sequence == frame.sequence) {
       *place = std::move(frame);
@@ -135,12 +142,19 @@ void FrameQueueEngine::ClearAll(std::int64_t sequence) {
 
 void FrameQueueEngine::fill(SDKSource &source, QueuedFrame &&frame) {
   const std::lock_guard lock(source.frameLock);
+  if (DecodedFrame *const decoded = source.runtime != nullptr ? source.runtime->DecodeFrame() : nullptr) {
+    // Its points are those that the source lets go of now.
+    const std::lock_guard frameLock(decoded->mutex);
+    decoded->points = nullptr;
+    decoded->pointCount = 0;
+  }
   source.pointCount = int(frame.points.size());
   source.points = std::move(frame.points);
   source.overlayPoints = std::move(frame.overlayPoints);
   source.overlayColumns = frame.overlayColumns;
   source.overlayRows = frame.overlayRows;
   source.laserPointCount = frame.laserPointCount;
+  source.remakeWidth = std::max(frame.remakeWidth, 1);
   source.mergedFrames = 1;
   source.rgbMode = frame.rgbMode;
   source.frameTimestamp = frame.timestampSeconds;

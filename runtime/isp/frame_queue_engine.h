@@ -19,6 +19,7 @@ struct QueuedFrame {
   double timestampSeconds = 0.0;
   int rgbMode = 0;
   int laserPointCount = 0;
+  int remakeWidth = 1;  ///< points of one row of the remake
   std::vector<SDKPointInfo> points;
   std::vector<SDKPointInfo> overlayPoints;
   int overlayColumns = 0;
@@ -37,7 +38,8 @@ class FrameQueueEngine : public ParallelIspEngine {
   /// Switching off drops the frames held and ends every wait.
   void setEnabled(bool on);
   /// Puts a frame at its place in the order, in place of one of the same sequence. In a full queue the oldest frame
-  /// gives way. False: the engine is off, or the frame is older than what the next pull may show.
+  /// gives way. False: the engine is off, or the frame is older than what the next pull may show. One that is older by
+  /// more than the queue holds begins a new run: the frames held are dropped.
   bool push(QueuedFrame frame);
   /// Frames held.
   [[nodiscard]] std::size_t size() const;

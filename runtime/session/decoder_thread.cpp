@@ -17,6 +17,11 @@ void DecoderThread::post(const DecodeRequest &request) {
   arrived_.notify_one();
 }
 
+void DecoderThread::awaitIdle(std::chrono::milliseconds limit) {
+  std::unique_lock lock(mutex_);
+  idle_.wait_for(lock, limit, [this] { return !busy_ && !waiting_; });
+}
+
 void DecoderThread::stop() {
   {
     const std::lock_guard lock(mutex_);
@@ -37,8 +42,14 @@ void DecoderThread::serve() {
       request = *waiting_;
       waiting_.reset();
       newer_ = false;
+      busy_ = true;
     }
     work_(request, giveUp);
+    {
+      const std::lock_guard lock(mutex_);
+      busy_ = false;
+    }
+    idle_.notify_all();
   }
 }
 

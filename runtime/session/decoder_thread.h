@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -29,6 +30,8 @@ class DecoderThread {
 
   /// Any thread.
   void post(const DecodeRequest &request);
+  /// Waits until every request is done, at most `limit`. Any thread but this object's.
+  void awaitIdle(std::chrono::milliseconds limit);
   /// Ends the thread; later requests are not run.
   void stop();
 
@@ -36,9 +39,11 @@ class DecoderThread {
   void serve();
 
   const Work work_;
-  std::mutex mutex_;  // guards waiting_
+  std::mutex mutex_;  // guards waiting_ and busy_
   std::condition_variable arrived_;
+  std::condition_variable idle_;
   std::optional<DecodeRequest> waiting_;
+  bool busy_ = false;
   std::atomic<bool> newer_{false};
   std::atomic<bool> stop_{false};
   std::thread thread_;

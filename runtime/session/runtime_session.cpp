@@ -1,6 +1,7 @@
 #include "runtime/session/runtime_session.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <exception>
 #include <limits>
@@ -16,6 +17,8 @@ namespace tarvo::lidar {
 using skarnvisor::LogLevel;
 
 namespace {
+
+constexpr std::chrono::milliseconds promptLimit{5};
 
 template <std::size_t size>
 std::string textOf(const std::array<char, size> &text) {
@@ -176,6 +179,8 @@ int RuntimeSession::framesInside(double seconds, int last) const {
 bool RuntimeSession::start(int first, int count) {
   source_.frameReady = false;
   decoder_.post({first, count});
+  // Whoever asked looks for the frame in steps of 5 ms: one that is there by the first look costs no step.
+  decoder_.awaitIdle(promptLimit);
   return true;
 }
 

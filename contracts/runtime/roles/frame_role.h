@@ -12,7 +12,8 @@ namespace tarvo::lidar {
 class FrameRole {
  public:
   virtual ~FrameRole() = default;
-  // Starts a decode of the window or the run of frames and returns; true: frameReady of the source will follow.
+  // Starts a decode of the window or the run of frames and returns within a few milliseconds; true: frameReady of the
+  // source will follow, or is there already.
   // False: nothing to do, also for a window or run that holds no frame.
   virtual bool Iterate(double begin, double end) = 0;
   virtual bool Iterate(int first, int count) = 0;

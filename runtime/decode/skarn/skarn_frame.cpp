@@ -1,6 +1,8 @@
 #include "runtime/decode/skarn/skarn_frame.h"
 
+#include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <numbers>
 
@@ -34,6 +36,14 @@ float wrapped(float degrees, bool turning) {
   return degrees < 0 ? degrees + fullTurn : degrees;
 }
 
+/// Eight bytes of a point, the lowest at offset `at`.
+void storeWord(SDKPointInfo *to, std::size_t at, std::uint64_t word) {
+  std::memcpy(reinterpret_cast<std::byte *>(to) + at, &word, sizeof word);
+}
+static_assert(offsetof(SDKPointInfo, channel) == offsetof(SDKPointInfo, z) + 4 &&
+              offsetof(SDKPointInfo, intensity) == offsetof(SDKPointInfo, z) + 6);
+static_assert(offsetof(SDKPointInfo, relVelocity) == offsetof(SDKPointInfo, confidence) + 8);
+
 /// The base part of `count` records, from channel `firstChannel` on. The hot loop: no branch but for missing returns.
 void decodeRecords(const std::uint8_t *record, std::size_t stride, unsigned count, unsigned firstChannel,
                    const BlockPlace &place, const ChannelEntry *channels, SDKPointInfo *to) {
@@ -42,22 +52,27 @@ void decodeRecords(const std::uint8_t *record, std::size_t stride, unsigned coun
     const auto raw = wire::loadLittle<std::uint16_t>(record + wire::record_offset::distance);
     const float distance = raw == 0 ? 0.0F : static_cast<float>(raw) * place.unitMetres + channel.distanceOffset;
     const bool visible = distance > 0 && channel.shown;
-    SDKPointInfo point{};
-    point.timeNs = place.timeNs + channel.delayNs;
-    point.timestamp = place.startSeconds + point.timeNs * secondsPerNs;
-    point.azimuth = place.azimuthDeg;
-    point.azimuthCalib = wrapped(place.azimuthDeg + channel.azimuthOffsetDeg, place.turning);
-    point.elevation = channel.elevationDeg;
-    point.elevationCalib = channel.elevationCalibDeg;
-    point.distance = distance > 0 ? distance : 0.0F;
-    point.x = point.distance * (place.sine * channel.alongCos + place.cosine * channel.alongSin);
-    point.y = point.distance * (place.cosine * channel.alongCos - place.sine * channel.alongSin);
-    point.z = point.distance * channel.upward;
+    const float metres = distance > 0 ? distance : 0.0F;
+    const std::uint32_t timeNs = place.timeNs + channel.delayNs;
     // A shot without a return has no place to be drawn at: its slot stays empty for the views.
-    point.channel = visible ? static_cast<std::uint16_t>(firstChannel + i) : std::uint16_t{0};
-    point.intensity = record[wire::record_offset::intensity];
-    point.confidence = record[wire::record_offset::confidence];
-    *to = point;
+    const std::uint64_t shownChannel = visible ? firstChannel + i : 0;
+    const float z = metres * channel.upward;
+    // Straight into its place, every byte of it: a point put together beside it and then moved costs three times as
+    // much.
+    to->timestamp = place.startSeconds + timeNs * secondsPerNs;
+    to->timeNs = timeNs;
+    to->azimuth = place.azimuthDeg;
+    to->azimuthCalib = wrapped(place.azimuthDeg + channel.azimuthOffsetDeg, place.turning);
+    to->elevation = channel.elevationDeg;
+    to->elevationCalib = channel.elevationCalibDeg;
+    to->distance = metres;
+    to->x = metres * (place.sine * channel.alongCos + place.cosine * channel.alongSin);
+    to->y = metres * (place.cosine * channel.alongCos - place.sine * channel.alongSin);
+    storeWord(to, offsetof(SDKPointInfo, z),
+              std::bit_cast<std::uint32_t>(z) | shownChannel << 32 |
+                  std::uint64_t{record[wire::record_offset::intensity]} << 48);
+    storeWord(to, offsetof(SDKPointInfo, confidence), record[wire::record_offset::confidence]);
+    for (std::size_t at = offsetof(SDKPointInfo, relVelocity); at < sizeof *to; at += 8) storeWord(to, at, 0);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "contracts/runtime/point_fields.h"
+#include "default/frame/stream_copy.h"
 #include "default/frame/vertex_run.h"
 
 namespace tarvo::skarnvisor {
@@ -83,6 +84,7 @@ bool PointPass::operator()(const PointPassTarget &target, std::size_t begin, std
   for (; begin < end; begin += pointRunLength) {
     anyShown |= processRun(target, begin, std::min(pointRunLength, end - begin));
   }
+  endStream();
   return anyShown;
 }
 
@@ -108,7 +110,11 @@ bool PointPass::processRun(const PointPassTarget &target, std::size_t begin, std
     }
   }
   if (target.store != nullptr) {
-    std::memcpy(target.store + begin, run.points, count * sizeof(SDKPointInfo));
+    if (target.count >= streamedPoints) {
+      streamPoints(run.points, target.store + begin, count);
+    } else {
+      std::memcpy(target.store + begin, run.points, count * sizeof(SDKPointInfo));
+    }
   }
   highlight(run);
   if (target.canvas != nullptr) {

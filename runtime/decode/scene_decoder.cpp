@@ -24,6 +24,7 @@ using skarnvisor::LogLevel;
 constexpr std::uint64_t inlinePoints = 8'000;  // below that a second thread costs more than it brings
 constexpr std::size_t faultByteLimit = 1u << 20;
 constexpr int fastPathMode = 1;
+constexpr std::uint64_t aheadByteLimit = 16u << 20;
 constexpr double secondsPerNs = 1e-9;
 
 /// Types whose views choose the echo themselves, point by point, and need all of them.
@@ -64,6 +65,8 @@ void SceneDecoder::prepareFrame() {
 bool SceneDecoder::decode(FrameSource &from, int first, int count, const std::function<bool()> &stop) {
   const int fitting = affordableFrames(count);
   first += count - fitting;
+  forward_ = first == lastId_ + 1;
+  lastId_ = first + fitting - 1;
   PointLoan points(source_, frame_);
   DecodedParts parts;
   if (!decodePoints(from, first, fitting, points, parts, stop) || stop()) return false;
@@ -71,6 +74,25 @@ bool SceneDecoder::decode(FrameSource &from, int first, int count, const std::fu
   // A request that came meanwhile waits for its own frames.
   if (!stop()) source_.frameReady = true;
   return true;
+}
+
+bool SceneDecoder::readPackets(FrameSource &from, int id, const std::function<bool()> &stop) {
+  if (std::exchange(aheadId_, -1) == id) {
+    std::swap(packets_, ahead_);
+    return true;
+  }
+  packets_.clear();
+  return from.readFrame(id, packets_, stop);
+}
+
+void SceneDecoder::readAhead(FrameSource &from) {
+  const int next = lastId_ + 1;
+  // The newest frames may still get a packet.
+  constexpr int unsettledFrames = 2;
+  if (!forward_ || next + unsettledFrames > from.index().count()) return;
+  if (const auto frame = from.index().at(next); !frame || frame->length > aheadByteLimit) return;
+  ahead_.clear();
+  if (from.readFrame(next, ahead_, [] { return false; })) aheadId_ = next;
 }
 
 /// The newest frames of a run that half of the machine's memory holds.
@@ -93,9 +115,8 @@ bool SceneDecoder::decodePoints(FrameSource &from, int first, int count, PointLo
   filters_.select(filterControls_.snapshot(), use_);
   merged_ = 0;
   for (int id = first; id < first + count; ++id) {
-    packets_.clear();
     if (stop()) return false;
-    if (!from.readFrame(id, packets_, stop)) continue;
+    if (!readPackets(from, id, stop)) continue;
     const auto head = decoder_->prepare(packets_, description_);
     if (!head) continue;
     if (merged_ == 0) {

@@ -32,10 +32,15 @@ class SceneDecoder {
   /// of the frames could be read, with the source as it was, or when `stop` ended it, with the source's points gone.
   bool decode(FrameSource &from, int first, int count, const std::function<bool()> &stop);
 
+  /// Collects the packets of the frame behind the last one, when frames were asked for one after the other: the next
+  /// decode need not.
+  void readAhead(FrameSource &from);
+
   /// Gives the decoded frame the shape of the stream and room for one frame. Call before the first decode.
   void prepareFrame();
 
  private:
+  bool readPackets(FrameSource &from, int id, const std::function<bool()> &stop);
   bool decodePoints(FrameSource &from, int first, int count, PointLoan &points, DecodedParts &parts,
                     const std::function<bool()> &stop);
   void addFrame(const FrameHead &head, SDKPointInfo *points, DecodedParts &parts);
@@ -58,6 +63,10 @@ class SceneDecoder {
   std::unique_ptr<FrameDecoder> decoder_;
   DecodeWorkers workers_;
   FramePackets packets_;
+  FramePackets ahead_;
+  int aheadId_ = -1;      // the frame of ahead_; -1: none
+  int lastId_ = -1;       // the newest frame of the last decode
+  bool forward_ = false;  // which went on where the one before had ended
   ChannelTable channels_;
   FilterChain filters_;
 

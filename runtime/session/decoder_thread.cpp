@@ -4,7 +4,8 @@
 
 namespace tarvo::lidar {
 
-DecoderThread::DecoderThread(Work work) : work_(std::move(work)), thread_([this] { serve(); }) {}
+DecoderThread::DecoderThread(Work work, std::function<void()> idle)
+    : work_(std::move(work)), idleWork_(std::move(idle)), thread_([this] { serve(); }) {}
 
 DecoderThread::~DecoderThread() { stop(); }
 
@@ -50,6 +51,7 @@ void DecoderThread::serve() {
       busy_ = false;
     }
     idle_.notify_all();
+    if (!giveUp()) idleWork_();
   }
 }
 

@@ -23,14 +23,15 @@ class DecoderThread {
   /// anything but std::exception.
   using Work = std::function<void(const DecodeRequest &, const std::function<bool()> &giveUp)>;
 
-  explicit DecoderThread(Work work);
+  /// `idle` runs on this object's thread after a request, when no other waits: work that may make the next one shorter.
+  DecoderThread(Work work, std::function<void()> idle);
   ~DecoderThread();
   DecoderThread(const DecoderThread &) = delete;
   DecoderThread &operator=(const DecoderThread &) = delete;
 
   /// Any thread.
   void post(const DecodeRequest &request);
-  /// Waits until every request is done, at most `limit`. Any thread but this object's.
+  /// Waits until every request is done, idle work apart; at most `limit`. Any thread but this object's.
   void awaitIdle(std::chrono::milliseconds limit);
   /// Ends the thread; later requests are not run.
   void stop();
@@ -39,6 +40,7 @@ class DecoderThread {
   void serve();
 
   const Work work_;
+  const std::function<void()> idleWork_;
   std::mutex mutex_;  // guards waiting_ and busy_
   std::condition_variable arrived_;
   std::condition_variable idle_;

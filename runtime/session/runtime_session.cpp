@@ -28,9 +28,10 @@ std::string textOf(const std::array<char, size> &text) {
 }  // namespace
 
 RuntimeSession::RuntimeSession(SDKSource &source)
-    : source_(source), decoder_([this](const DecodeRequest &request, const std::function<bool()> &giveUp) {
-        decodeFrames(request, giveUp);
-      }) {}
+    : source_(source),
+      decoder_(
+          [this](const DecodeRequest &request, const std::function<bool()> &giveUp) { decodeFrames(request, giveUp); },
+          [this] { scene_->readAhead(*frames_); }) {}
 
 RuntimeSession::~RuntimeSession() {
   decoder_.stop();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <numbers>
 
@@ -370,6 +371,25 @@ TEST(Decode, AResizeByThePlugInIsKeptAndUsed) {
   EXPECT_GT(decoded, 0);
   ASSERT_TRUE(session.decode(0, 5)) << "grows again as the decode needs it";
   EXPECT_EQ(session.source->pointCount, 5 * frameSlots);
+}
+
+TEST(Decode, FramesInARowAreThoseThatAreAskedForOneByOne) {
+  const auto path = writeCapture("row.pcap", packetsOf(smallLidar(8)));
+  Session inRow(path);
+  ASSERT_TRUE(inRow.indexed(8));
+  for (int frame = 0; frame < 8; ++frame) {
+    Session alone(path);
+    ASSERT_TRUE(alone.indexed(8));
+    ASSERT_TRUE(inRow.decode(frame) && alone.decode(frame));
+    ASSERT_EQ(inRow.source->points.size(), alone.source->points.size());
+    EXPECT_EQ(std::memcmp(inRow.source->points.data(), alone.source->points.data(),
+                          alone.source->points.size() * sizeof(SDKPointInfo)),
+              0)
+        << frame;
+  }
+  const DecodedFrame &frame = *inRow.runtime().DecodeFrame();
+  EXPECT_EQ(frame.points, inRow.source->points.data()) << "a frame's points lie in memory once";
+  EXPECT_EQ(frame.pointCount, inRow.source->points.size());
 }
 
 }  // namespace

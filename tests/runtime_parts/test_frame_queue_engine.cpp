@@ -41,6 +41,17 @@ TEST_F(FrameQueue, PullsInOrderOrTheNewestAndRemembersWhatItShowed) {
   EXPECT_FALSE(engine.push(frameOf(1))) << "older than what was shown";
 }
 
+TEST_F(FrameQueue, ACaptureThatPlaysFromItsBeginAgainIsTakenUp) {
+  engine.push(frameOf(90));
+  ASSERT_TRUE(engine.DisplayPullAndFill(&source, true));
+  QueuedFrame first = frameOf(0);
+  first.remakeWidth = 16;
+  ASSERT_TRUE(engine.push(std::move(first)));
+  ASSERT_TRUE(engine.DisplayPullAndFill(&source, true));
+  EXPECT_EQ(engine.LastDisplayedSeq(), 0);
+  EXPECT_EQ(source.remakeWidth, 16);
+}
+
 TEST_F(FrameQueue, IsBoundedAndLetsTheOldestGo) {
   for (int sequence = 0; sequence < 10; ++sequence) engine.push(frameOf(sequence));
   EXPECT_EQ(engine.size(), 3U);

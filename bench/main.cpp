@@ -97,6 +97,7 @@ int main(int argc, char **argv) {
   tarvo::skarnvisor::bench::addFrameMeasures(measures);
   tarvo::skarnvisor::bench::addDecodeMeasures(measures);
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);
+  tarvo::skarnvisor::bench::addStackMeasures(measures);
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);
   tarvo::skarnvisor::bench::addTelemetryMeasures(measures);
 

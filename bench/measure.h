@@ -36,4 +36,7 @@ void addPointFileMeasures(std::vector<Measure> &measures);
 /// Measures of the status block and the fault packets.
 void addTelemetryMeasures(std::vector<Measure> &measures);
 
+/// Measures of a stack of frames.
+void addStackMeasures(std::vector<Measure> &measures);
+
 }  // namespace tarvo::skarnvisor::bench

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "app/cli/stack_option.h"
 #include "app/cli/types_command.h"
 
 namespace tarvo::skarnvisor::app {
@@ -90,6 +91,7 @@ void Parser::addRender() {
   addFile(*render);
   addSensorPort(*render, m_options.capture);
   render->add_option("--frame", m_options.frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  addStackOption(*render, m_options);
   addText(*render, "--out", m_options.out, "Picture file, .png or .jpg")->required();
   addLook(*render);
   render->callback([this] { m_options.command = Command::Render; });
@@ -103,8 +105,9 @@ void Parser::addPlay() {
   addSeconds(*play, m_options.capture);
   play->add_flag("--soak", m_options.capture.soak,
                  "With a live source: change settings ten times a second and print a line every ten seconds");
-  play->add_flag("--by-time", m_options.byTime,
-                 "Follow the clock, showing what lies before the cursor, instead of every frame");
+  CLI::Option *const byTime = play->add_flag(
+      "--by-time", m_options.byTime, "Follow the clock, showing what lies before the cursor, instead of every frame");
+  addStackOption(*play, m_options)->excludes(byTime);
   play->add_option("--speed", m_options.speed,
                    "Times real time, 0.1 to 10; without it frames follow as fast as they come")
       ->check(CLI::Range(0.1, 10.0));

@@ -36,6 +36,8 @@ struct Options {
   // render, telemetry
   int frame = 0;
   QString out;
+  // render, play
+  int stack = 1;  ///< frames shown at once
   // play
   bool byTime = false;
   double speed = 0;    ///< 0: as fast as frames come

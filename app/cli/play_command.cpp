@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <set>
+#include <utility>
 
 #include "app/cli/commands.h"
 #include "app/cli/picture_maker.h"
@@ -11,6 +12,7 @@
 #include "app/cli/report.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
+#include "app/session/frame_stack.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -19,12 +21,18 @@ namespace {
 class Player {
  public:
   Player(CaptureSession &session, const Options &options)
-      : m_session(session), m_options(options), m_maker(session, options.look), m_bar(QStringLiteral("playing")) {}
+      : m_session(session),
+        m_options(options),
+        m_stack(session),
+        m_maker(session, options.look),
+        m_bar(QStringLiteral("playing")) {}
 
   QString run();
 
  private:
   void choosePictures();
+  QString beginStack();
+  VertexCloud uncounted();
   QString playEachFrame();
   QString playByClock();
   QString takeUpFrame(int frame);
@@ -34,11 +42,14 @@ class Player {
 
   CaptureSession &m_session;
   const Options &m_options;
+  FrameStack m_stack;
+  bool m_isNew = true;  ///< the canvas has points that are not counted yet
   PictureMaker m_maker;
   ProgressBar m_bar;
   int m_planned = 0;
   std::set<int> m_pictureFrames;
   int m_frames = 0;
+  int m_lastFrame = -1;
   int m_pictures = 0;
   PointCounts m_points;
   qint64 m_playedNs = 0;
@@ -56,6 +67,10 @@ QString Player::run() {
     choosePictures();
   }
   const bool paced = m_options.byTime || m_options.speed > 0;
+  if (m_options.stack > 1) {
+    const QString fault = beginStack();
+    if (!fault.isEmpty()) return fault;
+  }
   const QString fault = paced ? playByClock() : playEachFrame();
   return fault.isEmpty() ? finish() : fault;
 }
@@ -66,11 +81,27 @@ void Player::choosePictures() {
   for (int i = 0; i < count; ++i) m_pictureFrames.insert(static_cast<int>((2LL * i + 1) * m_planned / (2LL * count)));
 }
 
+QString Player::beginStack() {
+  const QString fault = m_stack.request(m_options.stack);
+  if (!fault.isEmpty()) return fault;
+  m_isNew = false;
+  QObject::connect(&m_session, &CaptureSession::frameShown, &m_stack, [this] { m_isNew = true; });
+  // By the clock the stack begins with the playing.
+  return m_options.speed > 0 ? QString() : m_stack.begin(0);
+}
+
+/// Of a stack the group that came last, once: each of its points is met a single time.
+VertexCloud Player::uncounted() {
+  return std::exchange(m_isNew, m_options.stack <= 1) ? m_session.view().newestCloud() : VertexCloud();
+}
+
 void Player::count(int frame, const VertexCloud &cloud) {
   const PointCounts counts = countPoints(cloud);
   m_points.shown += counts.shown;
   m_points.hidden += counts.hidden;
-  ++m_frames;
+  // Of a stack, only the steps that bring a group come here by the clock.
+  m_frames += m_options.stack > 1 ? std::max(frame - m_lastFrame, 0) : 1;
+  m_lastFrame = frame;
   m_playedNs += m_clock.nsecsElapsed();
   m_clock.restart();
   m_bar.show(frame + 1, m_planned);
@@ -80,7 +111,7 @@ bool Player::pictureDue(int frame) const { return !m_pictureFrames.empty() && fr
 
 /// Counts the frame on the canvas, and draws it if its turn for a picture has come.
 QString Player::takeUpFrame(int frame) {
-  count(frame, m_session.view().cloud());
+  count(frame, uncounted());
   QString fault;
   if (pictureDue(frame)) {
     m_pictureFrames.erase(m_pictureFrames.begin(), m_pictureFrames.upper_bound(frame));
@@ -95,13 +126,15 @@ QString Player::takeUpFrame(int frame) {
 
 QString Player::playEachFrame() {
   m_clock.start();
-  QString fault = m_session.seekFrame(0);
-  for (int frame = 0; fault.isEmpty() && frame < m_planned; ++frame) {
+  // A stack has played its first frames already.
+  const int begin = m_options.stack > 1 ? std::clamp(m_session.timeline().frame(), 0, m_planned - 1) : 0;
+  QString fault = m_session.seekFrame(begin);
+  for (int frame = begin; fault.isEmpty() && frame < m_planned; ++frame) {
     fault = m_session.waitForFrame(frame);
     if (!fault.isEmpty()) break;
     const QString damage = m_session.frameFault();
     const bool counts = damage.isEmpty() && !pictureDue(frame);
-    const VertexCloud cloud = counts ? m_session.view().cloud() : VertexCloud();
+    const VertexCloud cloud = counts ? uncounted() : VertexCloud();
     if (!damage.isEmpty())  // the next frame may be good
       std::fprintf(stderr, "skarnvisor: frame %d: %s\n", frame, damage.toLocal8Bit().constData());
     else if (!counts)
@@ -141,6 +174,7 @@ QString Player::finish() {
   const double seconds = std::max(static_cast<double>(m_playedNs) * 1e-9, 1e-9);
   Report report;
   addCaptureRows(report, m_session);
+  if (!m_stack.message().isEmpty()) report.add("stack", m_stack.message());
   report.add("frames played", grouped(m_frames));
   report.add("points", grouped(m_points.shown + m_points.hidden));
   report.add("points shown", grouped(m_points.shown));

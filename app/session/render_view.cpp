@@ -16,15 +16,19 @@ VertexCloud RenderView::cloud() const {
   if (!m_buffer) return {};
   const int stacked = value("stackFrameNum").toInt();
   if (stacked <= 1) return VertexCloud({value("vertex").toByteArray()});
+  int newest = 0;
+  QMetaObject::invokeMethod(m_buffer, "getIndexUseNow", Qt::DirectConnection, Q_RETURN_ARG(int, newest));
   QVector<QByteArray> canvases;
-  for (int i = 0; i < stacked; ++i) {
+  for (int i = 1; i <= stacked; ++i) {
     QByteArray bytes;
     QMetaObject::invokeMethod(m_buffer, "vertexGet", Qt::DirectConnection, Q_RETURN_ARG(QByteArray, bytes),
-                              Q_ARG(int, i));
+                              Q_ARG(int, (newest + i) % stacked));
     if (!bytes.isEmpty()) canvases << bytes;
   }
   return VertexCloud(canvases);
 }
+
+VertexCloud RenderView::newestCloud() const { return VertexCloud({value("vertex").toByteArray()}); }
 
 QStringList RenderView::colorTitles() const { return value("colorModeTitles").toStringList(); }
 

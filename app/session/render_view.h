@@ -25,6 +25,8 @@ class RenderView {
   QObject *buffer() const { return m_buffer; }
   /// The vertices of the current picture; the bytes are the caller's own.
   VertexCloud cloud() const;
+  /// Of a stack of frames, the ones that came last; else the whole picture.
+  VertexCloud newestCloud() const;
   QStringList colorTitles() const;
   QString colorTitle(ColorHalf half) const;
   /// Title as the buffer lists it, whatever its case; false for one that it does not list.

@@ -101,7 +101,7 @@ void DefaultSDKProducer::restartStack(int id, const StackSettings &stack) {
 }
 
 void DefaultSDKProducer::overlayStep(int id, int groupFrames, bool playing) {
-  if (id < m_trackBuffer->lastFrameId()) {  // the user went back
+  if (wentBack(id)) {
     m_trackBuffer->setLastFrameId(isCaptureFile() ? 0 : id);
     m_resyncPending = true;
   }
@@ -111,6 +111,13 @@ void DefaultSDKProducer::overlayStep(int id, int groupFrames, bool playing) {
   }
   m_resyncPending = false;
   overlayGroup(id, groupFrames);
+}
+
+// While the cursor catches up with a group that reached beyond it, the position is ahead and nobody went back: the
+// group would otherwise enter the ring once for each of its frames.
+bool DefaultSDKProducer::wentBack(int id) const {
+  const int position = m_trackBuffer->lastFrameId();
+  return id < position && !(m_ahead.position == position && id >= m_ahead.cursor);
 }
 
 // A restart waits for playback, and then begins at once; otherwise a group must be complete.
@@ -130,6 +137,7 @@ void DefaultSDKProducer::overlayGroup(int id, int groupFrames) {
     return;
   }
   const int next = first + groupFrames;
+  m_ahead = {id, next};
   const int lag = id - next;
   if (lag > largestLag)
     SKARN_LOG(LogLevel::Warning, "[Overlay] lag=%d exceeds threshold, resync last_frameID %d -> %d", lag, next, id);

@@ -48,6 +48,7 @@ class DefaultSDKProducer : public Functor {
   [[nodiscard]] bool stackChanged(const StackSettings &stack, bool playing);
   void restartStack(int id, const StackSettings &stack);
   void overlayStep(int id, int groupFrames, bool playing);
+  [[nodiscard]] bool wentBack(int id) const;
   bool overlayWaits(int id, int groupFrames, bool playing);
   void overlayGroup(int id, int groupFrames);
   bool pullImageSignal(int id, bool playing);
@@ -60,6 +61,12 @@ class DefaultSDKProducer : public Functor {
   bool m_lastPlaying = false;
   int m_lastFrameNumber = 1;
   bool m_resyncPending = false;  ///< the stack restarts from the track's position before its next group
+  /// A stack begins with a whole group, which may reach beyond the cursor: where the cursor stood then, and the
+  /// position behind that group.
+  struct {
+    int cursor = 0;
+    int position = -1;
+  } m_ahead;
   std::int64_t m_imageSignalTarget = -1;
   DefaultSDKFrameRenderBuffer *m_renderBuffer = nullptr;
 };

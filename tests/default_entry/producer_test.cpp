@@ -176,6 +176,14 @@ TEST_F(StackedProducer, AJumpBackInAPauseWaitsForPlayback) {
   EXPECT_THAT(pipeline.runtime().runs, ElementsAre(Pair(0, 2)));
 }
 
+TEST_F(StackedProducer, AGroupAheadOfTheCursorIsDecodedOnce) {
+  pipeline.renderBuffer.ring().framesPerCanvas = 5;
+  for (const int cursor : {1, 2, 3, 4, 5, 9, 10}) pipeline.run(cursor, true);
+  EXPECT_THAT(pipeline.runtime().runs, ElementsAre(Pair(0, 5), Pair(5, 5)));
+  pipeline.run(7, true);
+  EXPECT_THAT(pipeline.runtime().runs.back(), Pair(0, 5)) << "going back begins anew";
+}
+
 TEST_F(StackedProducer, SteppingInAPauseTakesCompleteGroups) {
   for (int i = 0; i < 5; ++i) pipeline.run(24, true);  // the position is 24
   pipeline.runtime().runs.clear();

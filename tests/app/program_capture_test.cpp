@@ -42,6 +42,25 @@ TEST_F(ProgramOnCapture, InfoTellsWhatTheSimulatorWrote) {
   EXPECT_EQ(result.value("size").section(' ', 0, 0).toLongLong(), QFile("street.pcap").size());
 }
 
+TEST_F(ProgramOnCapture, AStackHoldsWholeGroupsOfFrames) {
+  const QStringList render{"render", "street.pcap", "--frame", "11", "--size", "640x360", "--out"};
+  const ProgramResult one = skarnvisor(render + QStringList{"one.png"});
+  const ProgramResult ten = skarnvisor(render + QStringList{"ten.png", "--stack", "10"});
+  ASSERT_EQ(ten.exitCode, 0) << ten.err.toStdString();
+  EXPECT_TRUE(ten.out.startsWith("Successfully allocated 10 frames\n")) << ten.out.toStdString();
+  EXPECT_NE(QImage("ten.png"), QImage("one.png"));
+
+  const ProgramResult played = skarnvisor({"play", "street.pcap", "--stack", "7"});
+  ASSERT_EQ(played.exitCode, 0) << played.err.toStdString();
+  EXPECT_EQ(played.value("stack"), "Successfully allocated 10 frames");
+  EXPECT_EQ(played.value("frames played").toInt(), frames);
+  EXPECT_EQ(played.value("points").toInt(), 10 * 32 * 450) << "two groups; the third is not complete";
+
+  const ProgramResult refused = skarnvisor({"play", "street.pcap", "--stack", "3001"});
+  EXPECT_NE(refused.exitCode, 0);
+  EXPECT_TRUE(refused.err.contains("Rejected: max allowed is 3000 frames")) << refused.err.toStdString();
+}
+
 TEST_F(ProgramOnCapture, RenderDrawsAFrameWithoutADisplay) {
   const ProgramResult result =
       skarnvisor({"render", "street.pcap", "--frame", "3", "--out", "three.png", "--size", "640x360"});

@@ -48,7 +48,17 @@ int FrameStack::groupFrames() const {
   return (depth() + canvases - 1) / canvases;
 }
 
-bool FrameStack::hasGroup() const { return !m_session.view().cloud().canvases().isEmpty(); }
+bool FrameStack::hasGroup() const {
+  QObject *const buffer = m_session.view().buffer();
+  const int canvases = buffer != nullptr ? std::max(buffer->property("stackFrameNum").toInt(), 1) : 0;
+  for (int i = 0; i < canvases; ++i) {
+    int points = 0;
+    QMetaObject::invokeMethod(buffer, "primitiveCountGet", Qt::DirectConnection, Q_RETURN_ARG(int, points),
+                              Q_ARG(int, i));
+    if (points > 0) return true;
+  }
+  return false;
+}
 
 QString FrameStack::begin(int frame) {
   const QString fault = m_session.showFrame(frame);
@@ -57,7 +67,9 @@ QString FrameStack::begin(int frame) {
   const double speed = timeline.speed();
   timeline.setSpeed(Timeline::maxSpeed);
   QEventLoop loop;
-  connect(&m_session, &CaptureSession::frameShown, &loop, &QEventLoop::quit);
+  connect(&m_session, &CaptureSession::frameShown, &loop, [&] {
+    if (hasGroup()) loop.quit();
+  });
   connect(&m_session, &CaptureSession::closing, &loop, &QEventLoop::quit);
   connect(&timeline, &Timeline::playingChanged, &loop, &QEventLoop::quit);
   QTimer::singleShot(CaptureSession::waitLimitMs, &loop, &QEventLoop::quit);

@@ -143,6 +143,7 @@ TEST_F(StackEndToEnd, SeekingLoopingAndChangingDepthWhilePlaying) {
   timeline.setLoop(false);
   timeline.seekFrame(frames - 2);
   ASSERT_TRUE(waitFor([&] { return !timeline.isPlaying(); }));
+  settle();
   EXPECT_EQ(stack(30), 30) << "at the end of the capture";
   EXPECT_EQ(filled(0), 30);
 }

@@ -13,6 +13,12 @@ QByteArray bytesOf(const Array &values, std::size_t count) {
           static_cast<int>(std::min(count, values.size()) * sizeof(values[0]))};
 }
 
+/// Gives memory back that a deep stack's groups needed and `size` entries don't.
+template <typename Array>
+void letGoOfExcess(Array &array, std::size_t size) {
+  if (array.capacity() > 4 * std::max(size, FramePicture::storeSizeAtStart)) Array().swap(array);
+}
+
 std::size_t fromCount(int count) { return static_cast<std::size_t>(std::max(count, 0)); }
 
 }  // namespace
@@ -29,6 +35,8 @@ void FramePicture::setCapacity(std::size_t capacity) {
 void FramePicture::fitWork(const CanvasRing &ring, std::size_t pointNum) {
   const bool whole = ring.active();
   const std::size_t size = whole ? fromCount(ring.canvasBufferSize) : std::max(pointCapacity, pointNum);
+  letGoOfExcess(workVertices, size);
+  letGoOfExcess(workStore, size);
   if (workVertices.size() != size) workVertices.assign(size, hiddenVertex);
   workStore.resize(whole ? size : pointNum);
   workLasers.fill(LaserPoint{});

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "contracts/runtime/sdk_source.h"
-#include "default/point_files/pcd_columns.h"
 #include "default/files/settings_file.h"
+#include "default/point_files/pcd_columns.h"
 
 namespace tarvo::skarnvisor {
 

@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <exception>
 
+#include "default/files/settings_file.h"
 #include "default/frame/half_float.h"
 #include "default/point_files/default_pcd_file_buffer.h"
 #include "default/point_files/default_pcd_frame_render_buffer.h"
 #include "default/point_files/default_pcd_parser.h"
 #include "default/point_files/default_pcd_track_buffer.h"
 #include "default/point_files/point_file_writer.h"
-#include "default/files/settings_file.h"
 
 namespace tarvo::skarnvisor {
 

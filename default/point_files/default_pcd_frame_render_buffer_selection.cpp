@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <atomic>
 
+#include "contracts/host/executor.h"
 #include "contracts/runtime/sdk_source.h"
 #include "default/frame/half_float.h"
+#include "default/frame/row_sort.h"
 #include "default/point_files/default_pcd_frame_render_buffer.h"
 
 namespace tarvo::skarnvisor {
@@ -62,6 +64,8 @@ void DefaultPcdFrameRenderBuffer::refreshSelection() {
   const auto colors = m_colors.take();
   const int attribute = PcdColors::attributeOf(colors->mode);
 
+  const RowOrder order = m_spreadSheetModel->rowOrder();
+
   const std::lock_guard lock(m_store.frameMutex);
   const std::size_t count = m_store.usableLocked();
   std::size_t listed = 0;
@@ -81,6 +85,7 @@ void DefaultPcdFrameRenderBuffer::refreshSelection() {
     point.selected = 1;
     m_store.spreadSheetRows[listed++] = static_cast<std::uint32_t>(i);
   }
+  sortRows(global_executor(), {m_store.spreadSheetRows.data(), listed}, order.order, order.keys, order.before);
   m_store.listed = listed;
   m_spreadSheetModel->setRowCount(static_cast<int>(listed));
 }

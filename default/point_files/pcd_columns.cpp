@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "default/frame/row_sort.h"
 #include "default/models/point_columns.h"
 
 namespace tarvo::skarnvisor {
@@ -53,6 +54,9 @@ QVector<ColumnRecord> pcdColumns(const PcdFrameStore &store, const Relaxed<int> 
     };
     record.descending = [valueAt](int a, int b) {
       return std::isnan(valueAt(b)) ? !std::isnan(valueAt(a)) : valueAt(a) > valueAt(b);
+    };
+    record.keys = [value = column.value, &store](std::span<const std::uint32_t> positions, std::uint64_t *keys) {
+      for (std::size_t i = 0; i < positions.size(); ++i) keys[i] = sortKey(value(store.points[positions[i]]));
     };
     records.append(std::move(record));
   }

@@ -28,24 +28,26 @@ int PcdColors::attributeOf(int mode) {
 Placing::Placing(const PlacingSettings &settings)
     : m_settings(settings), m_filters(!settings.filter.filtersNothing()) {}
 
-void Placing::hide(const lidar::SDKPointInfo *points, std::size_t count, std::uint8_t *hidden) const {
+void Placing::judge(const lidar::SDKPointInfo *points, std::size_t count, std::uint8_t *hidden,
+                    std::uint8_t *filtered) const {
   if (m_filters)
-    m_settings.filter.filterRun(points, count, hidden);
+    m_settings.filter.filterRun(points, count, filtered);
   else
-    std::fill_n(hidden, count, std::uint8_t{0});
+    std::fill_n(filtered, count, std::uint8_t{0});
   for (std::size_t i = 0; i < count; ++i) {
     const lidar::SDKPointInfo &point = points[i];
     const bool placed = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
     const bool shown = placed && point.channel <= drawnRings && m_settings.ringShown[point.channel];
-    hidden[i] |= static_cast<std::uint8_t>(!shown);
+    hidden[i] = static_cast<std::uint8_t>(!shown);
+    if (!m_settings.filter.highlight) hidden[i] |= filtered[i];
   }
 }
 
 void Placing::placeRun(lidar::SDKPointInfo *points, Vertex *vertices, std::size_t count) const {
-  std::array<std::uint8_t, runLength> hidden;
+  std::array<std::uint8_t, runLength> hidden, filtered;
   std::array<float, runLength> x, y, z, low, high;
   std::array<std::uint32_t, runLength> words;
-  hide(points, count, hidden.data());
+  judge(points, count, hidden.data(), filtered.data());
   for (std::size_t i = 0; i < count; ++i) {
     x[i] = points[i].x;
     y[i] = points[i].y;
@@ -67,12 +69,14 @@ void Placing::placeRun(lidar::SDKPointInfo *points, Vertex *vertices, std::size_
     else
       vertices[i] = packed[i];
   }
-  if (!m_settings.selection) return;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; m_settings.selection && i < count; ++i) {
     if (hidden[i] != 0 || !m_settings.selection->holds(x[i], y[i], z[i])) continue;
     points[i].selected = 1;
     vertices[i].color = highlightMark;
   }
+  // What a highlighting filter rejects stays in view.
+  for (std::size_t i = 0; m_filters && i < count; ++i)
+    if (filtered[i] != 0 && hidden[i] == 0) vertices[i].color = highlightMark;
 }
 
 }  // namespace tarvo::skarnvisor

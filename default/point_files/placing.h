@@ -49,7 +49,7 @@ class Placing {
   void placeRun(lidar::SDKPointInfo *points, Vertex *vertices, std::size_t count) const;
 
  private:
-  void hide(const lidar::SDKPointInfo *points, std::size_t count, std::uint8_t *hidden) const;
+  void judge(const lidar::SDKPointInfo *points, std::size_t count, std::uint8_t *hidden, std::uint8_t *filtered) const;
 
   PlacingSettings m_settings;
   bool m_filters;

@@ -114,6 +114,11 @@ TEST(Frame, WhatHidesAPoint) {
   ints[1] = 45;  // intensity up to 45
   pipeline.buffer.readFilterModel()->setFilter(true, floats, ints);
   EXPECT_EQ(hidden(), "...hhhhh");
+  pipeline.buffer.readFilterModel()->setHighlightValue(1);
+  EXPECT_EQ(hidden(), "...h.hh.") << "a highlighting filter hides nothing";
+  EXPECT_EQ(pipeline.vertices()[4].color, highlightMark);
+  EXPECT_EQ(unpackPosition(pipeline.vertices()[4]), (MillimetrePosition{1000, 1000, 1000}));
+  EXPECT_NE(pipeline.vertices()[0].color, highlightMark);
 }
 
 TEST(Frame, SubpixelsByTheRingsThatTheFrameHas) {

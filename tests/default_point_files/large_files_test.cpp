@@ -1,6 +1,7 @@
 // Files large enough to be read in parts, one a core: the parts must join as if there had been one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <taskflow/taskflow.hpp>
 
@@ -76,6 +77,13 @@ TEST(LargeFiles, EveryLineBelongsToExactlyOneRange) {
                     return true;
                   });
     EXPECT_EQ(found, lines) << parts << " parts";
+    std::size_t counted = 0;
+    for (std::size_t part = 0; part < parts; ++part)
+      counted += countDataLines(file, start, start + partBegin(bytes, parts, part),
+                                start + partBegin(bytes, parts, part + 1), 'c');
+    EXPECT_EQ(counted, static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const std::string &line) {
+                return !line.empty() && line.front() != 'c';
+              })));
   }
 }
 

@@ -6,14 +6,22 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <string>
 
 namespace tarvo::skarnvisor {
 namespace {
 
-bool parse(const std::string &text, float &value) {
-  return NumberLine(text.data(), text.data() + text.size()).read(value);
+/// With nothing behind the line that may be looked at, and with the next line there: both must read the same.
+template <typename Number>
+bool parse(const std::string &text, Number &value) {
+  const std::string longer = text + "\n" + std::string(24, '8');
+  Number other = value;
+  const bool good = NumberLine(text.data(), text.data() + text.size()).read(value);
+  EXPECT_EQ(NumberLine(longer.data(), longer.data() + text.size(), 25).read(other), good) << text;
+  EXPECT_EQ(std::memcmp(&other, &value, sizeof value), 0) << text;
+  return good;
 }
 
 TEST(NumberText, FloatsReadAsTheStandardLibraryReadsThem) {
@@ -90,6 +98,35 @@ TEST(NumberText, OddSpellings) {
     value = 0.0F;
     EXPECT_TRUE(parse(text, value) && std::isinf(value) && (value < 0) == (*text == '-')) << text;
   }
+}
+
+TEST(NumberText, WholeNumbersOfEveryLength) {
+  const std::pair<const char *, int> cases[] = {
+      {"0", 0},      {"7", 7},      {"42", 42},     {"00042", 42},       {"65535", 65535},
+      {"65536", -1}, {"99999", -1}, {"123456", -1}, {"000000000001", 1}, {"-1", 65535},
+      {"1.5", -1},   {"1x", -1},    {"", -1}};
+  for (const auto &[text, expected] : cases) {
+    std::uint16_t value = 0;
+    EXPECT_EQ(parse(text, value), expected >= 0) << text;
+    if (expected >= 0) {
+      EXPECT_EQ(value, expected) << text;
+    }
+  }
+}
+
+TEST(NumberText, ALineOfManyNumbers) {
+  const std::string line = "-12.3456789 0.5 -0 7 1234567 12345678 .25 -.5 100000.25 1e3 123456789012.5 3.";
+  const std::string text = line + "\n" + std::string(24, '9');
+  const float expected[] = {-12.3456789F, 0.5F,  -0.0F,      7.0F, 1234567.0F,      12345678.0F,
+                            0.25F,        -0.5F, 100000.25F, 1e3F, 123456789012.5F, 3.0F};
+  NumberLine numbers(text.data(), text.data() + line.size(), 25);
+  for (const float wanted : expected) {
+    float value = -1.0F;
+    ASSERT_TRUE(numbers.read(value)) << wanted;
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(wanted));
+  }
+  float value = 0.0F;
+  EXPECT_FALSE(numbers.read(value)) << "the next line is not this one's";
 }
 
 TEST(NumberText, WholeNumbersAndTheRestOfALineAfterAFault) {

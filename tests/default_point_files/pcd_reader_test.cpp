@@ -155,6 +155,12 @@ TEST(PcdReader, SkippedAndRepeatedElementsKeepTheirRoom) {
   EXPECT_EQ(read[0].x, 2.0F);
 }
 
+TEST(PcdReader, ASizeWithoutAFieldStillHasItsRoom) {
+  const Read read(pcdText("x", "4 2", "F", "2", "binary", bytesOf(1.0F) + "ab" + bytesOf(2.0F) + "cd"));
+  ASSERT_EQ(read.count(), 2U);
+  EXPECT_EQ(read[1].x, 2.0F);
+}
+
 TEST(PcdReader, HeadersThatDescribeNoRecordAreRefusedOrEmpty) {
   const std::string end = "\nWIDTH 2\nHEIGHT 1\nPOINTS 2\nDATA binary\n" + std::string(64, 'a');
   for (const char *head : {"FIELDS x y z\nSIZE 4 4\nTYPE F F F", "FIELDS x y\nSIZE 4 4\nTYPE F",

@@ -141,6 +141,28 @@ TEST_F(PcdRenderBuffer, ThePointTable) {
   EXPECT_EQ(tables.count(), 5) << "every frame of an export";
 }
 
+TEST_F(PcdRenderBuffer, TheRowsFollowTheSortOfTheTable) {
+  pipeline.showFile(binFile("sort.bin", {binRecord(1, 0, 0, 7, 1, 30), binRecord(9, 0, 0, 8, 2, 5),
+                                         binRecord(4, 0, 0, 7, 3, 70), binRecord(5, 0, 0, 9, 4, 1025)}));
+  auto *const table = qobject_cast<SpreadSheetModel *>(buffer.readSpreadSheetModel());
+  table->setAllDisplayed(true);
+  const auto channels = [&](int column, int order) {
+    table->setSort(column, order);
+    buffer.setSelectionMatrix(nothingSelected());  // lists anew
+    QStringList cells;
+    const int channel = table->columnNames().indexOf("Ch");
+    for (int row = 0; row < table->rowCount(); ++row) cells.append(table->index(row, channel).data().toString());
+    return cells.join(' ');
+  };
+  EXPECT_EQ(channels(0, 0), "30 5 70");
+  EXPECT_EQ(channels(0, 1), "5 30 70");
+  EXPECT_EQ(channels(1, -1), "5 70 30") << "the farthest first";
+  EXPECT_EQ(channels(2, 1), "30 70 5") << "equal values in the order of the file";
+  table->swap(0, 9);
+  EXPECT_EQ(channels(0, -1), "70 5 30") << "the confidence took the first place";
+  EXPECT_EQ(channels(99, 1), "30 5 70");
+}
+
 TEST_F(PcdRenderBuffer, AnExportRestoresWhatItForced) {
   buffer.setPlayByFrame(false);
   pipeline.clip.setDetailExport(true, 2, QUrl::fromLocalFile("/somewhere"));

@@ -73,18 +73,25 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
                              std::to_string(header.sizes.size()) + ", " + std::to_string(header.types.size()) +
                              " and " + std::to_string(header.counts.size()));
   PcdRecordPlan plan;
-  for (std::size_t i = 0; i < count; ++i) {
+  if (count == 0) return plan;  // no record without a field
+  // A size without a field's name has its room in the record all the same.
+  for (std::size_t i = 0; i < header.sizes.size(); ++i) {
     const int size = header.sizes[i];
-    const int elements = counted ? header.counts[i] : 1;
+    const int elements = counted && i < header.counts.size() ? header.counts[i] : 1;
     if (size < 0 || elements < 0 ||
         static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements) > largestField)
-      throw std::runtime_error("PCD header: field " + header.fields[i] + " has SIZE " + std::to_string(size) +
+      throw std::runtime_error("PCD header: field " + std::to_string(i + 1) + " has SIZE " + std::to_string(size) +
                                " and COUNT " + std::to_string(elements) + ", which no record can hold");
+    const std::uint64_t fieldBytes = static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements);
+    if (i >= count) {
+      plan.width += fieldBytes;
+      continue;
+    }
     PcdFieldPlan field;
     field.place = elements > 0 ? pcdPlace(header.fields[i]) : PcdPlace::none;
     field.type = header.types[i].size() == 1 ? pcdScalarType(header.types[i].front(), size) : ScalarType::none;
     field.offset = plan.width;
-    field.fieldBytes = static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements);
+    field.fieldBytes = fieldBytes;
     plan.width += field.fieldBytes;
     if (field.place != PcdPlace::none) plan.fields.push_back(field);
   }

@@ -1,6 +1,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <algorithm>
 
 #include "app/cli/capture_rows.h"
 #include "app/cli/commands.h"
@@ -9,6 +10,7 @@
 #include "app/cli/soak.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
+#include "app/session/frame_stack.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -19,6 +21,12 @@ constexpr int lookIntervalMs = 20;
 
 /// The timeline follows a live source by itself; this counts what it shows.
 QString runLivePlay(CaptureSession &session, const Options &options) {
+  const bool stacked = options.stack > 1;
+  FrameStack stack(session);
+  if (stacked) {
+    const QString fault = stack.request(options.stack);
+    if (!fault.isEmpty()) return fault;
+  }
   const Interrupt interrupt;
   ProgressBar bar(QStringLiteral("playing, frames:"));
   PointCounts points;
@@ -32,12 +40,17 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   QObject::connect(&session, &CaptureSession::frameShown, &loop, [&] {
     const int frame = session.shownFrame();
     if (frame == last && !options.byTime) return;
-    if (last >= 0 && frame > last + 1) skipped += frame - last - 1;
+    const int passed = last >= 0 ? frame - last : 1;
     last = frame;
-    const PointCounts counts = countPoints(session.view().cloud());
+    const PointCounts counts = countPoints(session.view().newestCloud());
     points.shown += counts.shown;
     points.hidden += counts.hidden;
-    bar.show(++frames, options.frameLimit);
+    // Of a stack the way of the cursor counts: a step brings a group, or none.
+    if (stacked)
+      frames += std::max(passed, 0);
+    else if (++frames; passed > 1)
+      skipped += passed - 1;
+    bar.show(frames, options.frameLimit);
     if (options.frameLimit > 0 && frames >= options.frameLimit) loop.quit();
   });
   QObject::connect(&session, &CaptureSession::closing, &loop, &QEventLoop::quit);
@@ -57,8 +70,9 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   const double seconds = static_cast<double>(clock.elapsed()) / 1000;
   Report report;
   addCaptureRows(report, session);
+  if (stacked) report.add("stack", stack.message());
   report.add("frames played", grouped(frames));
-  if (!options.byTime) report.add("frames skipped", grouped(skipped));
+  if (!options.byTime && !stacked) report.add("frames skipped", grouped(skipped));
   report.add("points", grouped(points.shown + points.hidden));
   report.add("points shown", grouped(points.shown));
   report.add("seconds played", QString::number(seconds, 'f', 3));

@@ -1,11 +1,8 @@
 #include "default/models/point_columns.h"
 
-#include <QByteArray>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <iomanip>
 
 namespace tarvo::skarnvisor {
 
@@ -89,24 +86,24 @@ PcdFieldRecord makePcdField(const PointColumn &column) {
   PcdFieldRecord record{text(field.name), field.size, QString(QLatin1Char(field.type)), 1, field.enabled, {}};
   switch (field.format) {
     case PcdFormat::Integer:
-      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
-        file << static_cast<std::int64_t>(value(point));
+      record.write = [value = column.value](const SDKPointInfo &point, TextStream &text) {
+        text.append(static_cast<std::int64_t>(value(point)));
       };
       break;
     case PcdFormat::Float:
-      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
-        file << static_cast<float>(value(point));
+      record.write = [value = column.value](const SDKPointInfo &point, TextStream &text) {
+        text.append(static_cast<float>(value(point)));
       };
       break;
     case PcdFormat::FiveDecimals:
-      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
-        file << QByteArray::number(value(point), 'f', 5).constData();
+      record.write = [value = column.value](const SDKPointInfo &point, TextStream &text) {
+        text.appendDecimals(value(point), 5);
       };
       break;
     case PcdFormat::Seconds:
       // The stream keeps this form for what is written behind it.
-      record.write = [value = column.value](const SDKPointInfo &point, std::ofstream &file) {
-        file << std::fixed << std::setprecision(6) << value(point);
+      record.write = [value = column.value](const SDKPointInfo &point, TextStream &text) {
+        text.appendSixDecimals(value(point));
       };
       break;
   }

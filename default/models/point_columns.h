@@ -2,10 +2,10 @@
 
 #include "contracts/runtime/point_fields.h"
 #include "contracts/runtime/point_info.h"
+#include "default/files/text_stream.h"
 
 #include <QString>
 
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <span>
@@ -20,7 +20,7 @@ struct PcdFieldRecord {
   QString type;  ///< "U" unsigned, "F" float
   int count = 1;
   bool enabled = false;
-  std::function<void(const tarvo::lidar::SDKPointInfo &, std::ofstream &)> write;
+  std::function<void(const tarvo::lidar::SDKPointInfo &, TextStream &)> write;
 };
 
 /// How a cell shows its value.

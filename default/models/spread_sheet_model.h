@@ -1,16 +1,19 @@
 #pragma once
 
+#include "default/files/output_file.h"
 #include "default/models/settings_value.h"
 
 #include <QAbstractTableModel>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <QVariant>
 #include <QVector>
 
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <utility>
 
 namespace tarvo::skarnvisor {
 
@@ -24,7 +27,13 @@ struct ColumnRecord {
   std::function<bool(int a, int b)> ascending;
   std::function<bool(int a, int b)> descending;
   Keys keys;  ///< for many positions at once, numbers that order as `ascending` does; may be unset
+  /// Appends the cell of a frame-store position, the same text as `value` gives; called by several threads while
+  /// `RowAccess` holds the points still. May be unset.
+  std::function<void(std::uint32_t position, TextStream &text)> text;
 };
+
+/// Calls its argument once with the frame-store position of each listed row, while rows and points stand still.
+using RowAccess = std::function<void(const std::function<void(std::span<const std::uint32_t> positions)> &read)>;
 
 /// How the rows are to be ordered: 1 ascending, -1 descending, 0 in visiting order with the functions unset.
 struct RowOrder {
@@ -64,6 +73,17 @@ class SpreadSheetModel : public QAbstractTableModel {
   /// Exchanges two columns; raises nothing. An index outside the table is ignored.
   Q_INVOKABLE void swap(int a, int b);
 
+  /// Writes the table as comma-separated values: a line of titles and one for each row, each cell with a comma behind
+  /// it, nothing quoted, the text in the locale's encoding. A file that was there is replaced when all is written.
+  Q_INVOKABLE bool exportPointsInformation(QUrl fileUrl) const {
+    return exportPointsInformation(fileUrl.toLocalFile());
+  }
+  Q_INVOKABLE bool exportPointsInformation(QString filePath) const;
+  /// The same with only the columns of `titles`, in that order; all of the table's without titles. Any thread.
+  WriteOutcome writeTable(const QString &filePath, const QStringList &titles, WriteProgress &progress) const;
+  /// Once, before the first rows. Lets an export read many rows at a time.
+  void setRowAccess(RowAccess access) { m_rowAccess = std::move(access); }
+
   void setRowCount(int rows) { m_rowCount = rows; }
 
   /// What the rows are ordered by, as one consistent value. Any thread.
@@ -92,6 +112,7 @@ class SpreadSheetModel : public QAbstractTableModel {
   Relaxed<int> m_rowCount{0};
   Snapshot<Layout> m_layout;
   Relaxed<bool> m_allDisplayed{false};
+  RowAccess m_rowAccess;
 };
 
 }  // namespace tarvo::skarnvisor

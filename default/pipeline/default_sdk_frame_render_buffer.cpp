@@ -3,6 +3,7 @@
 #include "contracts/runtime/parallel_isp_engine.h"
 #include "contracts/runtime/sdk_source.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
+#include "default/files/settings_file.h"
 #include "default/pipeline/announcements.h"
 #include "default/pipeline/default_sdk_parser.h"
 #include "default/pipeline/stored_points.h"
@@ -27,7 +28,8 @@ QString dataFile(const char *below) {
 
 }  // namespace
 
-DefaultSDKFrameRenderBuffer::DefaultSDKFrameRenderBuffer(QObject *parent) : RenderBuffer(parent) {
+DefaultSDKFrameRenderBuffer::DefaultSDKFrameRenderBuffer(QObject *parent)
+    : RenderBuffer(parent), m_askForFile(askForPcdFile), m_pointExport(std::make_unique<PointExport>(this)) {
   createModels();
   const QString rntc = dataFile("/SkarnvisorDataFiles/correction/angle_correction/rntc.csv");
   if (QFile::exists(rntc)) m_deviceTables.rntcTable.load(rntc);
@@ -42,8 +44,14 @@ void DefaultSDKFrameRenderBuffer::createModels() {
   QVector<ColumnRecord> columns;
   for (const PointColumn &column : baseColumns())
     columns.append(makeColumn(column, m_picture, m_settings.detailDecimals));
-  for (const PointColumn &field : basePcdFields()) m_pcdFields.append(makePcdField(field));
+  QList<PcdFieldRecord> pcdFields;
+  for (const PointColumn &field : basePcdFields()) pcdFields.append(makePcdField(field));
+  m_pcdFields.set(std::move(pcdFields));
   m_spreadSheetModel = QSharedPointer<SpreadSheetModel>::create(this, std::move(columns));
+  m_spreadSheetModel->setRowAccess([this](const auto &read) {
+    const std::lock_guard lock(m_picture.frameMutex);
+    read(m_picture.spreadSheetRows);
+  });
 
   const auto channelCell = [this](int row, int column) -> QVariant {
     const bool known = row >= 0 && row < m_correctionView.channels;
@@ -93,7 +101,7 @@ void DefaultSDKFrameRenderBuffer::createModels() {
 }
 
 void DefaultSDKFrameRenderBuffer::loadSettings() {
-  const QSettings settings(dataFile("/SkarnvisorDataFiles/Settings.ini"), QSettings::IniFormat);
+  const QSettings settings(settingsFile(), QSettings::IniFormat);
   m_splitWindow = settings.value(QStringLiteral("SplitWindow"), false).toBool();
 }
 

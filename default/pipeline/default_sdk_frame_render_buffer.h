@@ -16,6 +16,7 @@
 #include "default/pipeline/display_settings.h"
 #include "default/pipeline/frame_hooks.h"
 #include "default/pipeline/frame_picture.h"
+#include "default/pipeline/point_export.h"
 #include "default/pipeline/stack_allocation.h"
 #include "default/pipeline/type_traits.h"
 #include "default/telemetry/device_tables.h"
@@ -47,6 +48,7 @@ struct FrameDecodeParam;
 namespace tarvo::skarnvisor {
 
 class DefaultSDKParser;
+struct PictureHold;
 
 /// What QML sees of one lidar track: the vertices of the current frame, every display setting, the
 /// table models of the side panels and the lidar's capabilities. The parser fills it; each setting that
@@ -71,6 +73,9 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_PROPERTY(QMatrix4x4 selectionMatrix READ selectionMatrix WRITE setSelectionMatrix NOTIFY renderStateChanged)
   Q_PROPERTY(bool spreadSheetEnabled READ spreadSheetEnabled WRITE setSpreadSheetEnabled NOTIFY renderStateChanged)
   Q_PROPERTY(QAbstractTableModel *spreadSheetModel READ readSpreadSheetModel NOTIFY spreadSheetModelChanged)
+  Q_PROPERTY(QObject *pointExport READ pointExport CONSTANT)
+  /// False while the picture is still that of an earlier frame, since the one under the cursor has no visible point.
+  Q_PROPERTY(bool showsFrame READ showsFrame)
   Q_PROPERTY(QStringList colorModeTitles READ colorModeTitles NOTIFY colorModeTitlesChanged)
   Q_PROPERTY(int colorMode READ colorMode WRITE setColorMode NOTIFY colorModeChanged)
   Q_PROPERTY(int colorModeSplitWindow READ colorModeSplitWindow WRITE setColorModeSplitWindow NOTIFY
@@ -362,6 +367,14 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_INVOKABLE bool getPcdFieldEnabled(int index) const;
   Q_INVOKABLE void setPcdFieldEnabled(int index, bool enabled);
   Q_INVOKABLE QStringList getPcdFieldListString() const;
+  /// Writes the visible points of the picture, the selected ones while selecting, as an ASCII PCD file with the enabled
+  /// fields. Asks for the file without a path. False when cancelled or not written.
+  Q_INVOKABLE bool capture2PCD(QString filePath = QString());
+  /// The same beside the program's other work, told of by `pointExport`: a ".csv" file gets the point table, with only
+  /// the columns of `titles` where those are given. False when nothing starts: cancelled, or one is being written.
+  Q_INVOKABLE bool startExport(QString filePath = QString(), QStringList titles = {});
+  bool showsFrame() const { return !m_picture.frameWithheld; }
+  QObject *pointExport() const { return m_pointExport.get(); }
   Q_INVOKABLE void refreshCoordinateTransform();
   Q_INVOKABLE void refreshSelectionDisplay();
   Q_INVOKABLE void refreshSpreadSheetDisplay();
@@ -455,7 +468,11 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   FilterModel &filterModel() { return m_filterModel; }
   ChannelModel &channelModel() { return *m_channelModel; }
   SpreadSheetModel &spreadSheetModel() { return *m_spreadSheetModel; }
-  const QList<PcdFieldRecord> &pcdFields() const { return m_pcdFields; }
+  QList<PcdFieldRecord> pcdFields() const { return m_pcdFields.copy(); }
+  /// Replaces the dialog that asks for a PCD file; empty when cancelled.
+  void setFileQuestion(std::function<QString(const QString &preselected)> question) {
+    m_askForFile = std::move(question);
+  }
 
   /// The producer calls these around a decode. Between them a repeat parse is left to the run that follows,
   /// since the decoder is writing the points. `beginDecode` waits for a repeat parse under way.
@@ -572,6 +589,13 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   bool sizeDecodeFrame(int frames);
   void refilter(const PointPass &pass, std::size_t first, std::size_t count, Vertex *vertices);
   bool listsPoints() const;
+  /// Asks the user for a PCD file and remembers it; empty when cancelled.
+  QString askForFile() const;
+  /// Parses the shown frame again when it came by the fast path, which stores no points.
+  void storeShownPoints();
+  WriteOutcome writePicture(const QString &path, const PictureHold &hold, WriteProgress &progress) const;
+  /// Writes the frame just parsed while the per-frame export is on. On the parser's thread.
+  void exportDetail(double timestamp);
 
   std::atomic<tarvo::lidar::SDKSource *> m_source{nullptr};
   Snapshot<LidarTypeInfo> m_type;
@@ -599,7 +623,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
     bool spreadSheetEnabled = false;
     bool playByFrame = true;
   } m_beforeExport;
-  QList<PcdFieldRecord> m_pcdFields;
+  Snapshot<QList<PcdFieldRecord>> m_pcdFields;
+  std::function<QString(const QString &preselected)> m_askForFile;
   QSharedPointer<SpreadSheetModel> m_spreadSheetModel;
   QSharedPointer<ChannelModel> m_channelModel;
   QSharedPointer<MonitorModel> m_monitorModel;
@@ -613,7 +638,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// A parse was left to the next run. Written under m_parseMutex; who clears frameAllocationBusy looks at it next.
   std::atomic<bool> m_reparseOwed{false};
 
-  StackAllocation m_stackAllocation;  ///< the last member: its end waits for a worker that uses the others
+  std::unique_ptr<PointExport> m_pointExport;  ///< behind what its thread reads until it is gone
+  StackAllocation m_stackAllocation;           ///< the last member: its end waits for a worker that uses the others
 };
 
 }  // namespace tarvo::skarnvisor

@@ -13,7 +13,7 @@ namespace tarvo::skarnvisor {
 void DefaultSDKFrameRenderBuffer::addColumn(const PointColumn &column, int position) {
   if (!column.title.empty())
     m_spreadSheetModel->insertColumn(makeColumn(column, m_picture, m_settings.detailDecimals), position);
-  if (column.pcd) m_pcdFields.append(makePcdField(column));
+  if (column.pcd) m_pcdFields.update([&](auto &fields) { fields.append(makePcdField(column)); });
 }
 
 void DefaultSDKFrameRenderBuffer::addColumnAttribute(std::string name, int position) {
@@ -27,22 +27,28 @@ void DefaultSDKFrameRenderBuffer::removeColumnAttribute(std::string name) {
   if (name != "Ch") return;
   const QString title = QString::fromStdString(name);
   m_spreadSheetModel->removeColumn(title);
-  const auto field = std::find_if(m_pcdFields.begin(), m_pcdFields.end(),
-                                  [&](const PcdFieldRecord &record) { return record.name == title; });
-  if (field != m_pcdFields.end()) m_pcdFields.erase(field);
+  m_pcdFields.update([&](auto &fields) {
+    const auto field =
+        std::find_if(fields.begin(), fields.end(), [&](const PcdFieldRecord &record) { return record.name == title; });
+    if (field != fields.end()) fields.erase(field);
+  });
 }
 
 bool DefaultSDKFrameRenderBuffer::getPcdFieldEnabled(int index) const {
-  return index >= 0 && index < m_pcdFields.size() && m_pcdFields.at(index).enabled;
+  const auto fields = m_pcdFields.take();
+  return index >= 0 && index < fields->size() && fields->at(index).enabled;
 }
 
 void DefaultSDKFrameRenderBuffer::setPcdFieldEnabled(int index, bool enabled) {
-  if (index >= 0 && index < m_pcdFields.size()) m_pcdFields[index].enabled = enabled;
+  m_pcdFields.update([=](auto &fields) {
+    if (index >= 0 && index < fields.size()) fields[index].enabled = enabled;
+  });
 }
 
 QStringList DefaultSDKFrameRenderBuffer::getPcdFieldListString() const {
   QStringList names;
-  for (const PcdFieldRecord &field : m_pcdFields) names.append(field.name);
+  const auto fields = m_pcdFields.take();
+  for (const PcdFieldRecord &field : *fields) names.append(field.name);
   return names;
 }
 

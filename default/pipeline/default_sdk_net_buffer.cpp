@@ -4,10 +4,10 @@
 #include <QFileDialog>
 #include <QPalette>
 #include <QSettings>
-#include <QStandardPaths>
 
 #include "contracts/host/log.h"
 #include "contracts/host/time.h"
+#include "default/files/settings_file.h"
 
 SKARN_LOG_SOURCE("default/default_sdk_net_buffer");
 
@@ -16,11 +16,6 @@ namespace tarvo::skarnvisor {
 namespace {
 
 const QString lastRecordKey = QStringLiteral("LastSavePcapFilePath");
-
-QString settingsFile() {
-  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
-         QStringLiteral("/SkarnvisorDataFiles/Settings.ini");
-}
 
 QString dialogStyle(const QPalette &palette) {
   const QString window = palette.color(QPalette::Window).name();

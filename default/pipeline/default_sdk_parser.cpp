@@ -87,7 +87,7 @@ void DefaultSDKParser::parseLocked() {
 
   const std::optional<ParsedFrame> parsed = parsePoints(rb, *source, head, work);
   if (!parsed) return;
-  finishFrame(rb, *parsed);
+  finishFrame(rb, *parsed, source->frameTimestamp);
 }
 
 DefaultSDKParser::Work DefaultSDKParser::takeWork(DefaultSDKFrameRenderBuffer &rb, const SDKSource *source) const {
@@ -219,8 +219,10 @@ std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(Defau
   const auto points = std::span(source.points).first(pointNum);
   if (rb.useRgbMode() && rb.m_colors.scale.take()->autoScaleOn() && rb.autoScaleFrom(points))
     rb.announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
-  // Vertices that were filled before the ring came up have no canvas: the points are parsed like any others.
-  if (source.fastPathDone.exchange(false) && !rb.m_ring.active()) {
+  // Vertices that were filled before the ring came up have no canvas, and a frame of the fast path no stored points to
+  // export: such points are parsed like any others.
+  const bool needsPoints = rb.m_ring.active() || rb.m_settings.detailExportType >= 1;
+  if (source.fastPathDone.exchange(false) && !needsPoints) {
     picture.publishFast(parsed.pointCount, lasers);
     parsed.fastPath = true;
     return parsed;
@@ -254,9 +256,10 @@ std::optional<DefaultSDKParser::ParsedFrame> DefaultSDKParser::parsePoints(Defau
   return parsed;
 }
 
-void DefaultSDKParser::finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed) const {
+void DefaultSDKParser::finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed, double timestamp) const {
   if (!parsed.fastPath && rb.m_hooks.frameEnd) rb.m_hooks.frameEnd();
   rb.refreshSpreadSheetDisplay();
+  rb.exportDetail(timestamp);
   if (!parsed.fastPath) rb.updateRgbOverlay();
   rb.announce(&DefaultSDKFrameRenderBuffer::someSignalReceived);
 }

@@ -72,7 +72,7 @@ class DefaultSDKParser : public Functor {
   /// Nothing when the picture stays as it was.
   std::optional<ParsedFrame> parsePoints(DefaultSDKFrameRenderBuffer &rb, tarvo::lidar::SDKSource &source,
                                          const FrameHead &head, Work work) const;
-  void finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed) const;
+  void finishFrame(DefaultSDKFrameRenderBuffer &rb, const ParsedFrame &parsed, double timestamp) const;
 
   QSharedPointer<DefaultSDKFrameRenderBuffer> m_renderBuffer;
 };

@@ -29,6 +29,20 @@ QVariant cellOf(CellFormat format, double value, int decimals) {
   return {};
 }
 
+/// The same text as `cellOf` gives.
+void appendCell(CellFormat format, double value, int decimals, TextStream &text) {
+  switch (format) {
+    case CellFormat::Integer:
+      return text.append(static_cast<int>(value));
+    case CellFormat::Unsigned:
+      return text.append(static_cast<unsigned>(value));
+    case CellFormat::Decimals:
+      return text.appendDecimals(value, decimals);
+    case CellFormat::FiveDecimals:
+      return text.appendDecimals(value, 5);
+  }
+}
+
 }  // namespace
 
 ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, const Relaxed<int> &decimals) {
@@ -44,6 +58,10 @@ ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, 
   };
   record.ascending = [valueAt](int a, int b) { return valueAt(a) < valueAt(b); };
   record.descending = [valueAt](int a, int b) { return valueAt(a) > valueAt(b); };
+  record.text = [value = column.value, format = column.format, &picture, &decimals](std::uint32_t position,
+                                                                                    TextStream &text) {
+    if (position < picture.frameStore.size()) appendCell(format, value(picture.frameStore[position]), decimals, text);
+  };
   return record;
 }
 

@@ -1,0 +1,80 @@
+// A captured PCD file read by tools that other people wrote, where they are installed (python3-open3d, pcl-tools).
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include "tests/default_pipeline/parser_fixture.h"
+#include "tests/support/test_environment.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+struct Output {
+  int exitCode = -1;
+  QString text;
+};
+
+Output runTool(const QString &program, const QStringList &arguments) {
+  QProcess tool;
+  tool.setProcessChannelMode(QProcess::MergedChannels);
+  tool.start(program, arguments);
+  constexpr int limitMs = 120'000;
+  if (!tool.waitForFinished(limitMs)) return {};
+  return {tool.exitCode(), QString::fromLocal8Bit(tool.readAll())};
+}
+
+class IndependentReader : public ParserTest {
+ protected:
+  static constexpr int count = 5000;
+
+  /// Captures `count` points of all fields, x counting 0.25 m steps.
+  QString capture() {
+    std::vector<SDKPointInfo> points;
+    for (int i = 0; i < count; ++i) {
+      auto p = point(static_cast<float>(i) * 0.25F, -1.5F, 0.125F, static_cast<std::uint16_t>(i % 128 + 1));
+      p.timestamp = 1.7e9 + i;
+      p.intensity = static_cast<std::uint16_t>(i % 60'000);
+      points.push_back(p);
+    }
+    give(points);
+    parse();
+    for (int field = 0; field < rb.getPcdFieldListString().size(); ++field) rb.setPcdFieldEnabled(field, true);
+    const QString path = processFolder() + "/independent.pcd";
+    EXPECT_TRUE(rb.capture2PCD(path));
+    return path;
+  }
+};
+
+TEST_F(IndependentReader, Open3dReadsEveryPoint) {
+  if (runTool("python3", {"-c", "import open3d"}).exitCode != 0) GTEST_SKIP() << "python3-open3d is not installed";
+  const Output read = runTool("python3", {"-c",
+                                          "import sys, open3d, numpy\n"
+                                          "p = numpy.asarray(open3d.io.read_point_cloud(sys.argv[1]).points)\n"
+                                          "print(len(p), p[:, 0].sum(), p[:, 1].max(), p[-1][2])",
+                                          capture()});
+  EXPECT_EQ(read.text.trimmed().toStdString(),
+            QStringLiteral("%1 %2 -1.5 0.125").arg(count).arg(0.25 * count * (count - 1) / 2, 0, 'f', 1).toStdString());
+}
+
+TEST_F(IndependentReader, PclReadsEveryFieldOfEveryPoint) {
+  const QString tool = QStandardPaths::findExecutable("pcl_convert_pcd_ascii_binary");
+  if (tool.isEmpty()) GTEST_SKIP() << "pcl-tools is not installed";
+  const QString again = processFolder() + "/again.pcd";
+  const Output converted = runTool(tool, {capture(), again, "0"});  // read, then written as text by that tool
+  ASSERT_EQ(converted.exitCode, 0) << converted.text.toStdString();
+  QFile file(again);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray bytes = file.readAll();
+  EXPECT_TRUE(bytes.contains("POINTS " + QByteArray::number(count) + '\n'));
+  EXPECT_TRUE(
+      bytes.contains("FIELDS ring x y z intensity timestamp distance confidence azimuthCalib elevationCalib\n"));
+  const QList<QByteArray> last = bytes.trimmed().split('\n').last().split(' ');
+  ASSERT_EQ(last.size(), 10);
+  EXPECT_EQ(last[0].toInt(), (count - 1) % 128 + 1);
+  EXPECT_EQ(last[1].toDouble(), (count - 1) * 0.25);
+  EXPECT_EQ(last[4].toInt(), count - 1);
+  EXPECT_EQ(last[5].toDouble(), 1.7e9 + count - 1);
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

@@ -38,9 +38,13 @@ void addSensorPort(CLI::App &command, CaptureOptions &options) {
       ->check(CLI::Range(1, 65535));
 }
 
+void addFrames(CLI::App &command, CaptureOptions &options) {
+  addSpan(command, "--frames", options.frames, "Frames A:B, counted from 0, both included");
+}
+
 void addCutOptions(CLI::App &command, CaptureOptions &options) {
   CLI::Option_group *const what = command.add_option_group("what");
-  addSpan(*what, "--frames", options.frames, "Frames A:B, counted from 0, both included");
+  addFrames(*what, options);
   addSpan(*what, "--seconds", options.secondSpan, "Frames that begin from second A to second B of the capture");
   what->require_option(1);
   addSensorPort(command, options);

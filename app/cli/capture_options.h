@@ -21,7 +21,7 @@ struct Span {
 /// What the commands ask that work on captures and sockets themselves.
 struct CaptureOptions {
   int sensorPort = 0;  ///< of a capture with several sensors; 0: the first found
-  // cut
+  // cut, export
   std::optional<Span<int>> frames;
   std::optional<Span<double>> secondSpan;  ///< from the begin of the capture
   // record
@@ -33,6 +33,8 @@ struct CaptureOptions {
 
 /// Adds "--port" to a command on a capture.
 void addSensorPort(CLI::App &command, CaptureOptions &options);
+/// Adds "--frames", a span of frames.
+void addFrames(CLI::App &command, CaptureOptions &options);
 /// Add what "cut" and "record" take beside their files.
 void addCutOptions(CLI::App &command, CaptureOptions &options);
 void addRecordOptions(CLI::App &command, CaptureOptions &options);

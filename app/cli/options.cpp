@@ -178,6 +178,7 @@ Parser::Parser() {
   addTelemetry();
   addTypesCommand(m_app, m_options);
   addCalibration();
+  addExportCommand(m_app, m_options);
   CLI::App *view = m_app.add_subcommand("view", "Open the window (as does no command)");
   addText(*view, "file", m_options.file, "Capture (pcap, pcapng)");
   addText(*view, "--shot", m_options.shotFile, "Save a picture of the window with the first frame on it, and end");

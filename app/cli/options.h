@@ -5,12 +5,13 @@
 
 #include "app/cli/calibration_command.h"
 #include "app/cli/capture_options.h"
+#include "app/cli/export_command.h"
 #include "app/render/camera.h"
 #include "app/render/color_ramp.h"
 
 namespace tarvo::skarnvisor::app {
 
-enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry, Types, Calibration };
+enum class Command { View, Info, Render, Play, Cut, Record, Convert, Telemetry, Types, Calibration, Export };
 
 /// How a picture is to look.
 struct LookOptions {
@@ -47,6 +48,8 @@ struct Options {
   QString summaryFile;
   // telemetry
   QString csvFile;
+  // export
+  ExportOptions exports;
   // types
   QString lidarType;  ///< empty: the whole table
   // convert

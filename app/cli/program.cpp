@@ -78,6 +78,9 @@ int runWithoutWindow(const Options &options) {
       case Command::Calibration:
         fault = runCalibration(session, options.calibration);
         break;
+      case Command::Export:
+        fault = runExport(session, options);
+        break;
       case Command::Cut:
       case Command::Record:
       case Command::Types:

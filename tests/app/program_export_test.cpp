@@ -1,0 +1,93 @@
+// Points written by the program: one file a frame.
+#include <QDir>
+#include <QRegularExpression>
+
+#include "tests/app/program_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+constexpr const char *capture = "export.pcap";
+
+class ProgramExport : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    const ProgramResult made = runProgram(
+        QStringLiteral(SKARNVISOR_SIM),
+        {"--type", "KR2", "--channels", "32", "--columns", "450", "--frames", "6", "--port", "2411", "--out", capture});
+    ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+  }
+
+  static QByteArray contents(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+  static int pointsOf(const QByteArray &pcd) {
+    return QRegularExpression("POINTS (\\d+)").match(QString::fromLatin1(pcd)).captured(1).toInt();
+  }
+};
+
+TEST_F(ProgramExport, EachFrameBecomesAFile) {
+  const ProgramResult result = skarnvisor(
+      {"export", capture, "--frames", "1:3", "--format", "pcd", "--fields", "x,y,z,timestamp", "--out", "pcd"});
+  ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
+  EXPECT_EQ(result.out.toStdString(), "3 of 3 frames written to pcd\n");
+  EXPECT_EQ(QDir("pcd").entryList(QDir::Files), QStringList({"frame-0001.pcd", "frame-0002.pcd", "frame-0003.pcd"}));
+  const QByteArray first = contents("pcd/frame-0001.pcd");
+  EXPECT_TRUE(first.contains("FIELDS x y z timestamp\n"));
+  EXPECT_GT(pointsOf(first), 1000);
+  EXPECT_EQ(first.count('\n'), pointsOf(first) + 11);
+  EXPECT_NE(first, contents("pcd/frame-0002.pcd"));
+}
+
+TEST_F(ProgramExport, TheTableHasTheVisiblePointsToo) {
+  ASSERT_EQ(skarnvisor({"export", capture, "--format", "csv", "--out", "csv"}).exitCode, 0);
+  ASSERT_EQ(skarnvisor({"export", capture, "--frames", "0:0", "--format", "pcd", "--out", "csv"}).exitCode, 0);
+  EXPECT_EQ(QDir("csv").entryList({"*.csv"}).size(), 6);
+  const QByteArray table = contents("csv/frame-0000.csv");
+  EXPECT_TRUE(table.startsWith("Ch,AziCorr(deg),"));
+  EXPECT_EQ(table.count('\n'), pointsOf(contents("csv/frame-0000.pcd")) + 1);
+  ASSERT_EQ(skarnvisor({"export", capture, "--frames", "5:5", "--format", "csv", "--fields", "z,Ch", "--out", "csv"})
+                .exitCode,
+            0);
+  EXPECT_TRUE(contents("csv/frame-0005.csv").startsWith("z(m),Ch,\n"));
+}
+
+TEST_F(ProgramExport, AMatrixSelects) {
+  // Inside where |x|, |y| and |z| are below 8 m.
+  writeFile("box.txt", "1 0 0 0\n0 1 0 0\n0 0 1 0\n0, 0, 0, 8\n");
+  for (const char *format : {"pcd", "csv"})
+    ASSERT_EQ(skarnvisor({"export", capture, "--frames", "2:2", "--format", format, "--fields", "x,y,z", "--selected",
+                          "box.txt", "--out", "box"})
+                  .exitCode,
+              0);
+  const QByteArray pcd = contents("box/frame-0002.pcd");
+  const auto lines = pcd.mid(pcd.indexOf("DATA ascii\n") + 11).split('\n');
+  ASSERT_GT(pointsOf(pcd), 10);
+  for (int i = 0; i < pointsOf(pcd); ++i)
+    for (const QByteArray &value : lines[i].split(' ')) ASSERT_LT(std::abs(value.toDouble()), 8.0) << lines[i].data();
+  EXPECT_EQ(contents("box/frame-0002.csv").count('\n'), pointsOf(pcd) + 1);
+}
+
+TEST_F(ProgramExport, SaysInOneSentenceWhatIsWrong) {
+  writeFile("short.txt", "1 0 0\n");
+  struct Case {
+    QStringList arguments;
+    const char *sentence;
+  };
+  QDir().mkpath("closed/frame-0000.pcd");
+  for (const Case &c : {Case{{"--format", "pcd", "--fields", "x,q", "--out", "o"}, "there is no field \"q\""},
+                        Case{{"--format", "csv", "--fields", "q", "--out", "o"}, "there is no column \"q\""},
+                        Case{{"--format", "pcd", "--frames", "3:9", "--out", "o"}, "there is no frame 9"},
+                        Case{{"--format", "pcd", "--selected", "short.txt", "--out", "o"}, "sixteen numbers"},
+                        Case{{"--format", "pcd", "--out", "/proc/points"}, "the folder /proc/points cannot be made"},
+                        Case{{"--format", "pcd", "--out", "closed"}, "closed/frame-0000.pcd could not be written: "}}) {
+    const ProgramResult result = skarnvisor(QStringList{"export", capture} + c.arguments);
+    EXPECT_EQ(result.exitCode, 1) << c.sentence;
+    EXPECT_TRUE(result.err.contains(c.sentence)) << result.err.toStdString();
+    EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

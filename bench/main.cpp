@@ -99,6 +99,7 @@ int main(int argc, char **argv) {
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);
   tarvo::skarnvisor::bench::addStackMeasures(measures);
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);
+  tarvo::skarnvisor::bench::addExportMeasures(measures);
   tarvo::skarnvisor::bench::addTelemetryMeasures(measures);
 
   const std::string filter = argc > 1 ? argv[1] : "";

@@ -30,6 +30,9 @@ void addDecodeMeasures(std::vector<Measure> &measures);
 /// Measures of captures as they come: big, cut, live.
 void addCaptureMeasures(std::vector<Measure> &measures);
 
+/// Measures of what is written to files.
+void addExportMeasures(std::vector<Measure> &measures);
+
 /// Measures of the readers of point files.
 void addPointFileMeasures(std::vector<Measure> &measures);
 

@@ -9,6 +9,8 @@
 namespace tarvo::skarnvisor::test {
 namespace {
 
+constexpr const char *debianPython = "/usr/bin/python3";
+
 struct Output {
   int exitCode = -1;
   QString text;
@@ -46,12 +48,12 @@ class IndependentReader : public ParserTest {
 };
 
 TEST_F(IndependentReader, Open3dReadsEveryPoint) {
-  if (runTool("python3", {"-c", "import open3d"}).exitCode != 0) GTEST_SKIP() << "python3-open3d is not installed";
-  const Output read = runTool("python3", {"-c",
-                                          "import sys, open3d, numpy\n"
-                                          "p = numpy.asarray(open3d.io.read_point_cloud(sys.argv[1]).points)\n"
-                                          "print(len(p), p[:, 0].sum(), p[:, 1].max(), p[-1][2])",
-                                          capture()});
+  if (runTool(debianPython, {"-c", "import open3d"}).exitCode != 0) GTEST_SKIP() << "python3-open3d is not installed";
+  const Output read = runTool(debianPython, {"-c",
+                                             "import sys, open3d, numpy\n"
+                                             "p = numpy.asarray(open3d.io.read_point_cloud(sys.argv[1]).points)\n"
+                                             "print(len(p), p[:, 0].sum(), p[:, 1].max(), p[-1][2])",
+                                             capture()});
   EXPECT_EQ(read.text.trimmed().toStdString(),
             QStringLiteral("%1 %2 -1.5 0.125").arg(count).arg(0.25 * count * (count - 1) / 2, 0, 'f', 1).toStdString());
 }
@@ -60,7 +62,7 @@ TEST_F(IndependentReader, PclReadsEveryFieldOfEveryPoint) {
   const QString tool = QStandardPaths::findExecutable("pcl_convert_pcd_ascii_binary");
   if (tool.isEmpty()) GTEST_SKIP() << "pcl-tools is not installed";
   const QString again = processFolder() + "/again.pcd";
-  const Output converted = runTool(tool, {capture(), again, "0"});  // read, then written as text by that tool
+  const Output converted = runTool(tool, {capture(), again, "1"});  // read, then written packed by that tool
   ASSERT_EQ(converted.exitCode, 0) << converted.text.toStdString();
   QFile file(again);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -68,12 +70,18 @@ TEST_F(IndependentReader, PclReadsEveryFieldOfEveryPoint) {
   EXPECT_TRUE(bytes.contains("POINTS " + QByteArray::number(count) + '\n'));
   EXPECT_TRUE(
       bytes.contains("FIELDS ring x y z intensity timestamp distance confidence azimuthCalib elevationCalib\n"));
-  const QList<QByteArray> last = bytes.trimmed().split('\n').last().split(' ');
-  ASSERT_EQ(last.size(), 10);
-  EXPECT_EQ(last[0].toInt(), (count - 1) % 128 + 1);
-  EXPECT_EQ(last[1].toDouble(), (count - 1) * 0.25);
-  EXPECT_EQ(last[4].toInt(), count - 1);
-  EXPECT_EQ(last[5].toDouble(), 1.7e9 + count - 1);
+  constexpr int record = 2 + 3 * 4 + 2 + 8 + 4 + 2 + 2 * 4;
+  ASSERT_EQ(bytes.size(), bytes.indexOf("DATA binary\n") + 12 + count * record);
+  const char *const last = bytes.constData() + bytes.size() - record;
+  std::uint16_t lastRing;
+  float lastX;
+  double lastTime;
+  std::memcpy(&lastRing, last, sizeof lastRing);
+  std::memcpy(&lastX, last + 2, sizeof lastX);
+  std::memcpy(&lastTime, last + 16, sizeof lastTime);
+  EXPECT_EQ(lastRing, (count - 1) % 128 + 1);
+  EXPECT_EQ(lastX, (count - 1) * 0.25F);
+  EXPECT_EQ(lastTime, 1.7e9 + count - 1);
 }
 
 }  // namespace

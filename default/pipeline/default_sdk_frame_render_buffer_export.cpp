@@ -73,11 +73,11 @@ bool DefaultSDKFrameRenderBuffer::startExport(QString filePath, QStringList titl
   if (m_pointExport->running()) return false;
   if (filePath.isEmpty()) filePath = askForFile();
   if (filePath.isEmpty()) return false;
+  storeShownPoints();
   if (filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
     return m_pointExport->start([this, filePath, titles](WriteProgress &progress) {
       return m_spreadSheetModel->writeTable(filePath, titles, progress);
     });
-  storeShownPoints();
   return m_pointExport->start([this, filePath](WriteProgress &progress) {
     const WriteOutcome outcome = writePicture(filePath, {.points = wholeFramePoints}, progress);
     tell(filePath, outcome);

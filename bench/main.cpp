@@ -96,6 +96,7 @@ int main(int argc, char **argv) {
   std::vector<Measure> measures;
   tarvo::skarnvisor::bench::addFrameMeasures(measures);
   tarvo::skarnvisor::bench::addDecodeMeasures(measures);
+  tarvo::skarnvisor::bench::addFilterMeasures(measures);
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);
   tarvo::skarnvisor::bench::addStackMeasures(measures);
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);

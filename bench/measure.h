@@ -27,6 +27,9 @@ void addFrameMeasures(std::vector<Measure> &measures);
 /// Measures of the runtime on a capture: decode and index.
 void addDecodeMeasures(std::vector<Measure> &measures);
 
+/// Measures of the decoder's filters.
+void addFilterMeasures(std::vector<Measure> &measures);
+
 /// Measures of captures as they come: big, cut, live.
 void addCaptureMeasures(std::vector<Measure> &measures);
 

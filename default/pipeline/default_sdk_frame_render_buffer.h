@@ -550,7 +550,6 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void installHooks();
   void storeTransform(float &field, float value);
   void forwardFilter(const std::function<void(tarvo::lidar::SvSdkRuntime &)> &setting);
-  void askForFilteredDecode(bool on);
   /// `keepDefault`: the default file of the type follows what is loaded.
   bool takeCorrections(const QString &path, bool keepDefault);
   bool takeFiretimes(const QString &path, bool keepDefault);

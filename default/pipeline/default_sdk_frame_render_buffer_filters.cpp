@@ -31,6 +31,14 @@ void takeNumbers(const QVariantList &list, int first, Places &to) {
   for (auto &place : to) place = list[first++].template value<std::decay_t<decltype(place)>>();
 }
 
+/// The next decode takes up a filter that has been switched on.
+void askForFilteredDecode(SvSdkRuntime &decoder) {
+  auto *const frame = decoder.DecodeFrame();
+  if (frame == nullptr) return;
+  const std::lock_guard lock(frame->mutex);
+  frame->popoutRefresh = 1;
+}
+
 }  // namespace
 
 void Rb::forwardFilter(const std::function<void(SvSdkRuntime &)> &setting) {
@@ -38,18 +46,11 @@ void Rb::forwardFilter(const std::function<void(SvSdkRuntime &)> &setting) {
   announce(&Rb::renderStateChanged);
 }
 
-/// The next decode takes up a filter that has been switched on.
-void Rb::askForFilteredDecode(bool on) {
-  auto *const decoder = on ? runtime() : nullptr;
-  auto *const frame = decoder != nullptr ? decoder->DecodeFrame() : nullptr;
-  if (frame == nullptr) return;
-  const std::lock_guard lock(frame->mutex);
-  frame->popoutRefresh = 1;
-}
-
 void Rb::setVd8PopoutFilterFlag(bool flag) {
-  askForFilteredDecode(flag);
-  forwardFilter([flag](SvSdkRuntime &decoder) { decoder.SetPopoutFilterFlag(flag); });
+  forwardFilter([flag](SvSdkRuntime &decoder) {
+    decoder.SetPopoutFilterFlag(flag);
+    if (flag) askForFilteredDecode(decoder);
+  });
 }
 
 void Rb::setVd8PopoutFilterHighlight(bool flag) {
@@ -65,8 +66,10 @@ void Rb::setPopoutFilterConfig(QVariantList list) {
 }
 
 void Rb::setVd2OfflineFilterFlag(bool flag) {
-  askForFilteredDecode(flag);
-  forwardFilter([flag](SvSdkRuntime &decoder) { decoder.SetOfflineFilterFlag(flag); });
+  forwardFilter([flag](SvSdkRuntime &decoder) {
+    decoder.SetOfflineFilterFlag(flag);
+    if (flag) askForFilteredDecode(decoder);
+  });
 }
 
 void Rb::setVd8OffineFilterFlag(bool flag) {

@@ -143,7 +143,7 @@ const LidarTypeChain &baseTypeChain() {
   static const LidarTypeChain chain = [] {
     std::vector<LidarTypeRow> rows = mechanicalRows();
     for (LidarTypeRow &row : modernRows()) rows.push_back(std::move(row));
-    return LidarTypeChain{.rows = std::move(rows), .corrections = CorrectionsStep::WhenNamed};
+    return LidarTypeChain{.rows = std::move(rows), .corrections = CorrectionsStep::WhenNamed, .energyDeduct = true};
   }();
   return chain;
 }

@@ -7,6 +7,8 @@
 
 #include "contracts/host/log.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
+#include "default/families/default_sdk_KR_parser.h"
+#include "default/families/energy_deduct_files.h"
 #include "default/pipeline/default_sdk_frame_render_buffer.h"
 #include "default/types/calibration_file_names.h"
 
@@ -132,6 +134,9 @@ void configureLidarType(const LidarTypeChain &chain, QObject * /*loader*/, Defau
   bringInStep(chain, files, type, renderBuffer, source);
   if (chain.nonlinearMapping && renderBuffer.nonlinearMappingUseful())
     nameNonlinearMapping(type, dataRoot, renderBuffer);
+  const auto *const kr = chain.energyDeduct ? qobject_cast<DefaultKRFrameRenderBuffer *>(&renderBuffer) : nullptr;
+  if (kr != nullptr && kr->energyDeductFilterFlag() && renderBuffer.runtime() != nullptr)
+    loadEnergyDeductFiles(dataRoot, renderBuffer.runtime()->Params());
   Q_EMIT renderBuffer.qmlControlChanged();
 }
 

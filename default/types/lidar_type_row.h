@@ -69,6 +69,7 @@ struct LidarTypeChain {
   std::vector<CapabilityChange> everyTypeLast{};  ///< after the rows
   CorrectionsStep corrections = CorrectionsStep::Always;
   bool dcf = true;                ///< a type with a DCF file has it brought in step
+  bool energyDeduct = false;  ///< a lidar of the KR pipeline with that filter gets its data files read
   bool nonlinearMapping = false;  ///< a type with `nonlinearMappingUseful` gets its mapping file named
 
   /// The first row that names the type; null for a type without one.

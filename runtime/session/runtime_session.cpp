@@ -111,7 +111,9 @@ void RuntimeSession::calibrationFound(const CalibrationBlob &blob) {
   // What the user has loaded stays. Corrections count by their table: the flag alone says only that none is needed.
   const bool taken = blob.kind == CalibrationKind::Corrections ? store_.snapshot()->corrections != nullptr
                                                                : store_.isLoaded(blob.kind);
-  if (taken || store_.loadBytes(blob.kind, blob.bytes, captureName_) != 0) return;
+  std::atomic<bool> &standsIn = standsIn_[static_cast<std::size_t>(blob.kind)];
+  if ((taken && !standsIn) || store_.loadBytes(blob.kind, blob.bytes, captureName_) != 0) return;
+  standsIn = false;
   switch (blob.kind) {
     case CalibrationKind::Corrections:
       source_.correctionExportPending = true;
@@ -178,6 +180,7 @@ int RuntimeSession::framesInside(double seconds, int last) const {
 }
 
 bool RuntimeSession::start(int first, int count) {
+  asked_ = true;
   source_.frameReady = false;
   decoder_.post({first, count});
   // Whoever asked looks for the frame in steps of 5 ms: one that is there by the first look costs no step.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <memory>
 #include <mutex>
@@ -116,6 +117,7 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   bool openCapture(const DriverParam &param);
   bool openLive(const DriverParam &param);
   bool refuse(const std::string &reason);
+  int loadFile(CalibrationKind kind, const std::string &path);
   void decodeFrames(const DecodeRequest &request, const std::function<bool()> &giveUp);
   int framesInside(double seconds, int last) const;
   bool start(int first, int count);
@@ -126,6 +128,9 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   DecodeParams params_;
   DecodedFrame frame_;
   CalibrationStore store_;
+  // By kind: a file loaded before anybody asked for a frame stands in until the source brings its own.
+  std::array<std::atomic<bool>, wire::calibrationKinds> standsIn_{};
+  std::atomic<bool> asked_{false};  // a frame has been asked for
   FilterControls filters_;
   DeviceSession device_;
   std::mutex ispMutex_;  // held while image-signal work runs or its files change

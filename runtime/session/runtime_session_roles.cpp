@@ -69,18 +69,20 @@ bool RuntimeSession::IsFiretimesLoadSuccess() const { return store_.isLoaded(Cal
 bool RuntimeSession::IsDcfLoadSuccess() const { return store_.isLoaded(CalibrationKind::Dcf); }
 void RuntimeSession::SetCorrectionLoadFlag(bool loaded) { store_.setCorrectionLoaded(loaded); }
 
-int RuntimeSession::LoadCorrectionFile(const std::string &path) {
-  return store_.loadFile(CalibrationKind::Corrections, path);
+int RuntimeSession::loadFile(CalibrationKind kind, const std::string &path) {
+  const int result = store_.loadFile(kind, path);
+  if (result == 0) standsIn_[static_cast<std::size_t>(kind)] = !asked_;
+  return result;
 }
-int RuntimeSession::LoadFiretimesFile(const std::string &path) {
-  return store_.loadFile(CalibrationKind::Firetimes, path);
-}
-int RuntimeSession::LoadDcfConfigFile(const std::string &path) { return store_.loadFile(CalibrationKind::Dcf, path); }
+
+int RuntimeSession::LoadCorrectionFile(const std::string &path) { return loadFile(CalibrationKind::Corrections, path); }
+int RuntimeSession::LoadFiretimesFile(const std::string &path) { return loadFile(CalibrationKind::Firetimes, path); }
+int RuntimeSession::LoadDcfConfigFile(const std::string &path) { return loadFile(CalibrationKind::Dcf, path); }
 int RuntimeSession::LoadNonlinearMappingFile(const std::string &path) {
-  return store_.loadFile(CalibrationKind::NonlinearMapping, path);
+  return loadFile(CalibrationKind::NonlinearMapping, path);
 }
 int RuntimeSession::LoadChannelConfigFile(const std::string &path) {
-  return store_.loadFile(CalibrationKind::ChannelConfig, path);
+  return loadFile(CalibrationKind::ChannelConfig, path);
 }
 
 int RuntimeSession::ExportCorrectionsFile(const std::string &path, int) {

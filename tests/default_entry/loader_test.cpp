@@ -156,6 +156,23 @@ TEST(Loader, EachFamilyGetsItsOwnPipeline) {
   }
 }
 
+TEST(Loader, ATypeWithAStrayByteIsAnUnknownTypeUnderItsOwnName) {
+  struct Case {
+    std::string type;
+    const char *category;
+  };
+  for (const Case &c : {Case{std::string("KR2\0", 4), "DefaultKRCategory"}, Case{"KR2\x01", "DefaultKRCategory"},
+                        Case{"\xEF\xBB\xBFKR2", "DefaultSDKCategory"}, Case{"FMCW\n", "DefaultSDKCategory"}}) {
+    Opening opening(c.type);
+    (*opening.loader)();
+    ASSERT_EQ(opening.root.subCategories().size(), 1) << c.type;
+    const Category::Instance &made = *opening.root.subCategories().constFirst();
+    EXPECT_EQ(made.category(), c.category);
+    EXPECT_EQ(made.key(), QString::fromLocal8Bit(c.type.data(), static_cast<int>(c.type.size())) + "2368");
+    EXPECT_EQ(opening.source->familyLabel, "");
+  }
+}
+
 TEST(Loader, WiresThePipelineOfACapture) {
   Opening opening("KR6_31_52");
   opening.runtime->Params().write(

@@ -55,7 +55,7 @@ class FileRuntime : public tarvo::test::InertRuntime {
 const QString folder = QStringLiteral("/SkarnvisorDataFiles/correction/");
 
 void put(const QString &below, const QByteArray &bytes) {
-  const QString path = documentsFolder() + folder + below;
+  const QString path = QDir::cleanPath(documentsFolder() + folder + below);
   QDir().mkpath(QFileInfo(path).absolutePath());
   QFile file(path);
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -172,6 +172,22 @@ TEST_F(TypeFiles, AnImportKeepsTheDefaultInStepWithItsSuffix) {
   open(LidarFamily::KR, "NBQ_COLOR_V3", false);
   EXPECT_TRUE(parser->defaultSDKFrameBuffer()->importFiretimesFile(documentsFolder() + folder + "chosen/isp.csv"));
   EXPECT_EQ(contentOf("nbq_rgb_isp/nbq_rgb_isp_config.csv"), "chosen");
+}
+
+TEST_F(TypeFiles, EnergyDeductDataIsReadForALidarWithThatFilterOnly) {
+  put("../energy_deduct/dist_coef.csv", "distance,dist_coef\n1,0.5\n2,0.25\n");
+  put("../energy_deduct/reflectivity_config.csv", "reflectivity_raw,reflectivity_nonlinear_mapped\n200,7\n");
+  open(LidarFamily::KR, "KR2", false);
+  DefaultSDKFrameRenderBuffer &buffer = *parser->defaultSDKFrameBuffer();
+  configureLidarType(baseTypeChain(), nullptr, buffer, "KR2", 6, *source);
+  EXPECT_TRUE(source->runtime->Params().snapshot().energyDeduct.kernel.empty());
+  ASSERT_TRUE(buffer.setCapability("energyDeductFilterFlag", true));
+  configureLidarType(baseTypeChain(), nullptr, buffer, "KR2", 6, *source);
+  const lidar::EnergyDeductParam data = source->runtime->Params().snapshot().energyDeduct;
+  EXPECT_THAT(data.distCoefficients, ElementsAre(0.5F, 0.25F));
+  EXPECT_EQ(data.kernel.size(), 17U * 17U) << "the built-in kernel, as there is no file";
+  EXPECT_EQ(data.byteLookup[200], 7);
+  EXPECT_TRUE(data.byteLookupLoaded && !data.floatLookupLoaded);
 }
 
 TEST(TypeNames, AStrayByteMatchesNothing) {

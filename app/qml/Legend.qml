@@ -1,47 +1,67 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-Column {
+// The ramp with its values. The lock keeps the range for the colour mode; a double click fits it.
+Rectangle {
     id: legend
-    spacing: 6
-
+    property var scale
+    readonly property bool shown: viewer.ready && window.legendShown && !scale.rgb
+    visible: shown
+    width: content.width + 16
+    height: content.height + 16
+    radius: 4
     // The points behind would make the numbers hard to read.
-    Rectangle {
-        parent: legend.parent
-        anchors { fill: legend; margins: -8 }
-        visible: legend.visible
-        color: "#b0101418"
-        z: -1
+    color: theme.veil
+
+    Column {
+        id: content
+        anchors.centerIn: parent
+        spacing: 6
+        Row {
+            anchors.right: parent.right
+            spacing: 4
+            Label { text: legend.scale.legendTitle; font.pixelSize: 13 }
+            Label { visible: legend.scale.locked; text: "\u25a3"; font.pixelSize: 11; color: theme.accent; anchors.verticalCenter: parent.verticalCenter }
+        }
+        Row {
+            anchors.right: parent.right
+            spacing: 8
+            // From the top down, so the colours and the values are taken from their end.
+            Column {
+                Repeater {
+                    model: legend.scale.legendColors
+                    Rectangle { width: 14; height: 5; color: legend.scale.legendColors[legend.scale.legendColors.length - 1 - index] }
+                }
+            }
+            Item {
+                id: ticks
+                width: 52
+                height: 5 * legend.scale.legendColors.length
+                Repeater {
+                    model: legend.scale.legendTicks
+                    Label {
+                        y: ticks.height * (1 - index / (legend.scale.legendTicks.length - 1)) - height / 2
+                        text: modelData
+                        font.pixelSize: 12
+                    }
+                }
+            }
+        }
     }
-
-    Label { anchors.right: parent.right; text: viewer.legendTitle; font.pixelSize: 13 }
-
-    Row {
-        anchors.right: parent.right
-        spacing: 8
-        // From the top down, so the colours and the values are taken from their end.
-        Column {
-            Repeater {
-                model: viewer.legendColors
-                Rectangle {
-                    width: 14
-                    height: 11
-                    color: viewer.legendColors[viewer.legendColors.length - 1 - index]
-                }
-            }
-        }
-        Item {
-            id: ticks
-            width: 48
-            height: 11 * viewer.legendColors.length
-            Repeater {
-                model: viewer.legendTicks
-                Label {
-                    y: ticks.height * (1 - index / (viewer.legendTicks.length - 1)) - height / 2
-                    text: modelData
-                    font.pixelSize: 12
-                }
-            }
-        }
+    MouseArea {
+        id: mouse
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: if (mouse.button === Qt.RightButton) menu.popup()
+        onDoubleClicked: legend.scale.fit()
+        ToolTip.visible: containsMouse
+        ToolTip.delay: 800
+        ToolTip.text: "Double click: fit to what is shown. Right click: more"
+    }
+    Menu {
+        id: menu
+        MenuItem { text: "Fit to what is shown"; onTriggered: legend.scale.fit() }
+        MenuItem { text: "Lock this range"; checkable: true; checked: legend.scale.locked; onTriggered: legend.scale.locked = checked }
     }
 }

@@ -1,24 +1,56 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import Skarnvisor 1.0
+import "parts"
 
+// What is open and how it goes; an error takes the line until it is clicked away, a job shows how far it is.
 Rectangle {
+    id: line
     readonly property bool failed: viewer.error.length > 0
-    height: 26
-    color: failed ? "#5a1f24" : "#14181d"
+    readonly property string toolHint: canvas.tool === CloudCanvas.Select ? "Draw a band over points, or click one; Escape ends"
+        : canvas.tool === CloudCanvas.Ruler ? "Click two points to measure; Escape ends" : ""
+    height: 28
+    color: failed ? theme.errorBack : theme.bar
 
-    Label {
-        objectName: "statusLabel"
-        anchors { left: parent.left; right: counts.left; verticalCenter: parent.verticalCenter; leftMargin: 10; rightMargin: 10 }
-        text: failed ? viewer.error : viewer.opening ? "Opening ..." : viewer.statusText
-        color: failed ? "#ffd7d9" : "#9fb4c8"
-        font.pixelSize: 12
-        elide: Text.ElideRight
+    RowLayout {
+        anchors { fill: parent; leftMargin: 10; rightMargin: 10 }
+        spacing: 14
+
+        Label {
+            objectName: "statusLabel"
+            Layout.fillWidth: true
+            text: line.failed ? viewer.error
+                : viewer.opening ? "Opening \u2026"
+                : line.toolHint.length > 0 ? line.toolHint
+                : notice.fresh ? viewer.notice
+                : viewer.ready ? viewer.title + "   " + viewer.statusText : "Open a capture with Ctrl+O, or press ? for the keys"
+            color: line.failed ? theme.errorText : theme.faint
+            font.pixelSize: 12
+            elide: Text.ElideRight
+            Accessible.role: line.failed ? Accessible.AlertMessage : Accessible.StaticText
+            Accessible.name: text
+            MouseArea { anchors.fill: parent; enabled: line.failed; onClicked: viewer.clearError() }
+        }
+        PushButton { visible: line.failed; text: "Dismiss"; implicitHeight: 22; onClicked: viewer.clearError() }
+
+        // A long job: what, how far, and the way out.
+        Row {
+            visible: jobs.running || viewer.indexing
+            spacing: 8
+            Label {
+                objectName: "jobText"
+                anchors.verticalCenter: parent.verticalCenter
+                font.pixelSize: 12
+                text: jobs.running ? (jobs.cancelling ? "Ending: " : "") + jobs.text : "Reading, " + viewer.timeline.frameCount + " frames found"
+            }
+            ProgressBar { anchors.verticalCenter: parent.verticalCenter; width: 90; indeterminate: !jobs.running || jobs.share < 0; value: Math.max(0, jobs.share) }
+            PushButton { objectName: "cancelJob"; text: "Cancel"; implicitHeight: 22; enabled: !jobs.cancelling; onClicked: jobs.running ? jobs.cancel() : viewer.close() }
+        }
+        Label { visible: viewer.recording; text: viewer.recordingText; font.pixelSize: 12; color: "#e0555f" }
+        Label { objectName: "lossLabel"; visible: viewer.lossText.length > 0; text: viewer.lossText; font.pixelSize: 12; color: theme.dark ? "#ffc46b" : "#8a5a00" }
+        Label { objectName: "countLabel"; text: viewer.countText; font.pixelSize: 12 }
     }
-    Label {
-        id: counts
-        anchors { right: parent.right; verticalCenter: parent.verticalCenter; rightMargin: 10 }
-        text: viewer.countText
-        font.pixelSize: 12
-    }
-    MouseArea { anchors.fill: parent; enabled: failed; onClicked: viewer.clearError() }
+    Timer { id: notice; property bool fresh: running; interval: 6000 }
+    Connections { target: viewer; function onNoticeChanged() { notice.restart() } }
 }

@@ -1,82 +1,176 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
-import QtQuick.Dialogs 1.3
+import QtQuick.Layouts 1.15
 import Skarnvisor 1.0
+import "parts"
+import "panels"
 
 ApplicationWindow {
     id: window
-    width: 1280
-    height: 800
-    minimumWidth: 640
-    minimumHeight: 400
+    width: prefs.value("width", 1360)
+    height: prefs.value("height", 860)
+    minimumWidth: 720
+    minimumHeight: 480
     visible: true
     title: viewer.title ? viewer.title + " - Skarnvisor" : "Skarnvisor"
-    color: "#101418"
+    color: theme.window
     palette {
-        window: "#1b2026"; windowText: "#d6dce2"
-        base: "#14181d"; alternateBase: "#20262d"; text: "#d6dce2"
-        button: "#2a3139"; buttonText: "#d6dce2"; brightText: "white"
-        light: "#3a434d"; mid: "#3a434d"; dark: "#101317"
-        highlight: "#3d8bd9"; highlightedText: "white"
-        toolTipBase: "#2a3139"; toolTipText: "#d6dce2"
+        window: theme.window; windowText: theme.text
+        base: theme.field; alternateBase: theme.row; text: theme.text
+        button: theme.dark ? "#2a3139" : "#e1e5e9"; buttonText: theme.text; brightText: "white"
+        light: theme.dark ? "#3a434d" : "#ffffff"; mid: theme.dark ? "#3a434d" : "#c2c8ce"; dark: theme.dark ? "#101317" : "#a4acb4"
+        midlight: theme.dark ? "#323a43" : "#e8ebee"
+        highlight: theme.accent; highlightedText: "white"
+        toolTipBase: theme.dark ? "#2a3139" : "#fffbe6"; toolTipText: theme.text
     }
 
-    Shortcut { sequence: "Space"; onActivated: viewer.timeline.togglePlaying() }
-    Shortcut { sequence: "Left"; onActivated: viewer.timeline.stepFrames(-1) }
-    Shortcut { sequence: "Right"; onActivated: viewer.timeline.stepFrames(1) }
-    Shortcut { sequence: "Home"; onActivated: viewer.timeline.first() }
-    Shortcut { sequence: "End"; onActivated: viewer.timeline.last() }
-    Shortcut { sequence: StandardKey.Open; onActivated: openDialog.open() }
+    property bool legendShown: prefs.value("legend", true)
+    property bool statsShown: prefs.value("stats", false)
+    property bool dockShown: prefs.value("dock", true)
+    property bool tableShown: prefs.value("table", false)
+    property bool exporting: false
+    property var exporter: null
+    readonly property var buffer: viewer.buffer
+    // While a control has the keyboard, its keys are its own.
+    readonly property bool keysFree: activeFocusItem === null || activeFocusItem.focusPolicy === undefined
+    readonly property Item focusHome: canvasView.canvas
+    readonly property var viewerObject: viewer
 
-    FileDialog {
-        id: openDialog
-        title: "Open a capture"
-        nameFilters: ["Captures (*.pcap *.pcapng)", "All files (*)"]
-        onAccepted: viewer.openUrl(fileUrl)
+    Theme { id: theme; objectName: "theme"; dark: prefs.value("dark", true); onDarkChanged: window.applyTheme() }
+    FileChooser { id: chooser; objectName: "chooser" }
+    LiveDialog { id: liveDialog }
+    CutDialog { id: cutDialog }
+    HelpSheet { id: help }
+    Shortcuts { id: shortcuts }
+
+    function applyTheme() {
+        app.setDark(theme.dark)
+        viewer.setCanvasColors(theme.canvas, theme.grid)
+    }
+    function setTheme(dark) { theme.dark = dark; prefs.setValue("dark", dark) }
+    function openFile() { chooser.ask("Open a capture or a point file", ["Captures and point files (*.pcap *.pcapng *.pcd *.ply *.bin)", "All files (*)"], false, viewer.openUrl) }
+    function openFolder() { chooser.askFolder("Open a folder of point files", viewer.openUrl) }
+    function openLive() { liveDialog.open() }
+    function showTable(on) {
+        tableShown = on
+        prefs.setValue("table", on)
+        window.syncTable()
+    }
+    function showDock(on) { dockShown = on; prefs.setValue("dock", on) }
+    function toggleFullScreen() { visibility = visibility === ApplicationWindow.FullScreen ? ApplicationWindow.Windowed : ApplicationWindow.FullScreen }
+    // Escape puts away what came last.
+    function stepBack() {
+        if (!keysFree) canvas.forceActiveFocus()
+        else if (viewer.error.length > 0) viewer.clearError()
+        else if (canvas.tool !== CloudCanvas.Orbit) { canvas.tool = CloudCanvas.Orbit; ruler.clear() }
+        else if (buffer && buffer.selectEnabled) buffer.selectEnabled = false
+        else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
+    }
+    // The point table is filled only while it is seen.
+    function syncTable() { if (buffer && buffer.spreadSheetEnabled !== tableShown) buffer.spreadSheetEnabled = tableShown }
+    // Tests and colours the points that are shown again: each call serves its own kind of picture.
+    function refilter() {
+        if (!buffer) return
+        if (typeof buffer.filterSinglePoints === "function") { buffer.filterSinglePoints(); buffer.filterMultiPoints() }
+        buffer.renderStateChanged()
+    }
+    function screenshot() {
+        chooser.ask("Save a picture of the window", ["Pictures (*.png)"], true, function (url) {
+            if (app.saveShot(url)) viewer.tell("Picture saved")
+            else viewer.fail("The picture could not be saved: choose a folder that you may write to.")
+        })
+    }
+    function startFrameExport(target, type, url) {
+        exporter = target
+        target.setDetailExport(true, type, url)
+        exporting = true
+        viewer.tell("Each frame that is played is saved; press play")
+    }
+    function endFrameExport() {
+        if (exporting && exporter) exporter.setDetailExport(false, 0, "")
+        exporting = false
+        exporter = null
     }
 
-    header: ToolStrip {
-        onOpenRequested: openDialog.open()
-        onViewChosen: canvas.setView(name)
+    onBufferChanged: { exporting = false; exporter = null; if (buffer) syncTable() }
+    onVisibilityChanged: if (visibility === ApplicationWindow.Windowed) geometryTimer.restart()
+    onWidthChanged: geometryTimer.restart()
+    onHeightChanged: geometryTimer.restart()
+    Timer {
+        id: geometryTimer
+        interval: 500
+        onTriggered: if (window.visibility === ApplicationWindow.Windowed) { prefs.setValue("width", window.width); prefs.setValue("height", window.height) }
+    }
+    Component.onCompleted: {
+        viewer.pointSize = prefs.value("pointSize", 2.0)
+        viewer.gridVisible = prefs.value("grid", true)
+        viewer.colors.ramp = prefs.value("ramp", "turbo")
+        viewer.sideColors.ramp = prefs.value("sideRamp", "viridis")
+        applyTheme()
+        canvas.forceActiveFocus()
+    }
+    Connections {
+        target: viewer.colors
+        function onChanged() { prefs.setValue("ramp", viewer.colors.ramp) }
+    }
+    Connections {
+        target: viewer.sideColors
+        function onChanged() { prefs.setValue("sideRamp", viewer.sideColors.ramp) }
     }
 
-    CloudCanvas {
-        id: canvas
-        objectName: "canvas"
+    header: ToolStrip {}
+
+    SplitView {
+        id: columns
         anchors.fill: parent
-        viewer: window.viewerObject
+        orientation: Qt.Horizontal
+        handle: Rectangle { implicitWidth: 5; implicitHeight: 5; color: SplitHandle.hovered || SplitHandle.pressed ? theme.accent : theme.line }
 
-        Repeater {
-            model: canvas.labels
-            Label {
-                x: modelData.x + 4
-                y: modelData.y - height
-                text: modelData.text
-                font.pixelSize: 11
-                color: "#788490"
+        SplitView {
+            SplitView.fillWidth: true
+            SplitView.minimumWidth: 300
+            orientation: Qt.Vertical
+            handle: Rectangle { implicitWidth: 5; implicitHeight: 5; color: SplitHandle.hovered || SplitHandle.pressed ? theme.accent : theme.line }
+
+            CanvasView {
+                id: canvasView
+                SplitView.fillHeight: true
+                SplitView.minimumHeight: 160
+            }
+            Loader {
+                id: tableLoader
+                SplitView.preferredHeight: prefs.value("tableHeight", 240)
+                SplitView.minimumHeight: 100
+                visible: window.tableShown
+                active: window.tableShown
+                sourceComponent: SpreadsheetPanel {}
+                onHeightChanged: if (visible && height > 0) prefs.setValue("tableHeight", height)
             }
         }
-
-        Label {
-            anchors.centerIn: parent
-            visible: !viewer.ready
-            text: viewer.opening ? "Opening ..." : "Open a capture, or drop one here"
-            font.pixelSize: 18
-            color: "#788490"
-        }
-
-        Legend {
-            anchors { right: parent.right; bottom: parent.bottom; margins: 18 }
-            visible: viewer.legendVisible
+        Dock {
+            id: dock
+            SplitView.preferredWidth: prefs.value("dockWidth", 330)
+            SplitView.minimumWidth: 260
+            SplitView.maximumWidth: 600
+            visible: window.dockShown
+            onWidthChanged: if (visible && width > 0) prefs.setValue("dockWidth", width)
         }
     }
+    property alias canvas: canvasView.canvas
+    property alias ruler: canvasView.ruler
 
     DropArea {
+        id: drop
         anchors.fill: parent
         onDropped: if (drop.hasUrls) viewer.openUrl(drop.urls[0])
+        Rectangle {
+            anchors { fill: parent; margins: 8 }
+            visible: drop.containsDrag
+            color: "transparent"
+            border { color: theme.accent; width: 3 }
+            radius: 6
+        }
     }
-
-    readonly property var viewerObject: viewer
 
     footer: Column {
         TimelineBar { width: parent.width }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace tarvo::skarnvisor::app {
@@ -20,14 +21,29 @@ float quantile(std::vector<float> &values, double share) {
 
 }  // namespace
 
-PointCounts countPoints(const VertexCloud &cloud) {
+PointCounts countPoints(const QByteArray &vertices) {
   PointCounts counts;
-  cloud.forEachShown(1, [&](const VertexPoint &point) {
-    ++counts.shown;
-    counts.highlighted += point.word == highlightWord ? 1 : 0;
-  });
-  counts.hidden = cloud.size() - counts.shown;
+  const std::size_t count = static_cast<std::size_t>(vertices.size()) / vertexStride;
+  const char *word = vertices.constData() + (vertexStride - sizeof(std::uint32_t));
+  for (std::size_t i = 0; i < count; ++i, word += vertexStride) {
+    std::uint32_t value;
+    std::memcpy(&value, word, sizeof value);
+    counts.hidden += value == hiddenWord ? 1 : 0;
+    counts.highlighted += value == highlightWord ? 1 : 0;
+  }
+  counts.shown = count - counts.hidden;
   return counts;
+}
+
+PointCounts countPoints(const VertexCloud &cloud) {
+  PointCounts sum;
+  for (const QByteArray &vertices : cloud.canvases()) {
+    const PointCounts counts = countPoints(vertices);
+    sum.shown += counts.shown;
+    sum.hidden += counts.hidden;
+    sum.highlighted += counts.highlighted;
+  }
+  return sum;
 }
 
 SceneExtent sceneExtent(const VertexCloud &cloud) {

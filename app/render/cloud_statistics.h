@@ -15,6 +15,8 @@ struct PointCounts {
 };
 
 PointCounts countPoints(const VertexCloud &cloud);
+/// Of one vertex array. Looks at the colour words alone.
+PointCounts countPoints(const QByteArray &vertices);
 
 /// The reach that holds nearly all (93 of 100) of the shown points, the ground and the ceiling, from at most some ten
 /// thousand points. Defaults where there are none.

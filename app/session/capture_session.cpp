@@ -86,6 +86,11 @@ lidar::CaptureReport CaptureSession::captureReport() const {
   return owner ? owner->GetCaptureReport() : lidar::CaptureReport{};
 }
 
+QString CaptureSession::runtimeFault() const {
+  const lidar::SvSdkRuntime *const owner = runtime();
+  return owner ? QString::fromLocal8Bit(owner->CaptureError().c_str()) : QString();
+}
+
 QString CaptureSession::openAndWait(const QString &path) {
   QString reason;
   bool done = false;

@@ -51,6 +51,8 @@ class CaptureSession : public QObject {
   void setSensorPort(int port) { m_sensorPort = port; }
   /// What the source met on its way; nothing while none is open.
   lidar::CaptureReport captureReport() const;
+  /// Why the source's last cut or recording failed, one sentence; empty if it did not.
+  QString runtimeFault() const;
 
   /// The runtime of what is open, null without one. Its operations may be called from any thread.
   lidar::SvSdkRuntime *runtime() const;
@@ -76,7 +78,7 @@ class CaptureSession : public QObject {
   void failed(const QString &reason);
   /// The pipeline finished a frame; the view's cloud is new.
   void frameShown();
-  /// Same frame, other vertices or colours.
+  /// Same frame or stack, other vertices or colours.
   void pictureChanged();
   void closing();
   /// The frame at the cursor could not be made.

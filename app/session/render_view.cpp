@@ -2,6 +2,7 @@
 
 #include <QAbstractItemModel>
 #include <QVariant>
+#include <algorithm>
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -12,17 +13,41 @@ const char *modeProperty(ColorHalf half) { return half == ColorHalf::Main ? "col
 
 QVariant RenderView::value(const char *property) const { return m_buffer ? m_buffer->property(property) : QVariant(); }
 
-VertexCloud RenderView::cloud() const {
+int RenderView::canvasCount() const { return m_buffer ? std::max(1, value("stackFrameNum").toInt()) : 0; }
+
+int RenderView::writtenCanvas() const {
+  int index = 0;
+  if (m_buffer && m_buffer->metaObject()->indexOfMethod("getIndexUseNow()") >= 0)
+    QMetaObject::invokeMethod(m_buffer, "getIndexUseNow", Qt::DirectConnection, Q_RETURN_ARG(int, index));
+  return index;
+}
+
+int RenderView::canvasPoints(int index) const {
+  if (!m_buffer) return 0;
+  if (m_buffer->metaObject()->indexOfMethod("primitiveCountGet(int)") < 0) return value("primitiveCount").toInt();
+  int points = 0;
+  QMetaObject::invokeMethod(m_buffer, "primitiveCountGet", Qt::DirectConnection, Q_RETURN_ARG(int, points),
+                            Q_ARG(int, index));
+  return points;
+}
+
+QByteArray RenderView::canvas(int index) const {
   if (!m_buffer) return {};
-  const int stacked = value("stackFrameNum").toInt();
-  if (stacked <= 1) return VertexCloud({value("vertex").toByteArray()});
-  int newest = 0;
-  QMetaObject::invokeMethod(m_buffer, "getIndexUseNow", Qt::DirectConnection, Q_RETURN_ARG(int, newest));
+  QByteArray bytes;
+  // Buffers that know no stack have one array.
+  const bool stacked = m_buffer->metaObject()->indexOfMethod("vertexGet(int)") >= 0;
+  if (!stacked) return value("vertex").toByteArray();
+  QMetaObject::invokeMethod(m_buffer, "vertexGet", Qt::DirectConnection, Q_RETURN_ARG(QByteArray, bytes),
+                            Q_ARG(int, index));
+  return bytes;
+}
+
+VertexCloud RenderView::cloud() const {
   QVector<QByteArray> canvases;
-  for (int i = 1; i <= stacked; ++i) {
-    QByteArray bytes;
-    QMetaObject::invokeMethod(m_buffer, "vertexGet", Qt::DirectConnection, Q_RETURN_ARG(QByteArray, bytes),
-                              Q_ARG(int, (newest + i) % stacked));
+  const int count = canvasCount();
+  const int newest = writtenCanvas();
+  for (int i = 1; i <= count; ++i) {
+    const QByteArray bytes = canvas((newest + i) % count);
     if (!bytes.isEmpty()) canvases << bytes;
   }
   return VertexCloud(canvases);

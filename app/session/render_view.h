@@ -23,10 +23,18 @@ class RenderView {
 
   bool isEmpty() const { return m_buffer.isNull(); }
   QObject *buffer() const { return m_buffer; }
-  /// The vertices of the current picture; the bytes are the caller's own.
+  /// All arrays that hold a vertex, oldest first; the bytes are the caller's own.
   VertexCloud cloud() const;
   /// Of a stack of frames, the ones that came last; else the whole picture.
   VertexCloud newestCloud() const;
+  /// Vertex arrays that make up the picture: 1, or the slots of a stack's ring, some of them empty.
+  int canvasCount() const;
+  /// The slot that was written last.
+  int writtenCanvas() const;
+  /// Vertices of one array, without copying them.
+  int canvasPoints(int index) const;
+  /// One array; the bytes are the caller's own.
+  QByteArray canvas(int index) const;
   QStringList colorTitles() const;
   QString colorTitle(ColorHalf half) const;
   /// Title as the buffer lists it, whatever its case; false for one that it does not list.

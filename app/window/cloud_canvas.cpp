@@ -3,8 +3,10 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <cmath>
+#include <limits>
 
 #include "app/render/ground_grid.h"
+#include "app/render/picking.h"
 #include "app/window/cloud_painter.h"
 
 namespace tarvo::skarnvisor::app {
@@ -14,11 +16,18 @@ constexpr float degreesPerPixel = 0.35F;
 /// One notch of the wheel, an eighth of a degree being the unit of its delta.
 constexpr float zoomPerNotch = 0.88F;
 constexpr float notch = 120;
+/// A press that moves less is a click, pixels.
+constexpr double clickReach = 4;
+constexpr double pickReach = 8;
+constexpr float pointCubeReach = 0.001F;
+
+QVector3D placeOf(const VertexPoint &point) { return {point.x, point.y, point.z}; }
 
 }  // namespace
 
 CloudCanvas::CloudCanvas(QQuickItem *parent) : QQuickFramebufferObject(parent) {
   setAcceptedMouseButtons(Qt::AllButtons);
+  setActiveFocusOnTab(true);
   // OpenGL's rows go up, the item's go down.
   setMirrorVertically(true);
 }
@@ -31,9 +40,8 @@ void CloudCanvas::setViewer(Viewer *viewer) {
   m_viewer = viewer;
   if (viewer != nullptr) {
     connect(viewer, &Viewer::pictureChanged, this, &QQuickItem::update);
-    connect(viewer, &Viewer::colorsChanged, this, &QQuickItem::update);
     connect(viewer, &Viewer::lookChanged, this, &CloudCanvas::redraw);
-    connect(viewer, &Viewer::sceneMeasured, this, [this] { setView(OrbitCamera::viewNames().first()); });
+    connect(viewer, &Viewer::sceneFound, this, [this] { setView(OrbitCamera::viewNames().first()); });
   }
   Q_EMIT viewerChanged();
   redraw();
@@ -44,51 +52,135 @@ void CloudCanvas::setView(const QString &name) {
   redraw();
 }
 
+void CloudCanvas::fit() {
+  if (!m_viewer) return;
+  m_viewer->measureScene();
+  m_camera.fit(m_viewer->scene().extent);
+  redraw();
+}
+
+void CloudCanvas::setOrthographic(bool on) {
+  m_camera.setOrthographic(on);
+  redraw();
+}
+
+void CloudCanvas::orbit(double azimuthDeg, double elevationDeg) {
+  m_camera.orbit(static_cast<float>(azimuthDeg), static_cast<float>(elevationDeg));
+  redraw();
+}
+
+void CloudCanvas::zoom(double factor) {
+  m_camera.zoom(static_cast<float>(factor));
+  redraw();
+}
+
+QRectF CloudCanvas::viewAt(QPointF at) const {
+  if (!m_viewer || !m_viewer->isSplitView()) return boundingRect();
+  const double half = width() / 2;
+  return {at.x() < half ? 0 : half, 0, half, height()};
+}
+
+QMatrix4x4 CloudCanvas::viewProjection() const {
+  const QRectF view = viewAt({0, 0});
+  return m_camera.projectionMatrix(static_cast<float>(view.width() / std::max(1.0, view.height()))) *
+         m_camera.viewMatrix();
+}
+
+QPointF CloudCanvas::project(const QVector3D &place) const {
+  const QRectF view = viewAt({0, 0});
+  const QVector4D clip = viewProjection() * QVector4D(place, 1);
+  if (clip.w() <= 0) return {std::numeric_limits<double>::quiet_NaN(), 0};
+  return {(0.5 + 0.5 * static_cast<double>(clip.x() / clip.w())) * view.width(),
+          (0.5 - 0.5 * static_cast<double>(clip.y() / clip.w())) * view.height()};
+}
+
+QMatrix4x4 CloudCanvas::pointMatrix(const QVector3D &place) const { return cubeMatrix(place, pointCubeReach); }
+
 QVariantList CloudCanvas::labels() const {
   QVariantList labels;
-  if (!m_viewer || !m_viewer->isReady() || !m_viewer->scene().grid || height() < 1) return labels;
-  const QMatrix4x4 matrix = m_camera.projectionMatrix(static_cast<float>(width() / height())) * m_camera.viewMatrix();
+  if (!m_viewer || m_viewer->pointsShown() == 0 || !m_viewer->scene().grid || height() < 1) return labels;
   for (const GroundGrid::Label &label : groundGrid(m_viewer->scene().extent).labels) {
-    const QVector4D clip = matrix * QVector4D(label.at, 1);
-    if (clip.w() <= 0) continue;
-    const double x = (0.5 + 0.5 * clip.x() / clip.w()) * width();
-    const double y = (0.5 - 0.5 * clip.y() / clip.w()) * height();
-    labels << QVariantMap{{"x", x}, {"y", y}, {"text", label.text}};
+    const QPointF at = project(label.at);
+    if (std::isnan(at.x()) || !viewAt({0, 0}).contains(at)) continue;
+    labels << QVariantMap{{"x", at.x()}, {"y", at.y()}, {"text", label.text}};
   }
   return labels;
 }
 
 void CloudCanvas::redraw() {
   update();
-  Q_EMIT labelsChanged();
+  Q_EMIT cameraChanged();
 }
 
-void CloudCanvas::mousePressEvent(QMouseEvent *event) { m_lastMouse = event->localPos(); }
+void CloudCanvas::setBand(const QRectF &band) {
+  m_band = band;
+  Q_EMIT bandChanged();
+}
+
+std::optional<VertexPoint> CloudCanvas::pick(QPointF at) const {
+  if (!m_viewer) return std::nullopt;
+  const QRectF view = viewAt(at);
+  return pointUnder(m_viewer->cloud(), viewProjection(), view.size(), at - view.topLeft(), pickReach);
+}
+
+void CloudCanvas::mousePressEvent(QMouseEvent *event) {
+  forceActiveFocus(Qt::MouseFocusReason);
+  m_pressedAt = m_lastMouse = event->localPos();
+}
 
 void CloudCanvas::mouseMoveEvent(QMouseEvent *event) {
   const QPointF moved = event->localPos() - m_lastMouse;
   m_lastMouse = event->localPos();
+  const bool left = (event->buttons() & Qt::LeftButton) != 0 && (event->modifiers() & Qt::ShiftModifier) == 0;
+  if (left && m_tool == Tool::Select) {
+    // A band belongs to the view that it began in.
+    return setBand(QRectF(m_pressedAt, m_lastMouse).normalized().intersected(viewAt(m_pressedAt)));
+  }
   const auto dx = static_cast<float>(moved.x());
   const auto dy = static_cast<float>(moved.y());
-  if ((event->buttons() & Qt::LeftButton) != 0 && (event->modifiers() & Qt::ShiftModifier) == 0) {
+  const auto pixels = static_cast<float>(std::max(1.0, height()));
+  if (left)
     m_camera.orbit(dx * degreesPerPixel, dy * degreesPerPixel);
-  } else {
-    const auto pixels = static_cast<float>(std::max(1.0, height()));
+  else
     m_camera.pan(-dx / pixels, dy / pixels);
-  }
   redraw();
 }
 
-void CloudCanvas::mouseDoubleClickEvent(QMouseEvent *) { setView(OrbitCamera::viewNames().first()); }
+void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
+  const QRectF band = m_band;
+  setBand({});
+  if (event->button() != Qt::LeftButton || !m_viewer || m_viewer->pointsShown() + m_viewer->pointsSelected() == 0)
+    return;
+  if ((event->localPos() - m_pressedAt).manhattanLength() <= clickReach) {
+    const auto point = pick(event->localPos());
+    if (point)
+      Q_EMIT pointClicked(placeOf(*point));
+    else
+      Q_EMIT nothingClicked();
+  } else if (m_tool == Tool::Select && !band.isEmpty()) {
+    const QRectF view = viewAt(m_pressedAt);
+    Q_EMIT bandDrawn(bandMatrix(viewProjection(), view.size(), band.translated(-view.topLeft())));
+  }
+}
+
+void CloudCanvas::mouseDoubleClickEvent(QMouseEvent *event) {
+  if (event->button() != Qt::LeftButton) return;
+  if (const auto point = pick(event->localPos())) m_camera.setPivot(placeOf(*point));
+  redraw();
+}
 
 void CloudCanvas::wheelEvent(QWheelEvent *event) {
-  m_camera.zoom(std::pow(zoomPerNotch, static_cast<float>(event->angleDelta().y()) / notch));
+  const QRectF view = viewAt(event->position());
+  const QPointF at((event->position().x() - view.center().x()) / (view.width() / 2),
+                   (view.center().y() - event->position().y()) / (view.height() / 2));
+  m_camera.zoomAt(std::pow(zoomPerNotch, static_cast<float>(event->angleDelta().y()) / notch), at,
+                  static_cast<float>(view.width() / view.height()));
   redraw();
 }
 
 void CloudCanvas::geometryChanged(const QRectF &now, const QRectF &before) {
   QQuickFramebufferObject::geometryChanged(now, before);
-  Q_EMIT labelsChanged();
+  Q_EMIT cameraChanged();
 }
 
 }  // namespace tarvo::skarnvisor::app

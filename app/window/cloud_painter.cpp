@@ -4,8 +4,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 #include <QQuickWindow>
-#include <QtMath>
-#include <cmath>
+#include <algorithm>
 
 #include "app/render/ground_grid.h"
 #include "app/window/cloud_canvas.h"
@@ -39,6 +38,10 @@ QByteArray shaderText(const QString &file, const QByteArray &defines) {
 
 }  // namespace
 
+CloudPainter::~CloudPainter() {
+  for (Held &held : m_held) held.buffer.destroy();
+}
+
 QOpenGLFramebufferObject *CloudPainter::createFramebufferObject(const QSize &size) {
   QOpenGLFramebufferObjectFormat format;
   format.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
@@ -69,24 +72,25 @@ void CloudPainter::prepare() {
   m_velocityProgram = makeProgram("cloud", "#define VELOCITY_WORDS\n");
   m_gridProgram = makeProgram("grid", {});
   m_vertexArray.create();
-  m_cloudBuffer.create();
   m_gridBuffer.create();
 }
 
-void CloudPainter::uploadCloud() {
-  if (m_cloudSerial == m_scene.cloudSerial) return;
-  m_cloudSerial = m_scene.cloudSerial;
-  m_pointCount = static_cast<int>(m_scene.cloud.size());
-  m_cloudBuffer.bind();
-  m_cloudBuffer.setUsagePattern(QOpenGLBuffer::StreamDraw);
-  m_cloudBuffer.allocate(m_pointCount * static_cast<int>(vertexStride));
-  int offset = 0;
-  for (const QByteArray &canvas : m_scene.cloud.canvases()) {
-    const int bytes = canvas.size() - canvas.size() % static_cast<int>(vertexStride);
-    m_cloudBuffer.write(offset, canvas.constData(), bytes);
-    offset += bytes;
+/// One upload for each array whose bytes are new; the others stay where they are.
+void CloudPainter::uploadCanvases() {
+  const std::vector<CanvasVertices> &canvases = m_scene.canvases;
+  for (std::size_t i = canvases.size(); i < m_held.size(); ++i) m_held[i].buffer.destroy();
+  m_held.resize(canvases.size());
+  for (std::size_t i = 0; i < canvases.size(); ++i) {
+    Held &held = m_held[i];
+    if (held.serial == canvases[i].serial) continue;
+    if (!held.buffer.isCreated()) held.buffer.create();
+    held.serial = canvases[i].serial;
+    held.count = canvases[i].bytes.size() / static_cast<int>(vertexStride);
+    held.buffer.bind();
+    held.buffer.setUsagePattern(QOpenGLBuffer::StreamDraw);
+    held.buffer.allocate(canvases[i].bytes.constData(), held.count * static_cast<int>(vertexStride));
+    held.buffer.release();
   }
-  m_cloudBuffer.release();
 }
 
 void CloudPainter::uploadGrid() {
@@ -100,32 +104,30 @@ void CloudPainter::uploadGrid() {
   m_gridBuffer.release();
 }
 
-/// The upper half of the texture holds the chosen ramp, the lower half the one for velocities.
-void CloudPainter::uploadRamp() {
-  if (m_rampTexture && m_rampName == m_scene.ramp.name()) return;
-  m_rampName = m_scene.ramp.name();
+void CloudPainter::uploadRamp(RampTexture &held, const ColorRamp &ramp) {
+  if (held.texture && held.name == ramp.name()) return;
+  held.name = ramp.name();
   QImage image(rampTexels, 2, QImage::Format_RGBA8888);
   const ColorRamp velocity = ColorRamp::diverging();
   for (int x = 0; x < rampTexels; ++x) {
     const double share = static_cast<double>(x) / (rampTexels - 1);
-    image.setPixel(x, 0, m_scene.ramp.at(share));
+    image.setPixel(x, 0, ramp.at(share));
     image.setPixel(x, 1, velocity.at(share));
   }
-  m_rampTexture = std::make_unique<QOpenGLTexture>(image, QOpenGLTexture::DontGenerateMipMaps);
-  m_rampTexture->setMinMagFilters(QOpenGLTexture::Linear, QOpenGLTexture::Linear);
-  m_rampTexture->setWrapMode(QOpenGLTexture::ClampToEdge);
+  held.texture = std::make_unique<QOpenGLTexture>(image, QOpenGLTexture::DontGenerateMipMaps);
+  held.texture->setMinMagFilters(QOpenGLTexture::Linear, QOpenGLTexture::Linear);
+  held.texture->setWrapMode(QOpenGLTexture::ClampToEdge);
 }
 
 void CloudPainter::render() {
   if (!m_prepared) prepare();
-  uploadCloud();
+  uploadCanvases();
   uploadGrid();
-  uploadRamp();
+  uploadRamp(m_ramps[0], m_scene.main.ramp);
+  uploadRamp(m_ramps[1], m_scene.side.ramp);
 
   const QSize size = framebufferObject()->size();
-  const float aspect = static_cast<float>(size.width()) / static_cast<float>(std::max(1, size.height()));
-  const QMatrix4x4 matrix = m_camera.projectionMatrix(aspect) * m_camera.viewMatrix();
-  const QColor background(backgroundColor);
+  const QColor &background = m_scene.background;
   glClearColor(static_cast<float>(background.redF()), static_cast<float>(background.greenF()),
                static_cast<float>(background.blueF()), 1);
   glClearDepthf(1);
@@ -134,18 +136,29 @@ void CloudPainter::render() {
   glEnable(GL_DEPTH_TEST);
   glDepthFunc(GL_LESS);
   glDisable(GL_BLEND);
-  {
-    const QOpenGLVertexArrayObject::Binder binder(&m_vertexArray);
-    if (m_scene.grid && m_scene.cloud.size() > 0) drawGrid(matrix);
-    if (m_pointCount > 0) drawPoints(matrix);
+  if (m_scene.splitView) {
+    const int half = size.width() / 2;
+    drawView(QRect(0, 0, half, size.height()), m_scene.main, false);
+    drawView(QRect(half, 0, size.width() - half, size.height()), m_scene.side, true);
+  } else {
+    drawView(QRect(QPoint(0, 0), size), m_scene.main, false);
   }
   if (m_window != nullptr) m_window->resetOpenGLState();
+}
+
+void CloudPainter::drawView(const QRect &place, const ViewColors &colors, bool side) {
+  glViewport(place.x(), place.y(), place.width(), place.height());
+  const float aspect = static_cast<float>(place.width()) / static_cast<float>(std::max(1, place.height()));
+  const QMatrix4x4 matrix = m_camera.projectionMatrix(aspect) * m_camera.viewMatrix();
+  const QOpenGLVertexArrayObject::Binder binder(&m_vertexArray);
+  if (m_scene.grid && !m_held.empty()) drawGrid(matrix);
+  drawPoints(matrix, colors, m_camera.pixelsPerMetre(static_cast<float>(place.height())), side);
 }
 
 void CloudPainter::drawGrid(const QMatrix4x4 &matrix) {
   m_gridProgram->bind();
   m_gridProgram->setUniformValue("viewProjection", matrix);
-  m_gridProgram->setUniformValue("tint", QColor(0x2b, 0x33, 0x3c));
+  m_gridProgram->setUniformValue("tint", m_scene.gridTint);
   m_gridBuffer.bind();
   m_gridProgram->enableAttributeArray("place");
   m_gridProgram->setAttributeBuffer("place", GL_FLOAT, 0, 3);
@@ -155,43 +168,45 @@ void CloudPainter::drawGrid(const QMatrix4x4 &matrix) {
   m_gridProgram->release();
 }
 
-void CloudPainter::drawPoints(const QMatrix4x4 &matrix) {
-  QOpenGLShaderProgram &program = m_scene.words == WordKind::Velocity ? *m_velocityProgram : *m_attributeProgram;
+void CloudPainter::drawPoints(const QMatrix4x4 &matrix, const ViewColors &colors, float pixelsPerMetre, bool side) {
+  QOpenGLShaderProgram &program = colors.words == WordKind::Velocity ? *m_velocityProgram : *m_attributeProgram;
   if (!program.isLinked()) return;
   if (!QOpenGLContext::currentContext()->isOpenGLES()) {
     glEnable(programPointSize);
     if (QOpenGLContext::currentContext()->format().profile() != QSurfaceFormat::CoreProfile) glEnable(pointSprite);
   }
-  const float pixelsPerMetre = static_cast<float>(framebufferObject()->height()) /
-                               (2 * std::tan(qDegreesToRadians(OrbitCamera::fieldOfViewDeg / 2)));
-  const QColor highlight(highlightColor);
   program.bind();
   program.setUniformValue("viewProjection", matrix);
   program.setUniformValue("leastPixels", m_scene.pointPixels);
   program.setUniformValue("extentPixels", pointExtent * pixelsPerMetre);
-  program.setUniformValue("range", m_scene.range.low, std::max(m_scene.range.high - m_scene.range.low, 1e-6F));
+  program.setUniformValue("range", colors.range.low, std::max(colors.range.high - colors.range.low, 1e-6F));
   program.setUniformValue("velocityLimit", velocityLimit);
-  program.setUniformValue("highlight", highlight);
-  program.setUniformValue("wordKind", static_cast<int>(m_scene.words));
+  program.setUniformValue("highlight", QColor(highlightColor));
+  program.setUniformValue("wordKind", static_cast<int>(colors.words));
   program.setUniformValue("ramp", 0);
-  m_rampTexture->bind(0);
-  m_cloudBuffer.bind();
+  QOpenGLTexture &ramp = *m_ramps[side ? 1 : 0].texture;
+  ramp.bind(0);
   const char *const names[] = {"word0", "word1", "colorWord"};
   int locations[3];
   for (int i = 0; i < 3; ++i) {
     locations[i] = program.attributeLocation(names[i]);
-    if (locations[i] < 0) continue;
-    const auto location = static_cast<GLuint>(locations[i]);
-    glEnableVertexAttribArray(location);
-    glVertexAttribIPointer(location, 1, GL_UNSIGNED_INT, static_cast<GLsizei>(vertexStride),
-                           reinterpret_cast<const void *>(static_cast<std::uintptr_t>(i) * sizeof(std::uint32_t)));
+    if (locations[i] >= 0) glEnableVertexAttribArray(static_cast<GLuint>(locations[i]));
   }
-  glDrawArrays(GL_POINTS, 0, m_pointCount);
+  for (Held &held : m_held) {
+    if (held.count == 0) continue;
+    held.buffer.bind();
+    for (std::uintptr_t i = 0; i < 3; ++i) {
+      if (locations[i] < 0) continue;
+      glVertexAttribIPointer(static_cast<GLuint>(locations[i]), 1, GL_UNSIGNED_INT, static_cast<GLsizei>(vertexStride),
+                             reinterpret_cast<const void *>(i * sizeof(std::uint32_t)));
+    }
+    glDrawArrays(GL_POINTS, 0, held.count);
+    held.buffer.release();
+  }
   for (const int location : locations) {
     if (location >= 0) glDisableVertexAttribArray(static_cast<GLuint>(location));
   }
-  m_cloudBuffer.release();
-  m_rampTexture->release(0);
+  ramp.release(0);
   program.release();
 }
 

@@ -1,135 +1,207 @@
 #include "app/window/viewer.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <cmath>
 
-#include "app/render/attribute_scale.h"
-#include "app/render/cloud_statistics.h"
+#include "app/session/live_address.h"
+#include "app/window/overlay_picture.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
 
-constexpr int legendSteps = 4;
-constexpr int legendColorCount = 16;
+constexpr int healthIntervalMs = 500;
+
+template <typename Number>
+QString grouped(Number number) {
+  return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
+}
 
 }  // namespace
 
-Viewer::Viewer(QObject *parent) : QObject(parent) {
+Viewer::Viewer(QObject *parent)
+    : QObject(parent), m_colors(ColorHalf::Main, this), m_sideColors(ColorHalf::SplitWindow, this) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
   connect(&m_session, &CaptureSession::failed, this, &Viewer::setError);
   connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::setError);
-  connect(&m_session, &CaptureSession::frameShown, this, &Viewer::readPicture);
+  connect(&m_session, &CaptureSession::frameShown, this, &Viewer::readFrame);
   connect(&m_session, &CaptureSession::pictureChanged, this, &Viewer::readPicture);
   connect(&m_session, &CaptureSession::closing, this, &Viewer::drop);
   connect(&m_session.host(), &HostCore::openingChanged, this, &Viewer::openingChanged);
+  connect(&m_jobs, &Jobs::failed, this, &Viewer::setError);
+  connect(&m_jobs, &Jobs::succeeded, this, &Viewer::tell);
+  m_jobs.setFaultSource([this] { return m_session.runtimeFault(); });
+  for (ColorScale *scale : {&m_colors, &m_sideColors}) {
+    connect(scale, &ColorScale::changed, this, [this] {
+      m_scene.main = m_colors.colors();
+      m_scene.side = m_sideColors.colors();
+      Q_EMIT lookChanged();
+    });
+    connect(scale, &ColorScale::fitRequested, this, &Viewer::takePicture);
+  }
+  connect(&m_healthTimer, &QTimer::timeout, this, &Viewer::lookAtHealth);
+  m_healthTimer.start(healthIntervalMs);
+  m_sinceRate.start();
 }
 
 void Viewer::start(const QString &pluginPath) { setError(m_session.loadPlugin(pluginPath)); }
 
-void Viewer::open(const QString &path) {
+void Viewer::open(const QString &source) {
   setError({});
-  m_session.open(path);
+  m_session.open(source);
 }
+
+void Viewer::close() {
+  m_session.host().cancelOpening();
+  m_session.host().closeAll();
+}
+
+void Viewer::cancelOpening() { m_session.host().cancelOpening(); }
 
 void Viewer::takeUpCapture() {
   setError({});
   m_measured = false;
-  m_rangeMeasured = false;
+  const QString opened = source();
+  m_preferences.addRecent(namesLiveSource(opened) || !QFileInfo::exists(opened) ? opened
+                                                                                : QFileInfo(opened).absoluteFilePath());
   m_session.view().setPlayByFrame(m_playByFrame);
-  if (QObject *buffer = m_session.view().buffer()) {
-    connect(buffer, SIGNAL(colorModeTitlesChanged()), this, SIGNAL(colorsChanged()), Qt::QueuedConnection);
-    connect(buffer, SIGNAL(colorModeChanged()), this, SIGNAL(colorsChanged()), Qt::QueuedConnection);
+  if (QObject *buffer = this->buffer()) {
+    connect(buffer, SIGNAL(colorModeTitlesChanged()), this, SIGNAL(colorTitlesChanged()), Qt::QueuedConnection);
+    for (ColorScale *scale : {&m_colors, &m_sideColors}) {
+      connect(buffer, SIGNAL(colorModeTitlesChanged()), scale, SIGNAL(changed()), Qt::QueuedConnection);
+      connect(buffer, SIGNAL(colorModeChanged()), scale, SIGNAL(changed()), Qt::QueuedConnection);
+    }
+    if (buffer->metaObject()->indexOfSignal("rgbOverlayVertexChanged()") >= 0)
+      connect(buffer, SIGNAL(rgbOverlayVertexChanged()), this, SLOT(readOverlay()), Qt::QueuedConnection);
   }
-  readPicture();
   Q_EMIT captureChanged();
-  Q_EMIT colorsChanged();
+  Q_EMIT colorTitlesChanged();
+  m_colors.takeUp(m_session.view());
+  m_sideColors.takeUp(m_session.view());
+  readPicture();
+  lookAtHealth();
 }
 
 void Viewer::drop() {
-  m_scene.cloud = VertexCloud();
-  ++m_scene.cloudSerial;
-  m_countText.clear();
+  m_jobs.stop();
+  m_feed.clear();
+  m_scene.canvases.clear();
   m_statusText.clear();
+  m_overlay = QImage();
   Q_EMIT pictureChanged();
+  Q_EMIT overlayChanged();
   // The session forgets the capture after this signal.
-  QMetaObject::invokeMethod(this, &Viewer::captureChanged, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        m_colors.takeUp(m_session.view());
+        m_sideColors.takeUp(m_session.view());
+        Q_EMIT captureChanged();
+        Q_EMIT colorTitlesChanged();
+        lookAtHealth();
+      },
+      Qt::QueuedConnection);
+}
+
+void Viewer::readFrame() {
+  if (m_session.view().isEmpty()) return;
+  ++m_picturesSinceRate;
+  m_feed.readFrame(m_session.view());
+  takePicture();
 }
 
 void Viewer::readPicture() {
-  RenderView &view = m_session.view();
-  if (view.isEmpty()) return;
-  m_scene.cloud = view.cloud();
-  ++m_scene.cloudSerial;
-  const WordKind words = view.wordKind(ColorHalf::Main);
-  const PointCounts counts = countPoints(m_scene.cloud);
-  if (counts.shown > 0 && !m_measured) {
+  if (m_session.view().isEmpty()) return;
+  m_feed.readAll(m_session.view());
+  takePicture();
+}
+
+void Viewer::takePicture() {
+  m_scene.canvases = m_feed.canvases();
+  const bool shown = m_feed.counts().shown > 0;
+  if (shown && !m_measured) {
     m_measured = true;
-    m_scene.extent = sceneExtent(m_scene.cloud);
-    ++m_scene.extentSerial;
-    Q_EMIT sceneMeasured();
+    measureScene();
+    if (!m_found) {
+      m_found = true;
+      Q_EMIT sceneFound();
+    }
   }
-  if (words != m_scene.words || (counts.shown > 0 && !m_rangeMeasured)) {
-    m_rangeMeasured = counts.shown > 0;
-    m_scene.words = words;
-    m_scene.range = stretchedRange(m_scene.cloud, words);
-    Q_EMIT colorsChanged();
-  }
-  const auto grouped = [](std::size_t number) {
-    return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
-  };
-  m_countText = QStringLiteral("%1 points shown, %2 hidden").arg(grouped(counts.shown), grouped(counts.hidden));
-  m_statusText = view.status().simplified();
+  m_colors.measure(m_feed.cloud(), shown);
+  m_sideColors.measure(m_feed.cloud(), shown);
+  m_statusText = m_session.view().status().simplified();
   Q_EMIT pictureChanged();
 }
 
+void Viewer::measureScene() {
+  m_scene.extent = sceneExtent(m_feed.cloud());
+  ++m_scene.extentSerial;
+  Q_EMIT lookChanged();
+}
+
+void Viewer::readOverlay() {
+  const QImage picture = overlayPicture(buffer());
+  if (picture.isNull() && m_overlay.isNull()) return;
+  m_overlay = picture;
+  ++m_overlaySerial;
+  Q_EMIT overlayChanged();
+}
+
 QString Viewer::title() const {
-  return m_session.pipeline() ? QFileInfo(m_session.pipeline()->title()).fileName() : QString();
+  return QFileInfo(source()).fileName().isEmpty() ? source() : QFileInfo(source()).fileName();
 }
 
-int Viewer::colorMode() const {
-  return static_cast<int>(colorTitles().indexOf(m_session.view().colorTitle(ColorHalf::Main)));
+QString Viewer::countText() const {
+  if (!isReady()) return {};
+  const PointCounts counts = m_feed.counts();
+  QString text = QStringLiteral("%1 points shown, %2 hidden").arg(grouped(counts.shown), grouped(counts.hidden));
+  if (counts.highlighted > 0) text += QStringLiteral(", %1 selected").arg(grouped(counts.highlighted));
+  return text;
 }
 
-void Viewer::setColorMode(int mode) {
-  if (mode < 0 || mode == colorMode()) return;
-  m_rangeMeasured = false;
-  m_session.view().setColor(ColorHalf::Main, colorTitles().value(mode));
-  readPicture();
+void Viewer::lookAtHealth() {
+  const qint64 elapsed = m_sinceRate.restart();
+  m_pictureRate = elapsed > 0 ? 1000.0 * m_picturesSinceRate / static_cast<double>(elapsed) : 0;
+  m_picturesSinceRate = 0;
+  const lidar::CaptureReport report = m_session.captureReport();
+  m_recording = report.recording;
+  QStringList losses;
+  if (report.lost > 0) losses << QStringLiteral("%1 packets lost").arg(grouped(report.lost));
+  if (report.damaged > 0) losses << QStringLiteral("%1 damaged").arg(grouped(report.damaged));
+  if (report.truncated) losses << QStringLiteral("the file ends inside a packet");
+  m_lossText = losses.join(QStringLiteral(", "));
+  Q_EMIT healthChanged();
 }
 
-void Viewer::setRamp(const QString &name) {
-  const auto ramp = ColorRamp::find(name);
-  if (!ramp || name == m_scene.ramp.name()) return;
-  m_scene.ramp = *ramp;
-  Q_EMIT colorsChanged();
+bool Viewer::isIndexing() const {
+  const QObject *clip = this->clip();
+  return clip != nullptr && !isLive() && clip->property("pcapLoading").toBool();
 }
 
-QString Viewer::legendTitle() const {
-  const QString title = m_session.view().colorTitle(ColorHalf::Main);
-  const QString unit = m_scene.words == WordKind::Velocity ? QStringLiteral("m/s") : attributeScale(title).unit;
-  return unit.isEmpty() ? title : QStringLiteral("%1, %2").arg(title, unit);
+QString Viewer::recordingText() const {
+  if (!m_recording.running) return {};
+  const double megabytes = static_cast<double>(m_recording.bytes) / 1e6;
+  return QStringLiteral("Recording, %1 packets, %2 MB").arg(grouped(m_recording.packets)).arg(megabytes, 0, 'f', 1);
 }
 
-QStringList Viewer::legendTicks() const {
-  const bool velocity = m_scene.words == WordKind::Velocity;
-  const AttributeScale scale =
-      velocity ? AttributeScale{} : attributeScale(m_session.view().colorTitle(ColorHalf::Main));
-  const double low = velocity ? -velocityLimit : scale.own(m_scene.range.low);
-  const double high = velocity ? velocityLimit : scale.own(m_scene.range.high);
-  QStringList ticks;
-  for (int i = 0; i <= legendSteps; ++i) {
-    const double value = low + (high - low) * i / legendSteps;
-    ticks << QString::number(value, 'f', std::abs(high - low) >= 10 ? 0 : 2);
-  }
-  return ticks;
+void Viewer::record(bool on) {
+  bool done = false;
+  if (QObject *target = clip())
+    QMetaObject::invokeMethod(target, "setRecord", Qt::DirectConnection, Q_RETURN_ARG(bool, done), Q_ARG(bool, on));
+  lookAtHealth();
+  if (!on && done) tell(QStringLiteral("The recording has ended"));
+  if (on && done && !m_recording.running) setError(m_session.runtimeFault());
 }
 
-QVariantList Viewer::legendColors() const {
-  const ColorRamp ramp = m_scene.words == WordKind::Velocity ? ColorRamp::diverging() : m_scene.ramp;
-  QVariantList colors;
-  for (int i = 0; i < legendColorCount; ++i) colors << QColor(ramp.at(static_cast<double>(i) / (legendColorCount - 1)));
-  return colors;
+void Viewer::setCanvasColors(const QColor &background, const QColor &grid) {
+  m_scene.background = background;
+  m_scene.gridTint = grid;
+  Q_EMIT lookChanged();
+}
+
+QUrl Viewer::panelFile(const QString &name) {
+  const QString path = QStringLiteral(":/skarnvisor/") + name;
+  return name.isEmpty() || !QFile::exists(path) ? QUrl() : QUrl(QStringLiteral("qrc") + path);
 }
 
 void Viewer::setPointSize(double pixels) {
@@ -142,10 +214,21 @@ void Viewer::setGridVisible(bool visible) {
   Q_EMIT lookChanged();
 }
 
+void Viewer::setSplitView(bool split) {
+  m_scene.splitView = split;
+  m_preferences.setSplitWindow(split);
+  Q_EMIT lookChanged();
+}
+
 void Viewer::setPlayByFrame(bool byFrame) {
   m_playByFrame = byFrame;
   m_session.view().setPlayByFrame(byFrame);
   Q_EMIT captureChanged();
+}
+
+void Viewer::tell(const QString &notice) {
+  m_notice = notice;
+  Q_EMIT noticeChanged();
 }
 
 void Viewer::setError(const QString &error) {

@@ -1,39 +1,64 @@
 #pragma once
 
 #include <QColor>
+#include <QElapsedTimer>
+#include <QImage>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QUrl>
-#include <QVariantList>
 
 #include "app/session/capture_session.h"
+#include "app/window/canvas_feed.h"
 #include "app/window/canvas_scene.h"
+#include "app/window/color_scale.h"
+#include "app/window/jobs.h"
+#include "app/window/preferences.h"
 
 namespace tarvo::skarnvisor::app {
 
-/// What the window binds to: the opened capture, its picture and the texts around it. Lives on the GUI thread.
+/// What the window binds to: the opened source with its buffers, the picture made of them, and what the status line
+/// says. The panels bind to the buffers' own properties. Lives on the GUI thread.
 class Viewer : public QObject {
   Q_OBJECT
   Q_PROPERTY(QObject *timeline READ timeline CONSTANT)
+  /// Of the open source, null while none is open.
+  Q_PROPERTY(QObject *buffer READ buffer NOTIFY captureChanged)
+  Q_PROPERTY(QObject *clip READ clip NOTIFY captureChanged)
+  Q_PROPERTY(QObject *track READ track NOTIFY captureChanged)
   Q_PROPERTY(QString title READ title NOTIFY captureChanged)
+  Q_PROPERTY(QString source READ source NOTIFY captureChanged)
   Q_PROPERTY(QString lidarType READ lidarType NOTIFY captureChanged)
   Q_PROPERTY(bool ready READ isReady NOTIFY captureChanged)
+  Q_PROPERTY(bool live READ isLive NOTIFY captureChanged)
   Q_PROPERTY(bool opening READ isOpening NOTIFY openingChanged)
+  /// Stays until it is cleared, or the next source opens.
   Q_PROPERTY(QString error READ error NOTIFY errorChanged)
-  Q_PROPERTY(QString countText READ countText NOTIFY pictureChanged)
+  /// Tells of something done.
+  Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
   Q_PROPERTY(QString statusText READ statusText NOTIFY pictureChanged)
-  Q_PROPERTY(QStringList colorTitles READ colorTitles NOTIFY colorsChanged)
-  Q_PROPERTY(int colorMode READ colorMode WRITE setColorMode NOTIFY colorsChanged)
+  Q_PROPERTY(QString countText READ countText NOTIFY pictureChanged)
+  Q_PROPERTY(int pointsShown READ pointsShown NOTIFY pictureChanged)
+  Q_PROPERTY(int pointsSelected READ pointsSelected NOTIFY pictureChanged)
+  /// Pictures shown in the last second.
+  Q_PROPERTY(double pictureRate READ pictureRate NOTIFY healthChanged)
+  /// What went wrong on the way from the cable; empty if nothing did.
+  Q_PROPERTY(QString lossText READ lossText NOTIFY healthChanged)
+  /// The capture is still being looked through.
+  Q_PROPERTY(bool indexing READ isIndexing NOTIFY healthChanged)
+  Q_PROPERTY(bool recording READ isRecording NOTIFY healthChanged)
+  Q_PROPERTY(QString recordingText READ recordingText NOTIFY healthChanged)
+  Q_PROPERTY(tarvo::skarnvisor::app::ColorScale *colors READ colors CONSTANT)
+  Q_PROPERTY(tarvo::skarnvisor::app::ColorScale *sideColors READ sideColors CONSTANT)
+  Q_PROPERTY(QStringList colorTitles READ colorTitles NOTIFY colorTitlesChanged)
   Q_PROPERTY(QStringList rampNames READ rampNames CONSTANT)
-  Q_PROPERTY(QString ramp READ ramp WRITE setRamp NOTIFY colorsChanged)
-  Q_PROPERTY(bool legendVisible READ isLegendVisible NOTIFY colorsChanged)
-  Q_PROPERTY(QString legendTitle READ legendTitle NOTIFY colorsChanged)
-  Q_PROPERTY(QStringList legendTicks READ legendTicks NOTIFY colorsChanged)
-  Q_PROPERTY(QVariantList legendColors READ legendColors NOTIFY colorsChanged)
+  Q_PROPERTY(QStringList viewNames READ viewNames CONSTANT)
   Q_PROPERTY(double pointSize READ pointSize WRITE setPointSize NOTIFY lookChanged)
   Q_PROPERTY(bool gridVisible READ isGridVisible WRITE setGridVisible NOTIFY lookChanged)
+  Q_PROPERTY(bool splitView READ isSplitView WRITE setSplitView NOTIFY lookChanged)
   Q_PROPERTY(bool playByFrame READ isPlayByFrame WRITE setPlayByFrame NOTIFY captureChanged)
-  Q_PROPERTY(QStringList viewNames READ viewNames CONSTANT)
+  /// Counts the camera pictures; 0 while there is none to show. Part of the picture's address.
+  Q_PROPERTY(int overlaySerial READ overlaySerial NOTIFY overlayChanged)
 
  public:
   explicit Viewer(QObject *parent = nullptr);
@@ -41,64 +66,113 @@ class Viewer : public QObject {
   /// Loads the plug-in; a failure becomes the error line.
   void start(const QString &pluginPath);
 
-  Q_INVOKABLE void open(const QString &path);
-  Q_INVOKABLE void openUrl(const QUrl &url) { open(url.toLocalFile()); }
+  Q_INVOKABLE void open(const QString &source);
+  Q_INVOKABLE void openUrl(const QUrl &url) { open(url.isLocalFile() ? url.toLocalFile() : url.toString()); }
+  Q_INVOKABLE void close();
+  Q_INVOKABLE void cancelOpening();
   Q_INVOKABLE void clearError() { setError({}); }
+  Q_INVOKABLE void fail(const QString &error) { setError(error); }
+  Q_INVOKABLE void tell(const QString &notice);
+  /// Colours of the canvas, by the theme.
+  Q_INVOKABLE void setCanvasColors(const QColor &background, const QColor &grid);
+  /// Address of a QML file that a buffer names, empty for one that the program does not have.
+  Q_INVOKABLE static QUrl panelFile(const QString &name);
+  /// Starts or ends a recording of a live source.
+  Q_INVOKABLE void record(bool on);
 
   const CanvasScene &scene() const { return m_scene; }
+  VertexCloud cloud() const { return m_feed.cloud(); }
+  Preferences &preferences() { return m_preferences; }
+  Jobs &jobs() { return m_jobs; }
+  QImage overlay() const { return m_overlay; }
 
   QObject *timeline() { return &m_session.timeline(); }
+  QObject *buffer() const { return m_session.view().buffer(); }
+  QObject *clip() const { return m_session.pipeline() ? m_session.pipeline()->clipObject() : nullptr; }
+  QObject *track() const { return m_session.pipeline() ? m_session.pipeline()->trackObject() : nullptr; }
   QString title() const;
+  QString source() const { return m_session.pipeline() ? m_session.pipeline()->title() : QString(); }
   QString lidarType() const { return m_session.lidarType(); }
   bool isReady() const { return m_session.pipeline() != nullptr; }
+  bool isLive() const { return m_session.pipeline() && m_session.pipeline()->isLive(); }
   bool isOpening() const { return m_session.host().isOpening(); }
   QString error() const { return m_error; }
-  QString countText() const { return m_countText; }
+  QString notice() const { return m_notice; }
   QString statusText() const { return m_statusText; }
+  QString countText() const;
+  int pointsShown() const { return static_cast<int>(m_feed.counts().shown); }
+  int pointsSelected() const { return static_cast<int>(m_feed.counts().highlighted); }
+  double pictureRate() const { return m_pictureRate; }
+  QString lossText() const { return m_lossText; }
+  bool isIndexing() const;
+  bool isRecording() const { return m_recording.running; }
+  QString recordingText() const;
+  ColorScale *colors() { return &m_colors; }
+  ColorScale *sideColors() { return &m_sideColors; }
   QStringList colorTitles() const { return m_session.view().colorTitles(); }
-  int colorMode() const;
-  void setColorMode(int mode);
   QStringList rampNames() const { return ColorRamp::names(); }
-  QString ramp() const { return m_scene.ramp.name(); }
-  void setRamp(const QString &name);
-  bool isLegendVisible() const { return isReady() && m_scene.words != WordKind::Rgb; }
-  QString legendTitle() const;
-  /// Values at equal steps from the low to the high end.
-  QStringList legendTicks() const;
-  QVariantList legendColors() const;
+  QStringList viewNames() const { return OrbitCamera::viewNames(); }
   double pointSize() const { return static_cast<double>(m_scene.pointPixels); }
   void setPointSize(double pixels);
   bool isGridVisible() const { return m_scene.grid; }
   void setGridVisible(bool visible);
+  bool isSplitView() const { return m_scene.splitView; }
+  void setSplitView(bool split);
   bool isPlayByFrame() const { return m_playByFrame; }
   void setPlayByFrame(bool byFrame);
-  QStringList viewNames() const { return OrbitCamera::viewNames(); }
+  int overlaySerial() const { return m_overlay.isNull() ? 0 : m_overlaySerial; }
+
+ public Q_SLOTS:
+  /// Measures the reach of the shown points anew.
+  void measureScene();
+
+ private Q_SLOTS:
+  void readOverlay();
 
  Q_SIGNALS:
   void captureChanged();
   void openingChanged();
   void errorChanged();
+  void noticeChanged();
   /// The vertices are new.
   void pictureChanged();
-  /// The scene's reach is new: the eye should be placed again.
-  void sceneMeasured();
-  void colorsChanged();
+  /// The first picture since the start is there: the eye should be placed.
+  void sceneFound();
+  void colorTitlesChanged();
   void lookChanged();
+  void healthChanged();
+  void overlayChanged();
 
  private:
   void takeUpCapture();
+  void readFrame();
   void readPicture();
+  void takePicture();
   void drop();
   void setError(const QString &error);
+  void lookAtHealth();
 
+  Preferences m_preferences;
+  CanvasFeed m_feed;
   CanvasScene m_scene;
+  ColorScale m_colors;
+  ColorScale m_sideColors;
   QString m_error;
-  QString m_countText;
+  QString m_notice;
   QString m_statusText;
+  QString m_lossText;
+  lidar::RecordingReport m_recording;
+  QImage m_overlay;
+  int m_overlaySerial = 0;
   bool m_playByFrame = true;
-  bool m_measured = false;       ///< the extent belongs to the open capture
-  bool m_rangeMeasured = false;  ///< the range belongs to the colour mode
-  /// Last, so that it ends first: closing the capture still reaches the fields above.
+  bool m_measured = false;  ///< the extent belongs to the open capture
+  bool m_found = false;     ///< the eye has been placed
+  QTimer m_healthTimer;
+  QElapsedTimer m_sinceRate;
+  int m_picturesSinceRate = 0;
+  double m_pictureRate = 0;
+  /// These end first: closing the capture still reaches the fields above.
+  Jobs m_jobs;
   CaptureSession m_session;
 };
 

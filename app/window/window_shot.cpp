@@ -26,7 +26,7 @@ WindowShot::WindowShot(Viewer &viewer, QQuickWindow &window, QString file)
 }
 
 void WindowShot::countSwap() {
-  if (m_finished || m_viewer.scene().extentSerial == 0) return;
+  if (m_finished || m_viewer.pointsShown() == 0) return;
   if (++m_swaps < settlingSwaps) {
     m_window.update();
     return;

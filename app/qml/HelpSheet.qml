@@ -1,0 +1,66 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "parts"
+
+Popup {
+    id: sheet
+    objectName: "help"
+    anchors.centerIn: Overlay.overlay
+    modal: true
+    padding: 20
+    background: Rectangle { color: theme.panel; border.color: theme.line; radius: 6 }
+    readonly property var left: [
+        ["Mouse", ""],
+        ["Left drag", "turn around the pivot"],
+        ["Right, middle or Shift+left drag", "move"],
+        ["Wheel", "zoom to the cursor"],
+        ["Click", "tell a point's place"],
+        ["Double click", "turn around this point"],
+        ["", ""],
+        ["View", ""],
+        ["F", "fit what is shown"],
+        ["Home", "back to the first view"],
+        ["1 2 3 4 5 6", "front, back, left, right, top, bottom"],
+        ["P", "perspective or orthographic"],
+        ["Alt+arrows, + and -", "turn and zoom"],
+        ["F11", "full screen"]]
+    readonly property var right: [
+        ["Time", ""],
+        ["Space", "play or pause"],
+        ["Left, Right", "frame back, frame on"],
+        ["Ctrl+Home, Ctrl+End", "first frame, last frame"],
+        ["", ""],
+        ["Tools", ""],
+        ["S", "select points with a band"],
+        ["R", "measure between two points"],
+        ["Escape", "put the tool away, clear"],
+        ["F9, F10", "side panels, table of points"],
+        ["", ""],
+        ["Files", ""],
+        ["Ctrl+O, Ctrl+Shift+O", "open a file, a folder"],
+        ["Ctrl+L", "live source"],
+        ["Ctrl+P", "picture of the window"],
+        ["Ctrl+W, Ctrl+Q", "close the source, the window"]]
+
+    component Keys: Grid {
+        property var rows
+        columns: 2
+        columnSpacing: 16
+        rowSpacing: 3
+        Repeater {
+            model: rows.length * 2
+            Label {
+                readonly property var row: rows[Math.floor(index / 2)]
+                text: row[index % 2]
+                font.pixelSize: 13
+                font.bold: row[1] === "" && index % 2 === 0
+                color: index % 2 ? theme.text : row[1] === "" ? theme.text : theme.accent
+            }
+        }
+    }
+    Row {
+        spacing: 40
+        Keys { rows: sheet.left }
+        Keys { rows: sheet.right }
+    }
+}

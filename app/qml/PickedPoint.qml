@@ -1,0 +1,34 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+// A clicked point: where it is, and its row while the table of points is open.
+Item {
+    id: picked
+    property var place: null
+    property point spot
+    visible: place !== null && !isNaN(spot.x)
+
+    function show(at) {
+        place = at
+        spot = canvas.project(at)
+        if (window.tableShown && window.buffer) {
+            window.buffer.selectionMatrix = canvas.pointMatrix(at)
+            window.buffer.selectEnabled = true
+        }
+    }
+    function hide() { place = null }
+    Connections { target: canvas; function onCameraChanged() { if (picked.place) picked.spot = canvas.project(picked.place) } }
+    Connections { target: viewer; function onCaptureChanged() { picked.hide() } }
+
+    Rectangle { x: picked.spot.x - 6; y: picked.spot.y - 6; width: 12; height: 12; radius: 6; color: "transparent"; border { color: theme.accent; width: 2 } }
+    Label {
+        objectName: "pickedText"
+        x: Math.min(picked.spot.x + 12, canvas.width - width - 4)
+        y: Math.max(4, picked.spot.y - height - 6)
+        text: picked.place ? "x " + picked.place.x.toFixed(3) + "  y " + picked.place.y.toFixed(3) + "  z " + picked.place.z.toFixed(3)
+            + " m\ndistance " + picked.place.length().toFixed(3) + " m" : ""
+        font.pixelSize: 12
+        padding: 6
+        background: Rectangle { color: theme.veil; radius: 4 }
+    }
+}

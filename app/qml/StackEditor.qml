@@ -1,0 +1,40 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "parts"
+
+// How many frames are shown at once. The memory for them is taken in the background; what came of it is told.
+Row {
+    id: editor
+    readonly property var buffer: viewer.buffer
+    property bool busy: false
+    visible: buffer !== null && typeof buffer.setFrameNumber === "function"
+    spacing: 4
+
+    function ask(depth) { if (buffer.setFrameNumber(depth) === false && !busy) field.restore() }
+    onBufferChanged: busy = false
+    Connections {
+        target: editor.buffer
+        ignoreUnknownSignals: true
+        function onFrameAllocationStarted() { editor.busy = true }
+        function onFrameAllocationFinished(success, actualFrames, message) {
+            editor.busy = false
+            field.restore()
+            if (success) viewer.tell(message); else viewer.fail(message)
+        }
+    }
+    Label { text: "Stack"; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
+    NumberField {
+        id: field
+        objectName: "stackDepth"
+        label: "Frames shown at once"
+        width: 52
+        decimals: 0
+        enabled: !editor.busy
+        number: editor.buffer && editor.buffer.frameNumber || 1
+        onEntered: editor.ask(Math.round(value))
+        ToolTip.visible: hovered
+        ToolTip.delay: 600
+        ToolTip.text: "Frames shown at once, up to 3000"
+    }
+    BusyIndicator { running: editor.busy; visible: running; width: 24; height: 24; anchors.verticalCenter: parent.verticalCenter }
+}

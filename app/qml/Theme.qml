@@ -1,0 +1,25 @@
+import QtQuick 2.15
+
+// Colours that the palette has no role for.
+QtObject {
+    property bool dark: true
+    readonly property color window: dark ? "#1b2026" : "#f0f2f4"
+    readonly property color bar: dark ? "#14181d" : "#e4e8ec"
+    readonly property color panel: dark ? "#1b2026" : "#f7f8f9"
+    readonly property color line: dark ? "#323a43" : "#ccd2d8"
+    readonly property color edge: dark ? "#56616d" : "#98a2ac"
+    readonly property color text: dark ? "#d6dce2" : "#1d242b"
+    readonly property color faint: dark ? "#8fa0b0" : "#5a6672"
+    readonly property color field: dark ? "#14181d" : "#ffffff"
+    readonly property color accent: dark ? "#3d8bd9" : "#2470b8"
+    readonly property color row: dark ? "#20262d" : "#eef1f4"
+    readonly property color canvas: dark ? "#101418" : "#fbfbfa"
+    readonly property color grid: dark ? "#2b333c" : "#d3d8dd"
+    readonly property color label: dark ? "#788490" : "#808a94"
+    readonly property color veil: dark ? "#c8101418" : "#d8ffffff"
+    readonly property color errorBack: dark ? "#5a1f24" : "#f6d5d7"
+    readonly property color errorText: dark ? "#ffd7d9" : "#7a1119"
+    readonly property color noticeBack: dark ? "#1d3b2c" : "#d5ecdf"
+    readonly property color mark: dark ? "#ff40ff" : "#c000c0"
+    readonly property int small: 12
+}

@@ -1,0 +1,75 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "../parts"
+
+// One row a channel: a check to show it, its number and angles. A click marks a row, Shift marks up to it, Ctrl adds
+// one; the checks of marked rows go together.
+Column {
+    id: panel
+    readonly property var buffer: viewer.buffer
+    readonly property var channels: buffer ? buffer.channelModel : null
+    property int anchor: -1
+    spacing: 4
+    topPadding: 6
+
+    function setShown(rows, shown) {
+        rows.forEach(function (row, i) { buffer.setDisplayedFlag(row, shown, i === rows.length - 1) })
+    }
+    function all() {
+        var rows = []
+        for (var row = 0; row < channels.rowCount(); ++row) rows.push(row)
+        return rows
+    }
+    function marked(row) {
+        var flags = channels.selectRows()
+        var rows = all().filter(function (each) { return flags[each] })
+        return rows.indexOf(row) >= 0 ? rows : [row]
+    }
+    function mark(row, modifiers) {
+        if (modifiers & Qt.ControlModifier) channels.setSelectRange(row)
+        else if ((modifiers & Qt.ShiftModifier) && anchor >= 0) channels.setSelectRange(anchor, row)
+        else channels.setSelectRange(-1, row)
+        if (!(modifiers & Qt.ShiftModifier)) anchor = row
+        channels.refresh()
+    }
+
+    RowLayout {
+        width: parent.width
+        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; onClicked: panel.setShown(panel.all(), true) }
+        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; onClicked: panel.setShown(panel.all(), false) }
+        Item { Layout.fillWidth: true }
+        Label { text: table.model ? panel.all().length + " channels" : ""; color: theme.faint; font.pixelSize: 12 }
+    }
+    Table {
+        id: table
+        objectName: "channelTable"
+        width: parent.width
+        height: 260
+        model: panel.channels
+        heads: panel.channels ? panel.channels.headerData : []
+        widths: [34, 56, 96, 96]
+        cell: Rectangle {
+            implicitWidth: 60
+            implicitHeight: 22
+            color: background ? theme.accent : row % 2 ? theme.row : theme.field
+            MouseArea { anchors.fill: parent; onClicked: panel.mark(row, mouse.modifiers) }
+            Check {
+                visible: column === 0
+                anchors.centerIn: parent
+                focusPolicy: Qt.NoFocus
+                tip: "Channel " + (row + 1)
+                checked: column === 0 && Boolean(display)
+                onClicked: panel.setShown(panel.marked(row), checked)
+            }
+            Label {
+                visible: column > 0
+                anchors { fill: parent; leftMargin: 6 }
+                verticalAlignment: Text.AlignVCenter
+                font.pixelSize: 12
+                color: background ? "white" : theme.text
+                text: column < 2 ? display : Number(display).toFixed(3) + "\u00b0"
+            }
+        }
+    }
+}

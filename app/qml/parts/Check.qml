@@ -1,0 +1,26 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+CheckBox {
+    id: check
+    property string tip
+    focusPolicy: Qt.TabFocus
+    font.pixelSize: 12
+    padding: 2
+    spacing: 6
+    indicator: Rectangle {
+        x: check.leftPadding
+        y: (check.height - height) / 2
+        implicitWidth: 15
+        implicitHeight: 15
+        radius: 3
+        color: check.checked ? theme.accent : theme.field
+        border { color: check.visualFocus ? theme.text : check.checked ? theme.accent : theme.edge; width: 1 }
+        opacity: check.enabled ? 1 : 0.5
+        Label { anchors.centerIn: parent; visible: check.checked; text: "\u2713"; font { pixelSize: 12; bold: true } color: "white" }
+    }
+    Accessible.name: text.length > 0 ? text : tip
+    ToolTip.visible: tip.length > 0 && hovered
+    ToolTip.delay: 600
+    ToolTip.text: tip
+}

@@ -1,0 +1,33 @@
+import QtQuick 2.15
+import QtQuick.Dialogs 1.3
+
+// One file dialog for all panels: ask(title, filters, save, then) calls then(url) with what the user chose.
+FileDialog {
+    id: dialog
+    property var then
+    property string suffix
+    function ask(title, filters, save, then) {
+        dialog.title = title
+        dialog.nameFilters = filters
+        dialog.selectFolder = false
+        dialog.selectExisting = !save
+        var suffix = save && filters.length > 0 ? /\*\.(\w+)/.exec(filters[0]) : null
+        dialog.suffix = suffix ? suffix[1] : ""
+        dialog.then = then
+        dialog.open()
+    }
+    function askFolder(title, then) {
+        dialog.title = title
+        dialog.nameFilters = []
+        dialog.selectExisting = true
+        dialog.selectFolder = true
+        dialog.suffix = ""
+        dialog.then = then
+        dialog.open()
+    }
+    onAccepted: {
+        var url = fileUrl.toString()
+        if (suffix.length > 0 && !/\.\w+$/.test(url)) url += "." + suffix
+        then(url)
+    }
+}

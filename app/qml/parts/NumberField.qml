@@ -1,0 +1,33 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+// A number that is taken over with Enter or when the field is left; what is no number falls back to what held.
+TextField {
+    id: field
+    property double number: 0
+    property int decimals: 2
+    property string label
+    signal entered(double value)
+    function format(value) {
+        var text = value.toFixed(decimals)
+        return decimals > 0 ? text.replace(/\.?0+$/, "") : text
+    }
+    function restore() { text = Qt.binding(function () { return format(number) }) }
+    text: format(number)
+    selectByMouse: true
+    implicitHeight: 26
+    font.pixelSize: 12
+    topPadding: 3
+    bottomPadding: 3
+    background: Rectangle { color: theme.field; radius: 3; border.color: field.activeFocus ? theme.accent : theme.edge; opacity: field.enabled ? 1 : 0.5 }
+    horizontalAlignment: Text.AlignRight
+    validator: DoubleValidator { notation: DoubleValidator.StandardNotation; locale: "C" }
+    Accessible.name: label
+    onEditingFinished: {
+        var value = Number(text)
+        if (text.length > 0 && !isNaN(value) && value !== number) entered(value)
+        restore()
+    }
+    Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
+    onActiveFocusChanged: if (activeFocus) selectAll()
+}

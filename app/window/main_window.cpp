@@ -1,0 +1,60 @@
+#include "app/window/main_window.h"
+
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QClipboard>
+#include <QQmlContext>
+#include <QQuickStyle>
+#include <QStandardPaths>
+
+#include "app/window/cloud_canvas.h"
+#include "app/window/overlay_picture.h"
+#include "app/window/theme.h"
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+void registerTypes() {
+  qmlRegisterType<CloudCanvas>("Skarnvisor", 1, 0, "CloudCanvas");
+  const QString reason = QStringLiteral("one a program");
+  qmlRegisterUncreatableType<Viewer>("Skarnvisor", 1, 0, "Viewer", reason);
+  qmlRegisterUncreatableType<ColorScale>("Skarnvisor", 1, 0, "ColorScale", reason);
+  // The tables of the buffers are properties of this type.
+  qRegisterMetaType<QAbstractTableModel *>();
+  qmlRegisterUncreatableType<QAbstractTableModel>("Skarnvisor", 1, 0, "AbstractTableModel", reason);
+}
+
+}  // namespace
+
+MainWindow::MainWindow() {
+  QQuickStyle::setStyle(QStringLiteral("Fusion"));
+  registerTypes();
+  m_engine.addImageProvider(QStringLiteral("overlay"), new OverlayProvider(m_viewer));
+  QQmlContext &context = *m_engine.rootContext();
+  context.setContextProperty(QStringLiteral("app"), this);
+  context.setContextProperty(QStringLiteral("viewer"), &m_viewer);
+  context.setContextProperty(QStringLiteral("jobs"), &m_viewer.jobs());
+  context.setContextProperty(QStringLiteral("prefs"), &m_viewer.preferences());
+  context.setContextProperty(QStringLiteral("logModel"), &m_log);
+  m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));
+  if (!m_engine.rootObjects().isEmpty()) m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+}
+
+MainWindow::~MainWindow() {
+  // The items must be gone before what they bind to.
+  delete m_window;
+}
+
+void MainWindow::setDark(bool dark) { QApplication::setPalette(themePalette(dark)); }
+
+bool MainWindow::saveShot(const QUrl &target) {
+  return m_window != nullptr && m_window->grabWindow().save(target.toLocalFile());
+}
+
+void MainWindow::copyText(const QString &text) { QApplication::clipboard()->setText(text); }
+
+QUrl MainWindow::picturesFolder() {
+  return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+}
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include "app/window/log_model.h"
+#include "app/window/viewer.h"
+
+namespace tarvo::skarnvisor::app {
+
+/// The window with what it binds to. Needs a QApplication; GUI thread.
+class MainWindow : public QObject {
+  Q_OBJECT
+
+ public:
+  MainWindow();
+  ~MainWindow() override;
+
+  /// Null if the window could not be made.
+  QQuickWindow *window() const { return m_window; }
+  Viewer &viewer() { return m_viewer; }
+  LogModel &log() { return m_log; }
+
+  /// The application's palette follows the window's theme.
+  Q_INVOKABLE void setDark(bool dark);
+  /// Saves the window as it looks; false if the file cannot be written.
+  Q_INVOKABLE bool saveShot(const QUrl &target);
+  Q_INVOKABLE void copyText(const QString &text);
+  /// Folder for pictures and exports that the user has not chosen one for.
+  Q_INVOKABLE static QUrl picturesFolder();
+
+ private:
+  Viewer m_viewer;
+  LogModel m_log;
+  QQmlApplicationEngine m_engine;
+  QQuickWindow *m_window = nullptr;
+};
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,47 @@
+#include "app/window/preferences.h"
+
+#include <QStandardPaths>
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+constexpr int recentLimit = 12;
+const QString recentKey = QStringLiteral("Viewer/recent");
+
+QString settingsFile() {
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
+         QStringLiteral("/SkarnvisorDataFiles/Settings.ini");
+}
+
+}  // namespace
+
+Preferences::Preferences(QObject *parent) : QObject(parent), m_settings(settingsFile(), QSettings::IniFormat) {
+  m_settings.setIniCodec("UTF-8");
+}
+
+QVariant Preferences::value(const QString &key, const QVariant &fallback) const {
+  QVariant found = m_settings.value(QStringLiteral("Viewer/") + key, fallback);
+  // The file holds text alone.
+  return found.convert(static_cast<int>(fallback.type())) ? found : fallback;
+}
+
+void Preferences::setValue(const QString &key, const QVariant &value) {
+  m_settings.setValue(QStringLiteral("Viewer/") + key, value);
+}
+
+QStringList Preferences::recent() const { return m_settings.value(recentKey).toStringList(); }
+
+void Preferences::addRecent(const QString &source) {
+  QStringList sources = recent();
+  sources.removeAll(source);
+  sources.prepend(source);
+  m_settings.setValue(recentKey, QStringList(sources.mid(0, recentLimit)));
+  Q_EMIT recentChanged();
+}
+
+void Preferences::clearRecent() {
+  m_settings.remove(recentKey);
+  Q_EMIT recentChanged();
+}
+
+}  // namespace tarvo::skarnvisor::app

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QSettings>
+#include <QStringList>
+#include <QVariant>
+
+namespace tarvo::skarnvisor::app {
+
+/// What the window remembers, in the group "Viewer" of the settings file that the plug-in uses too. GUI thread.
+class Preferences : public QObject {
+  Q_OBJECT
+  /// What was opened last, newest first.
+  Q_PROPERTY(QStringList recent READ recent NOTIFY recentChanged)
+
+ public:
+  explicit Preferences(QObject *parent = nullptr);
+
+  /// The remembered value as the type that `fallback` has; `fallback` where there is none.
+  Q_INVOKABLE QVariant value(const QString &key, const QVariant &fallback) const;
+  Q_INVOKABLE void setValue(const QString &key, const QVariant &value);
+  /// Whether a capture opened from now on asks for two views. The render buffer reads it.
+  Q_INVOKABLE void setSplitWindow(bool split) { m_settings.setValue(QStringLiteral("SplitWindow"), split); }
+
+  QStringList recent() const;
+  void addRecent(const QString &source);
+  Q_INVOKABLE void clearRecent();
+
+ Q_SIGNALS:
+  void recentChanged();
+
+ private:
+  QSettings m_settings;
+};
+
+}  // namespace tarvo::skarnvisor::app

@@ -17,7 +17,7 @@ Item {
         viewer: window.viewerObject
         Accessible.role: Accessible.Graphic
         Accessible.name: viewer.ready ? "Point cloud, " + viewer.countText : "Point cloud, nothing open"
-        onBandDrawn: selection.select(matrix)
+        onBandDrawn: window.select(matrix)
         onPointClicked: tool === CloudCanvas.Ruler ? ruler.addPlace(place) : picked.show(place)
         onNothingClicked: picked.hide()
     }

@@ -11,10 +11,7 @@ Item {
     function show(at) {
         place = at
         spot = canvas.project(at)
-        if (window.tableShown && window.buffer) {
-            window.buffer.selectionMatrix = canvas.pointMatrix(at)
-            window.buffer.selectEnabled = true
-        }
+        if (window.tableShown) window.select(canvas.pointMatrix(at))
     }
     function hide() { place = null }
     Connections { target: canvas; function onCameraChanged() { if (picked.place) picked.spot = canvas.project(picked.place) } }

@@ -28,6 +28,8 @@ ApplicationWindow {
     property bool statsShown: prefs.value("stats", false)
     property bool dockShown: prefs.value("dock", true)
     property bool tableShown: prefs.value("table", false)
+    // The buffer tells of its selection with its other signals; the window, which alone sets it, keeps it too.
+    property bool selecting: false
     property bool exporting: false
     property var exporter: null
     readonly property var buffer: viewer.buffer
@@ -36,7 +38,7 @@ ApplicationWindow {
     readonly property Item focusHome: canvasView.canvas
     readonly property var viewerObject: viewer
 
-    Theme { id: theme; objectName: "theme"; dark: prefs.value("dark", true); onDarkChanged: window.applyTheme() }
+    Theme { id: theme; objectName: "theme"; dark: prefs.value("dark", true); onCanvasChanged: window.applyTheme(); onGridChanged: window.applyTheme() }
     FileChooser { id: chooser; objectName: "chooser" }
     LiveDialog { id: liveDialog }
     CutDialog { id: cutDialog }
@@ -63,7 +65,7 @@ ApplicationWindow {
         if (!keysFree) canvas.forceActiveFocus()
         else if (viewer.error.length > 0) viewer.clearError()
         else if (canvas.tool !== CloudCanvas.Orbit) { canvas.tool = CloudCanvas.Orbit; ruler.clear() }
-        else if (buffer && buffer.selectEnabled) buffer.selectEnabled = false
+        else if (selecting) clearSelection()
         else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
     }
     // The point table is filled only while it is seen.
@@ -80,6 +82,15 @@ ApplicationWindow {
             else viewer.fail("The picture could not be saved: choose a folder that you may write to.")
         })
     }
+    function select(matrix) {
+        if (!buffer) return
+        buffer.selectionMatrix = matrix
+        buffer.selectEnabled = selecting = true
+    }
+    function clearSelection() {
+        if (buffer) buffer.selectEnabled = false
+        selecting = false
+    }
     function startFrameExport(target, type, url) {
         exporter = target
         target.setDetailExport(true, type, url)
@@ -92,7 +103,7 @@ ApplicationWindow {
         exporter = null
     }
 
-    onBufferChanged: { exporting = false; exporter = null; if (buffer) syncTable() }
+    onBufferChanged: { selecting = exporting = false; exporter = null; if (buffer) syncTable() }
     onVisibilityChanged: if (visibility === ApplicationWindow.Windowed) geometryTimer.restart()
     onWidthChanged: geometryTimer.restart()
     onHeightChanged: geometryTimer.restart()

@@ -27,7 +27,8 @@ void registerTypes() {
 }  // namespace
 
 MainWindow::MainWindow() {
-  QQuickStyle::setStyle(QStringLiteral("Fusion"));
+  // Once a process, before the first controls are loaded.
+  if (QQuickStyle::name().isEmpty()) QQuickStyle::setStyle(QStringLiteral("Fusion"));
   registerTypes();
   m_engine.addImageProvider(QStringLiteral("overlay"), new OverlayProvider(m_viewer));
   QQmlContext &context = *m_engine.rootContext();

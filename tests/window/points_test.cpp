@@ -1,0 +1,193 @@
+// Colours, filters, selection and the table of points in the real window: values first, then the pixels that follow.
+#include <cmath>
+
+#include "app/render/color_ramp.h"
+#include "app/render/picking.h"
+#include "tests/window/window_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+using app::VertexPoint;
+
+float distanceOf(const VertexPoint &point) {
+  return std::sqrt(point.x * point.x + point.y * point.y + point.z * point.z);
+}
+
+class WindowPoints : public WindowTest {
+ protected:
+  void SetUp() override {
+    start();
+    for (const char *panel : {"filter", "channels"}) viewer().preferences().setValue(QString("panels/") + panel, true);
+    viewer().preferences().setValue("panels/colors", false);
+    start();
+    open();
+  }
+
+  /// Share of the sampled points whose pixel has the colour that their colour word stands for.
+  double coloursDrawn() {
+    const QImage image = picture();
+    const app::ViewColors &colors = viewer().scene().main;
+    const QMatrix4x4 matrix = canvas().camera().projectionMatrix(static_cast<float>(image.width()) / image.height()) *
+                              canvas().camera().viewMatrix();
+    int sampled = 0;
+    int right = 0;
+    viewer().cloud().forEachShown(37, [&](const VertexPoint &point) {
+      const QPointF at = canvas().project({point.x, point.y, point.z});
+      // The legend and the tool bars lie on the edges.
+      if (!QRectF(150, 60, image.width() - 400, image.height() - 120).contains(at)) return;
+      const auto front = app::pointUnder(viewer().cloud(), matrix, image.size(), at, 3);
+      if (!front || std::abs(distanceOf(*front) - distanceOf(point)) > 1e-4F) return;
+      const float value = app::halfToFloat(static_cast<std::uint16_t>(point.word));
+      const QRgb wanted = colors.ramp.at((value - colors.range.low) / (colors.range.high - colors.range.low));
+      const QRgb seen = image.pixel(at.toPoint());
+      ++sampled;
+      right += std::abs(qRed(wanted) - qRed(seen)) + std::abs(qGreen(wanted) - qGreen(seen)) +
+                           std::abs(qBlue(wanted) - qBlue(seen)) <
+                       24
+                   ? 1
+                   : 0;
+    });
+    EXPECT_GT(sampled, 20);
+    return sampled > 0 ? static_cast<double>(right) / sampled : 0;
+  }
+};
+
+TEST_F(WindowPoints, EveryPointIsDrawnInTheColourOfItsAttributeAlsoAfterAChangeOfMode) {
+  EXPECT_GT(coloursDrawn(), 0.9);
+  const VertexPoint before = [this] {
+    VertexPoint first;
+    viewer().cloud().forEachShown(1000, [&](const VertexPoint &point) { first = point; });
+    return first;
+  }();
+  viewer().colors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("distance")));
+  ASSERT_TRUE(eventually([&] {
+    VertexPoint now;
+    viewer().cloud().forEachShown(1000, [&](const VertexPoint &point) { now = point; });
+    return now.word != before.word;
+  }));
+  EXPECT_EQ(viewer().colors()->legendTitle(), "distance, m");
+  // The picture follows the colours by a turn.
+  EXPECT_TRUE(eventually([this] { return coloursDrawn() > 0.9; }));
+}
+
+TEST_F(WindowPoints, ALockedRangeBelongsToItsColourMode) {
+  app::ColorScale &scale = *viewer().colors();
+  scale.setLow(10);
+  scale.setHigh(60);
+  EXPECT_TRUE(scale.isLocked());
+  const int intensity = scale.mode();
+  scale.setMode(static_cast<int>(viewer().colorTitles().indexOf("z")));
+  EXPECT_FALSE(scale.isLocked());
+  scale.setMode(intensity);
+  EXPECT_NEAR(scale.low(), 10, 1e-3);
+  EXPECT_NEAR(scale.high(), 60, 1e-3);
+  scale.fit();
+  EXPECT_FALSE(scale.isLocked());
+  EXPECT_GT(std::abs(scale.high() - 60), 1);
+}
+
+TEST_F(WindowPoints, AFilterTypedIntoThePanelHidesWhatLiesOutside) {
+  const int near = count([](const VertexPoint &point) { return distanceOf(point) <= 12; });
+  ASSERT_LT(near, viewer().pointsShown());
+  ASSERT_NO_FATAL_FAILURE(type("distanceFilterFlag-high", "12"));
+  // Millimetres of the vertices against the distance as it was measured.
+  EXPECT_TRUE(eventually([&] { return std::abs(viewer().pointsShown() - near) <= 5; }))
+      << viewer().pointsShown() << " shown, " << near << " near";
+  ASSERT_NO_FATAL_FAILURE(click("filterOn"));
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > near + 5; }));
+}
+
+TEST_F(WindowPoints, ChannelsGoAndComeBackWithThePanelsButtons) {
+  const int all = viewer().pointsShown();
+  ASSERT_NO_FATAL_FAILURE(click("section-filter"));
+  ASSERT_NO_FATAL_FAILURE(click("noChannels"));
+  EXPECT_TRUE(eventually([this] { return viewer().pointsShown() == 0; }));
+  ASSERT_NO_FATAL_FAILURE(click("allChannels"));
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() == all; }));
+}
+
+TEST_F(WindowPoints, TwoViewsShowOneFrameInTwoColours) {
+  viewer().setSplitView(true);
+  viewer().sideColors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("azimuth")));
+  EXPECT_TRUE(eventually([this] {
+    const QImage image = picture();
+    int differing = 0;
+    for (int y = 60; y < image.height() - 200; y += 3) {
+      for (int x = 20; x < image.width() / 2 - 20; x += 3)
+        differing += image.pixel(x, y) != image.pixel(x + image.width() / 2, y) ? 1 : 0;
+    }
+    return differing > 200;
+  }));
+  viewer().setSplitView(false);
+}
+
+TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
+  const QRectF band(QPointF(canvas().width() * 0.3, canvas().height() * 0.3),
+                    QPointF(canvas().width() * 0.7, canvas().height() * 0.7));
+  const int inside = count([&](const VertexPoint &point) {
+    return band.contains(canvas().project({point.x, point.y, point.z}));
+  });
+  ASSERT_GT(inside, 50);
+  press(Qt::Key_S);
+  drag(band.topLeft(), band.bottomRight());
+  // Points on the very edge may fall to either side.
+  const auto near = [](int a, int b) { return std::abs(a - b) <= 2 + b / 200; };
+  ASSERT_TRUE(eventually([&] { return near(viewer().pointsSelected(), inside); }))
+      << viewer().pointsSelected() << " selected, " << inside << " inside";
+  const int selected = viewer().pointsSelected();
+  ASSERT_NO_FATAL_FAILURE(click("listSelected"));
+  auto *table = viewer().buffer()->property("spreadSheetModel").value<QAbstractTableModel *>();
+  ASSERT_NE(table, nullptr);
+  ASSERT_TRUE(eventually([&] { return table->rowCount() == selected; })) << table->rowCount();
+  EXPECT_TRUE(eventually([&] {
+    return textOf("rowCountText").startsWith(QLocale(QLocale::English).toString(selected));
+  })) << textOf("rowCountText").toStdString();
+  if (table->metaObject()->indexOfMethod("exportPointsInformation(QString)") >= 0) {
+    viewer().jobs().exportTo(table, "exportPointsInformation", QUrl::fromLocalFile(QDir::current().filePath("p.csv")),
+                             "the points");
+    ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));
+    QFile file("p.csv");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << viewer().error().toStdString();
+    EXPECT_EQ(file.readAll().count('\n'), selected + 1);
+  }
+  window()->setProperty("tableShown", false);
+  press(Qt::Key_Escape);
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(eventually([this] { return viewer().pointsSelected() == 0; }));
+}
+
+TEST_F(WindowPoints, TwoClicksMeasureADistance) {
+  QVector<VertexPoint> ends;
+  viewer().cloud().forEachShown(211, [&](const VertexPoint &point) {
+    const QRectF middle(150, 80, canvas().width() - 400, canvas().height() - 200);
+    if (ends.size() < 2 && middle.contains(canvas().project({point.x, point.y, point.z}))) ends << point;
+  });
+  ASSERT_EQ(ends.size(), 2);
+  press(Qt::Key_R);
+  QVector<QVector3D> picked;
+  QObject::connect(&canvas(), &app::CloudCanvas::pointClicked, [&](const QVector3D &place) { picked << place; });
+  for (const VertexPoint &end : ends) {
+    const QPointF at = canvas().mapToScene(canvas().project({end.x, end.y, end.z}));
+    QTest::mouseClick(window(), Qt::LeftButton, {}, at.toPoint());
+  }
+  ASSERT_EQ(picked.size(), 2);
+  const double metres = static_cast<double>((picked[1] - picked[0]).length());
+  EXPECT_TRUE(textOf("rulerText").startsWith(QString::number(metres, 'f', 3))) << textOf("rulerText").toStdString();
+}
+
+TEST_F(WindowPoints, AStackShowsItsFramesAtOnceAndOneFrameAgainAfterwards) {
+  if (viewer().buffer()->metaObject()->indexOfMethod("setFrameNumber(int)") < 0) GTEST_SKIP() << "no stack";
+  const int one = viewer().pointsShown();
+  ASSERT_NO_FATAL_FAILURE(type("stackDepth", "20"));
+  ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("frameNumber").toInt() == 20; }))
+      << viewer().error().toStdString();
+  timeline().seekFrame(lastFrame());
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 3 * one; })) << viewer().pointsShown() << " of " << one;
+  EXPECT_EQ(viewer().scene().canvases.size(), 4U);
+  ASSERT_NO_FATAL_FAILURE(type("stackDepth", "1"));
+  EXPECT_TRUE(eventually([&] { return viewer().scene().canvases.size() == 1 && viewer().pointsShown() < 2 * one; }));
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

@@ -50,6 +50,8 @@ Column {
         heads: panel.channels ? panel.channels.headerData : []
         widths: [34, 56, 96, 96]
         cell: Rectangle {
+            // A check box has a "display" of its own.
+            readonly property var value: display
             implicitWidth: 60
             implicitHeight: 22
             color: background ? theme.accent : row % 2 ? theme.row : theme.field
@@ -59,7 +61,7 @@ Column {
                 anchors.centerIn: parent
                 focusPolicy: Qt.NoFocus
                 tip: "Channel " + (row + 1)
-                checked: column === 0 && Boolean(display)
+                checked: column === 0 && Boolean(value)
                 onClicked: panel.setShown(panel.marked(row), checked)
             }
             Label {
@@ -68,7 +70,7 @@ Column {
                 verticalAlignment: Text.AlignVCenter
                 font.pixelSize: 12
                 color: background ? "white" : theme.text
-                text: column < 2 ? display : Number(display).toFixed(3) + "\u00b0"
+                text: column < 2 ? value : Number(value).toFixed(3) + "\u00b0"
             }
         }
     }

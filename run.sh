@@ -2,9 +2,13 @@
 # Installs what is missing, builds a release, makes the sample capture if there is none, and opens it: in a window where
 # there is a display, as pictures and a summary under out/ where there is none.
 #   ./run.sh [CAPTURE] [options of the viewer]
+#   ./run.sh --pictures    takes the pictures of docs/manual.md anew
 set -euo pipefail
 cd "$(dirname "$0")"
 scripts/setup.sh
+if [ "${1:-}" = --pictures ]; then
+  exec scripts/pictures.sh
+fi
 scripts/build.sh release
 bin=build/release/bin
 

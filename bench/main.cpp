@@ -102,6 +102,7 @@ int main(int argc, char **argv) {
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);
   tarvo::skarnvisor::bench::addExportMeasures(measures);
   tarvo::skarnvisor::bench::addTelemetryMeasures(measures);
+  tarvo::skarnvisor::bench::addUploadMeasures(measures);
 
   const std::string filter = argc > 1 ? argv[1] : "";
   std::erase_if(measures, [&filter](const Measure &measure) { return measure.name.find(filter) == std::string::npos; });

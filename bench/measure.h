@@ -45,4 +45,7 @@ void addTelemetryMeasures(std::vector<Measure> &measures);
 /// Measures of a stack of frames.
 void addStackMeasures(std::vector<Measure> &measures);
 
+/// Measures of the window, where there is a display.
+void addUploadMeasures(std::vector<Measure> &measures);
+
 }  // namespace tarvo::skarnvisor::bench

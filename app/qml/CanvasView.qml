@@ -72,8 +72,8 @@ Item {
         objectName: "overlay"
         visible: viewer.overlaySerial > 0
         anchors { left: parent.left; bottom: parent.bottom; margins: 14 }
-        width: Math.min(parent.width * 0.32, 480)
-        fillMode: Image.PreserveAspectFit
+        width: Math.min(parent.width * 0.3, 480)
+        height: implicitWidth > 0 ? width * implicitHeight / implicitWidth : 0
         cache: false
         source: viewer.overlaySerial > 0 ? "image://overlay/" + viewer.overlaySerial : ""
         Rectangle { anchors.fill: parent; color: "transparent"; border.color: theme.line }

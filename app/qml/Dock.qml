@@ -51,6 +51,7 @@ Rectangle {
                 shown: dock.has("faultmessageViewUsed") && dock.buffer.faultmessageViewUsed
                 content: TablePanel { modelName: "faultmessageModel"; enabledName: "faultmessageViewEnabled"; widths: [190, 100]; emptyText: "No fault message has come since this panel was opened." }
             }
+            Section { title: "Motion sensor"; name: "motion"; shown: dock.has("imuConfig") && dock.buffer.imuConfig >= 0; content: MotionPanel {} }
             Section { title: "Calibration files"; name: "calibration"; shown: dock.buffer !== null && typeof dock.buffer.setDcfCorrectionState === "function"; content: CalibrationPanel {} }
             Section { title: "Save and export"; name: "export"; shown: dock.buffer !== null; content: ExportPanel {} }
             Section { title: "Tools of the lidar"; name: "tools"; shown: toolFile != ""; readonly property url toolFile: viewer.panelFile(dock.buffer && dock.buffer.toolBoxSource || ""); content: Loader { source: viewer.panelFile(dock.buffer.toolBoxSource) } }

@@ -51,7 +51,8 @@ Popup {
             model: rows.length * 2
             Label {
                 readonly property var row: rows[Math.floor(index / 2)]
-                text: row[index % 2]
+                // An empty label would have no place in the grid.
+                text: row[index % 2] === "" ? " " : row[index % 2]
                 font.pixelSize: 13
                 font.bold: row[1] === "" && index % 2 === 0
                 color: index % 2 ? theme.text : row[1] === "" ? theme.text : theme.accent

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import "parts"
 
 // The ramp with its values. The lock keeps the range for the colour mode; a double click fits it.
 Rectangle {
@@ -59,7 +60,7 @@ Rectangle {
         ToolTip.delay: 800
         ToolTip.text: "Double click: fit to what is shown. Right click: more"
     }
-    Menu {
+    PopMenu {
         id: menu
         MenuItem { text: "Fit to what is shown"; onTriggered: legend.scale.fit() }
         MenuItem { text: "Lock this range"; checkable: true; checked: legend.scale.locked; onTriggered: legend.scale.locked = checked }

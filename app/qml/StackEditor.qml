@@ -22,6 +22,17 @@ Row {
             if (success) viewer.tell(message); else viewer.fail(message)
         }
     }
+    // By time, some lidars show a window of a length of its own.
+    Label { text: "Seconds"; visible: seconds.visible; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
+    NumberField {
+        id: seconds
+        visible: !viewer.playByFrame && editor.buffer !== null && Boolean(editor.buffer.frameDurationFlag)
+        label: "Length of the time window, seconds"
+        width: 52
+        decimals: 3
+        number: editor.buffer && editor.buffer.frameSeconds || 0
+        onEntered: editor.buffer.frameSeconds = value
+    }
     Label { text: "Stack"; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
     NumberField {
         id: field

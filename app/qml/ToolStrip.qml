@@ -18,7 +18,8 @@ ToolBar {
             text: "Open \u25be"
             tip: "Open a file, a folder or a live source"
             onClicked: openMenu.popup(this, 0, height)
-            Menu {
+            menuOpen: openMenu.visible
+            PopMenu {
                 id: openMenu
                 width: 300
                 MenuItem { text: "File\u2026   Ctrl+O"; onTriggered: window.openFile() }
@@ -51,6 +52,7 @@ ToolBar {
         Choice {
             objectName: "colorBox"
             label: "Colour by"
+            displayText: viewer.colors.rgb ? "camera colours" : currentText
             Layout.preferredWidth: 150
             enabled: viewer.ready && !viewer.colors.rgb
             model: viewer.colorTitles
@@ -71,7 +73,8 @@ ToolBar {
             text: "View \u25be"
             tip: "Standard views"
             onClicked: viewMenu.popup(this, 0, height)
-            Menu {
+            menuOpen: viewMenu.visible
+            PopMenu {
                 id: viewMenu
                 MenuItem { text: "Fit   F"; onTriggered: canvas.fit() }
                 MenuItem { text: "First view   Home"; onTriggered: canvas.setView(viewer.viewNames[0]) }

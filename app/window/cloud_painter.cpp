@@ -8,6 +8,7 @@
 
 #include "app/render/ground_grid.h"
 #include "app/window/cloud_canvas.h"
+#include "app/window/vertex_upload.h"
 #include "contracts/host/log.h"
 
 SKARN_LOG_SOURCE("app/cloud_painter");
@@ -85,11 +86,7 @@ void CloudPainter::uploadCanvases() {
     if (held.serial == canvases[i].serial) continue;
     if (!held.buffer.isCreated()) held.buffer.create();
     held.serial = canvases[i].serial;
-    held.count = canvases[i].bytes.size() / static_cast<int>(vertexStride);
-    held.buffer.bind();
-    held.buffer.setUsagePattern(QOpenGLBuffer::StreamDraw);
-    held.buffer.allocate(canvases[i].bytes.constData(), held.count * static_cast<int>(vertexStride));
-    held.buffer.release();
+    held.count = uploadVertices(held.buffer, canvases[i].bytes);
   }
 }
 

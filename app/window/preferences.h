@@ -22,6 +22,8 @@ class Preferences : public QObject {
   /// Whether a capture opened from now on asks for two views. The render buffer reads it.
   Q_INVOKABLE void setSplitWindow(bool split) { m_settings.setValue(QStringLiteral("SplitWindow"), split); }
 
+  bool splitWindow() const { return m_settings.value(QStringLiteral("SplitWindow")).toBool(); }
+
   QStringList recent() const;
   void addRecent(const QString &source);
   Q_INVOKABLE void clearRecent();

@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QLocale>
 
-#include "app/session/live_address.h"
 #include "app/window/overlay_picture.h"
 
 namespace tarvo::skarnvisor::app {
@@ -41,6 +40,7 @@ Viewer::Viewer(QObject *parent)
   }
   connect(&m_healthTimer, &QTimer::timeout, this, &Viewer::lookAtHealth);
   m_healthTimer.start(healthIntervalMs);
+  m_scene.splitView = m_preferences.splitWindow();
   m_sinceRate.start();
 }
 
@@ -48,6 +48,7 @@ void Viewer::start(const QString &pluginPath) { setError(m_session.loadPlugin(pl
 
 void Viewer::open(const QString &source) {
   setError({});
+  m_requested = source;
   m_session.open(source);
 }
 
@@ -61,9 +62,8 @@ void Viewer::cancelOpening() { m_session.host().cancelOpening(); }
 void Viewer::takeUpCapture() {
   setError({});
   m_measured = false;
-  const QString opened = source();
-  m_preferences.addRecent(namesLiveSource(opened) || !QFileInfo::exists(opened) ? opened
-                                                                                : QFileInfo(opened).absoluteFilePath());
+  const QFileInfo file(m_requested);
+  m_preferences.addRecent(file.exists() ? file.absoluteFilePath() : m_requested);
   m_session.view().setPlayByFrame(m_playByFrame);
   if (QObject *buffer = this->buffer()) {
     connect(buffer, SIGNAL(colorModeTitlesChanged()), this, SIGNAL(colorTitlesChanged()), Qt::QueuedConnection);

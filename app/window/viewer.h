@@ -157,6 +157,7 @@ class Viewer : public QObject {
   CanvasScene m_scene;
   ColorScale m_colors;
   ColorScale m_sideColors;
+  QString m_requested;  ///< as the user named it
   QString m_error;
   QString m_notice;
   QString m_statusText;

@@ -82,5 +82,32 @@ TEST(OrbitCamera, OrbitAndZoomStayWithinTheirLimits) {
   EXPECT_FALSE(std::isnan(camera.viewMatrix()(0, 0)));
 }
 
+TEST(OrbitCamera, ZoomingKeepsWhatIsUnderTheCursorInPlaceWithAndWithoutPerspective) {
+  for (const bool orthographic : {false, true}) {
+    OrbitCamera camera;
+    camera.setView("default", scene);
+    camera.setOrthographic(orthographic);
+    const QPointF cursor(0.4, -0.3);
+    // The place in the target's plane that is drawn at the cursor.
+    const QMatrix4x4 matrix = camera.projectionMatrix(1.5F) * camera.viewMatrix();
+    const float depth = matrix.map(camera.target()).z();
+    const QVector3D place = matrix.inverted().map(QVector3D(0.4F, -0.3F, depth));
+    camera.zoomAt(0.5F, cursor, 1.5F);
+    const QVector3D after = project(camera, place);
+    EXPECT_NEAR(after.x(), 0.4, 1e-3);
+    EXPECT_NEAR(after.y(), -0.3, 1e-3);
+  }
+}
+
+TEST(OrbitCamera, APivotComesIntoTheMiddleAndTheEyeKeepsItsDistance) {
+  OrbitCamera camera;
+  camera.setView("default", scene);
+  const QVector3D pivot(5, 12, 1);
+  const float before = (camera.eye() - pivot).length();
+  camera.setPivot(pivot);
+  EXPECT_NEAR(project(camera, pivot).x(), 0, 1e-4);
+  EXPECT_NEAR((camera.eye() - pivot).length(), before, 1e-3);
+}
+
 }  // namespace
 }  // namespace tarvo::skarnvisor::app

@@ -37,7 +37,16 @@ Column {
     RowLayout {
         width: parent.width
         PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; onClicked: panel.setShown(panel.all(), true) }
-        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; onClicked: panel.setShown(panel.all(), false) }
+        PushButton {
+            objectName: "noChannels"
+            text: "None"
+            tip: "Hide all channels"
+            onClicked: {
+                panel.setShown(panel.all(), false)
+                // A frame without a visible point leaves the picture as it is.
+                viewer.tell("All channels are off: the picture stays until one is on")
+            }
+        }
         Item { Layout.fillWidth: true }
         Label { text: table.model ? panel.all().length + " channels" : ""; color: theme.faint; font.pixelSize: 12 }
     }
@@ -57,6 +66,7 @@ Column {
             color: background ? theme.accent : row % 2 ? theme.row : theme.field
             MouseArea { anchors.fill: parent; onClicked: panel.mark(row, mouse.modifiers) }
             Check {
+                objectName: column === 0 ? "channel-" + (row + 1) : ""
                 visible: column === 0
                 anchors.centerIn: parent
                 focusPolicy: Qt.NoFocus

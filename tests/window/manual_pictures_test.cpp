@@ -1,0 +1,74 @@
+// The pictures of the manual, taken from the running program. Run by scripts/pictures.sh, which names the folder in
+// SKARNVISOR_PICTURES; without it there is nothing to do.
+#include <QSettings>
+
+#include "tests/window/window_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+class ManualPictures : public WindowTest {
+ protected:
+  void SetUp() override {
+    if (folder().isEmpty()) GTEST_SKIP() << "SKARNVISOR_PICTURES names no folder";
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "WG9", "--channels", "64", "--columns", "1200",
+                                                       "--frames", "30", "--telemetry", "--out", "street.pcap"});
+  }
+
+  static QString folder() { return qEnvironmentVariable("SKARNVISOR_PICTURES"); }
+
+  void show(const QStringList &panels) {
+    for (const char *panel :
+         {"colors", "filter", "echoes", "channels", "monitor", "faults", "calibration", "export", "log"})
+      setting(QString("panels/") + panel, panels.contains(panel));
+    start();
+    viewer().open("street.pcap");
+    ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 29; }));
+  }
+
+  static void setting(const QString &key, const QVariant &value) { app::Preferences().setValue(key, value); }
+
+  /// Saves the window, small: few colours in a window as plain as this look like all.
+  void save(const QString &name) {
+    // What follows the last change by a turn or two: tool tips aside, the tables and labels.
+    QTest::qWait(400);
+    const QImage shot = window()->grabWindow().scaledToWidth(1100, Qt::SmoothTransformation);
+    EXPECT_TRUE(shot.convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither | Qt::AvoidDither)
+                    .save(folder() + "/" + name + ".png", "PNG", 0));
+  }
+};
+
+TEST_F(ManualPictures, AreTakenFromTheRunningProgram) {
+  ASSERT_NO_FATAL_FAILURE(show({"colors"}));
+  timeline().seekFrame(8);
+  save("window");
+
+  ASSERT_NO_FATAL_FAILURE(show({"filter", "channels"}));
+  type("distanceFilterFlag-high", "25");
+  save("filter");
+
+  ASSERT_NO_FATAL_FAILURE(show({"colors"}));
+  press(Qt::Key_S);
+  drag({canvas().width() * 0.45, canvas().height() * 0.3}, {canvas().width() * 0.7, canvas().height() * 0.55});
+  ASSERT_TRUE(eventually([this] { return viewer().pointsSelected() > 0; }));
+  click("listSelected");
+  save("selection");
+  press(Qt::Key_F10);
+
+  setting("table", false);
+  ASSERT_NO_FATAL_FAILURE(show({"monitor"}));
+  timeline().stepFrames(3);
+  viewer().setSplitView(true);
+  viewer().sideColors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("distance")));
+  save("two-views");
+  viewer().setSplitView(false);
+
+  setting("dark", false);
+  ASSERT_NO_FATAL_FAILURE(show({"colors", "export"}));
+  press(Qt::Key_Question, Qt::ShiftModifier);
+  save("keys");
+  setting("dark", true);
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

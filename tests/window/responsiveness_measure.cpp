@@ -1,0 +1,84 @@
+// How long the GUI thread is held at a time while a capture of big frames plays and settings change. A measure, not a
+// test: it prints, and runs only when SKARNVISOR_MEASURE names the seconds to play.
+#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
+#include <algorithm>
+#include <cstdio>
+
+#include "tests/window/window_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+/// Milliseconds from each waking of the event loop to its next sleep.
+class TurnClock : public QObject {
+ public:
+  TurnClock() {
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { m_clock.start(); });
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+      if (m_clock.isValid()) m_turns.push_back(static_cast<double>(m_clock.nsecsElapsed()) / 1e6);
+      m_clock.invalidate();
+    });
+  }
+
+  void print(const char *what) {
+    std::sort(m_turns.begin(), m_turns.end());
+    const auto at = [this](double share) {
+      return m_turns[static_cast<std::size_t>(share * static_cast<double>(m_turns.size() - 1))];
+    };
+    const auto longer = std::count_if(m_turns.begin(), m_turns.end(), [](double turn) { return turn > 16; });
+    std::printf("%s: %zu turns, median %.2f ms, 99 of 100 below %.2f ms, worst %.2f ms, %td over 16 ms\n", what,
+                m_turns.size(), at(0.5), at(0.99), at(1), longer);
+    m_turns.clear();
+  }
+
+ private:
+  QElapsedTimer m_clock;
+  std::vector<double> m_turns;
+};
+
+class Responsiveness : public WindowTest {
+ protected:
+  void SetUp() override {
+    if (seconds() <= 0) GTEST_SKIP() << "SKARNVISOR_MEASURE names no seconds";
+    start();
+  }
+  static int seconds() { return qEnvironmentVariableIntValue("SKARNVISOR_MEASURE"); }
+
+  /// Serves events until the time is over, calling `change` five times a second.
+  static void play(int milliseconds, const std::function<void(int)> &change) {
+    QEventLoop loop;
+    int turn = 0;
+    QTimer changes;
+    QObject::connect(&changes, &QTimer::timeout, [&] { change(turn++); });
+    changes.start(200);
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
+};
+
+TEST_F(Responsiveness, OfFramesOfAMillionPoints) {
+  QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                    {"--channels", "256", "--columns", "3906", "--frames", "20", "--out", "million.pcap"});
+  QElapsedTimer clock;
+  clock.start();
+  viewer().open("million.pcap");
+  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0; })) << viewer().error().toStdString();
+  std::printf("open to first picture: %lld ms, %s\n", static_cast<long long>(clock.elapsed()),
+              qPrintable(viewer().countText()));
+  ASSERT_TRUE(eventually([this] { return lastFrame() == 19; }));
+  timeline().setLoop(true);
+  timeline().setPlaying(true);
+  TurnClock turns;
+  play(seconds() * 1000, [](int) {});
+  turns.print("playing");
+  play(seconds() * 1000, [this](int turn) {
+    viewer().colors()->setMode(turn % static_cast<int>(viewer().colorTitles().size()));
+    viewer().setPointSize(1 + turn % 4);
+  });
+  turns.print("playing while settings change");
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

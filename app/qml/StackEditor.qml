@@ -19,7 +19,9 @@ Row {
         function onFrameAllocationFinished(success, actualFrames, message) {
             editor.busy = false
             field.restore()
-            if (success) viewer.tell(message); else viewer.fail(message)
+            // A stack fills as frames come.
+            if (!success) viewer.fail(message)
+            else viewer.tell(actualFrames > 1 && !viewer.timeline.playing ? message + "; it fills while playing" : message)
         }
     }
     // By time, some lidars show a window of a length of its own.

@@ -36,16 +36,18 @@ Rectangle {
 
         // A long job: what, how far, and the way out.
         Row {
-            visible: jobs.running || viewer.indexing
+            id: job
+            readonly property var writer: window.pointExport && window.pointExport.running ? window.pointExport : null
+            visible: jobs.running || viewer.indexing || writer !== null
             spacing: 8
             Label {
                 objectName: "jobText"
                 anchors.verticalCenter: parent.verticalCenter
                 font.pixelSize: 12
-                text: jobs.running ? (jobs.cancelling ? "Ending: " : "") + jobs.text : "Reading, " + viewer.timeline.frameCount + " frames found"
+                text: job.writer ? "Saving points" : jobs.running ? (jobs.cancelling ? "Ending: " : "") + jobs.text : "Reading, " + viewer.timeline.frameCount + " frames found"
             }
-            ProgressBar { anchors.verticalCenter: parent.verticalCenter; width: 90; indeterminate: !jobs.running || jobs.share < 0; value: Math.max(0, jobs.share) }
-            PushButton { objectName: "cancelJob"; text: "Cancel"; implicitHeight: 22; enabled: !jobs.cancelling; onClicked: jobs.running ? jobs.cancel() : viewer.close() }
+            ProgressBar { anchors.verticalCenter: parent.verticalCenter; width: 90; indeterminate: job.writer === null && (!jobs.running || jobs.share < 0); value: job.writer ? job.writer.progress : Math.max(0, jobs.share) }
+            PushButton { objectName: "cancelJob"; text: "Cancel"; implicitHeight: 22; enabled: !jobs.cancelling; onClicked: job.writer ? job.writer.cancel() : jobs.running ? jobs.cancel() : viewer.close() }
         }
         Label { visible: viewer.recording; text: viewer.recordingText; font.pixelSize: 12; color: "#e0555f" }
         Label { objectName: "lossLabel"; visible: viewer.lossText.length > 0; text: viewer.lossText; font.pixelSize: 12; color: theme.dark ? "#ffc46b" : "#8a5a00" }

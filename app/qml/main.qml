@@ -91,6 +91,23 @@ ApplicationWindow {
         if (buffer) buffer.selectEnabled = false
         selecting = false
     }
+    // A buffer that writes in the background tells how far it is; the others are called on a thread of ours.
+    readonly property var pointExport: buffer && buffer.pointExport || null
+    function exportPoints(url, target, method, what) {
+        if (pointExport === null) return jobs.exportTo(target, method, url, what)
+        if (!buffer.startExport(decodeURIComponent(url.toString().replace(/^file:\/\//, "")))) viewer.fail("Wait until the export under way has ended.")
+    }
+    function exportFrame(url) { exportPoints(url, buffer, "capture2PCD", "this frame") }
+    function exportTable(url) { exportPoints(url, buffer.spreadSheetModel, "exportPointsInformation", "the points") }
+    Connections {
+        target: window.pointExport
+        ignoreUnknownSignals: true
+        function onFinished(written, reason) {
+            if (written) viewer.tell("Points saved")
+            else if (reason.length > 0) viewer.fail(reason)
+            else viewer.tell("Export cancelled")
+        }
+    }
     function startFrameExport(target, type, url) {
         exporter = target
         target.setDetailExport(true, type, url)

@@ -38,7 +38,7 @@ Column {
         tip: "The points shown, or the selected ones"
         onClicked: {
             if (!panel.pathTaken) { if (panel.buffer.capture2PCD()) viewer.tell("Frame saved"); return }
-            chooser.ask("Save this frame", ["pcd files (*.pcd)"], true, function (url) { jobs.exportTo(panel.buffer, "capture2PCD", url, "this frame") })
+            chooser.ask("Save this frame", ["pcd files (*.pcd)"], true, window.exportFrame)
         }
     }
     RowLayout {

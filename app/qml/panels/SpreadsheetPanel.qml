@@ -66,7 +66,7 @@ Rectangle {
                 tip: "Save the table as CSV"
                 visible: panel.points !== null && typeof panel.points.exportPointsInformation === "function"
                 enabled: panel.rowCount > 0 && !jobs.running
-                onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, function (url) { jobs.exportTo(panel.points, "exportPointsInformation", url, "the points") })
+                onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, window.exportTable)
             }
             PushButton { text: "\u2715"; tip: "Close the table (F10)"; implicitWidth: 28; onClicked: window.showTable(false) }
         }

@@ -12,6 +12,8 @@ TextField {
         var text = value.toFixed(decimals)
         return decimals > 0 ? text.replace(/\.?0+$/, "") : text
     }
+    // What was entered, until the number follows or the text changes: leaving the field does not enter it again.
+    property var asked: undefined
     function restore() { text = Qt.binding(function () { return format(number) }) }
     text: format(number)
     selectByMouse: true
@@ -25,9 +27,14 @@ TextField {
     Accessible.name: label
     onEditingFinished: {
         var value = Number(text)
-        if (text.length > 0 && !isNaN(value) && value !== number) entered(value)
+        if (text.length > 0 && !isNaN(value) && value !== number && value !== asked) {
+            asked = value
+            entered(value)
+        }
         restore()
     }
     Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
+    onNumberChanged: asked = undefined
+    onTextEdited: asked = undefined
     onActiveFocusChanged: if (activeFocus) selectAll()
 }

@@ -1,6 +1,5 @@
 // How long the GUI thread is held at a time while a capture of big frames plays and settings change. A measure, not a
 // test: it prints, and runs only when SKARNVISOR_MEASURE names the seconds to play.
-#include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstdio>
@@ -10,16 +9,16 @@
 namespace tarvo::skarnvisor::test {
 namespace {
 
-/// Milliseconds from each waking of the event loop to its next sleep.
+/// Milliseconds between the turns of an event loop that a timer wakes every millisecond.
 class TurnClock : public QObject {
  public:
   TurnClock() {
-    auto *dispatcher = QAbstractEventDispatcher::instance();
-    connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { m_clock.start(); });
-    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, [this] {
       if (m_clock.isValid()) m_turns.push_back(static_cast<double>(m_clock.nsecsElapsed()) / 1e6);
-      m_clock.invalidate();
+      m_clock.start();
     });
+    m_timer.start(1);
   }
 
   void print(const char *what) {
@@ -31,9 +30,11 @@ class TurnClock : public QObject {
     std::printf("%s: %zu turns, median %.2f ms, 99 of 100 below %.2f ms, worst %.2f ms, %td over 16 ms\n", what,
                 m_turns.size(), at(0.5), at(0.99), at(1), longer);
     m_turns.clear();
+    m_clock.invalidate();
   }
 
  private:
+  QTimer m_timer;
   QElapsedTimer m_clock;
   std::vector<double> m_turns;
 };

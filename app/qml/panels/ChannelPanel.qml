@@ -10,6 +10,8 @@ Column {
     readonly property var buffer: viewer.buffer
     readonly property var channels: buffer ? buffer.channelModel : null
     property int anchor: -1
+    property int rowCount: channels ? channels.rowCount() : 0
+    Connections { target: panel.channels; ignoreUnknownSignals: true; function onModelReset() { panel.rowCount = panel.channels.rowCount() } }
     spacing: 4
     topPadding: 6
 
@@ -48,7 +50,7 @@ Column {
             }
         }
         Item { Layout.fillWidth: true }
-        Label { text: table.model ? panel.all().length + " channels" : ""; color: theme.faint; font.pixelSize: 12 }
+        Label { text: panel.rowCount + " channels"; color: theme.faint; font.pixelSize: 12 }
     }
     Table {
         id: table

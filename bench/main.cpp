@@ -95,6 +95,7 @@ int main(int argc, char **argv) {
 
   std::vector<Measure> measures;
   tarvo::skarnvisor::bench::addFrameMeasures(measures);
+  tarvo::skarnvisor::bench::addPointMeasures(measures);
   tarvo::skarnvisor::bench::addDecodeMeasures(measures);
   tarvo::skarnvisor::bench::addFilterMeasures(measures);
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);

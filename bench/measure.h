@@ -24,6 +24,9 @@ struct Measure {
 /// Measures of the per-point work.
 void addFrameMeasures(std::vector<Measure> &measures);
 
+/// Measures of filter, selection and the rows of the point table.
+void addPointMeasures(std::vector<Measure> &measures);
+
 /// Measures of the runtime on a capture: decode and index.
 void addDecodeMeasures(std::vector<Measure> &measures);
 

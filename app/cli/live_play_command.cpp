@@ -33,11 +33,14 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   int frames = 0;
   int skipped = 0;
   int last = -1;
+  QString fault;
   session.view().setPlayByFrame(!options.byTime);
   QElapsedTimer clock;
   clock.start();
   QEventLoop loop;
   QObject::connect(&session, &CaptureSession::frameShown, &loop, [&] {
+    if (frames == 0 && options.points.any()) fault = applyPointOptions(session, options.points);
+    if (!fault.isEmpty()) return loop.quit();
     const int frame = session.shownFrame();
     if (frame == last && !options.byTime) return;
     const int passed = last >= 0 ? frame - last : 1;
@@ -67,6 +70,7 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   soak.reset();
   session.timeline().pause();
   session.waitForPicture();
+  if (!fault.isEmpty()) return fault;
   const double seconds = static_cast<double>(clock.elapsed()) / 1000;
   Report report;
   addCaptureRows(report, session);

@@ -94,6 +94,7 @@ void Parser::addRender() {
   addStackOption(*render, m_options);
   addText(*render, "--out", m_options.out, "Picture file, .png or .jpg")->required();
   addLook(*render);
+  addPointOptions(*render, m_options.points);
   render->callback([this] { m_options.command = Command::Render; });
 }
 
@@ -117,6 +118,7 @@ void Parser::addPlay() {
       ->check(CLI::Range(1, 10000));
   addText(*play, "--summary", m_options.summaryFile, "Write what was found to this file");
   addLook(*play);
+  addPointOptions(*play, m_options.points);
   play->callback([this] { m_options.command = Command::Play; });
 }
 

@@ -6,6 +6,7 @@
 #include "app/cli/calibration_command.h"
 #include "app/cli/capture_options.h"
 #include "app/cli/export_command.h"
+#include "app/cli/point_options.h"
 #include "app/render/camera.h"
 #include "app/render/color_ramp.h"
 
@@ -32,6 +33,7 @@ struct Options {
   bool verbose = false;
   LookOptions look;
   CaptureOptions capture;
+  PointOptions points;
   // view
   QString shotFile;
   // render, telemetry

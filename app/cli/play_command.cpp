@@ -35,9 +35,12 @@ class Player {
   VertexCloud uncounted();
   QString playEachFrame();
   QString playByClock();
+  QString preparePoints();
   QString takeUpFrame(int frame);
   void count(int frame, const VertexCloud &cloud);
   [[nodiscard]] bool pictureDue(int frame) const;
+  /// A single frame with no point to show leaves the picture of the one before, and nothing is told of it.
+  [[nodiscard]] bool mayLeaveFramesEmpty() const { return m_options.points.any() && m_options.stack <= 1; }
   QString finish();
 
   CaptureSession &m_session;
@@ -50,10 +53,13 @@ class Player {
   std::set<int> m_pictureFrames;
   int m_frames = 0;
   int m_lastFrame = -1;
+  int m_announced = 0;    ///< frames that the pipeline has told of
+  int m_framesEmpty = 0;  ///< without a point to show
   int m_pictures = 0;
   PointCounts m_points;
   qint64 m_playedNs = 0;
   QElapsedTimer m_clock;
+  QObject m_context;
 };
 
 QString Player::run() {
@@ -66,6 +72,7 @@ QString Player::run() {
     if (!fault.isEmpty()) return fault;
     choosePictures();
   }
+  if (const QString fault = preparePoints(); !fault.isEmpty()) return fault;
   const bool paced = m_options.byTime || m_options.speed > 0;
   if (m_options.stack > 1) {
     const QString fault = beginStack();
@@ -73,6 +80,15 @@ QString Player::run() {
   }
   const QString fault = paced ? playByClock() : playEachFrame();
   return fault.isEmpty() ? finish() : fault;
+}
+
+QString Player::preparePoints() {
+  if (!m_options.points.any()) return {};
+  QString fault = m_session.showFrame(0);
+  if (fault.isEmpty()) fault = applyPointOptions(m_session, m_options.points);
+  if (fault.isEmpty() && !m_session.waitForPicture()) fault = QStringLiteral("the first frame could not be shown");
+  QObject::connect(&m_session, &CaptureSession::frameShown, &m_context, [this] { ++m_announced; });
+  return fault;
 }
 
 /// The middle of each of `pictureCount` equal shares of the frames.
@@ -99,6 +115,7 @@ void Player::count(int frame, const VertexCloud &cloud) {
   const PointCounts counts = countPoints(cloud);
   m_points.shown += counts.shown;
   m_points.hidden += counts.hidden;
+  m_points.highlighted += counts.highlighted;
   // Of a stack, only the steps that bring a group come here by the clock.
   m_frames += m_options.stack > 1 ? std::max(frame - m_lastFrame, 0) : 1;
   m_lastFrame = frame;
@@ -130,14 +147,18 @@ QString Player::playEachFrame() {
   const int begin = m_options.stack > 1 ? std::clamp(m_session.timeline().frame(), 0, m_planned - 1) : 0;
   QString fault = m_session.seekFrame(begin);
   for (int frame = begin; fault.isEmpty() && frame < m_planned; ++frame) {
+    const int announced = m_announced;
     fault = m_session.waitForFrame(frame);
     if (!fault.isEmpty()) break;
     const QString damage = m_session.frameFault();
-    const bool counts = damage.isEmpty() && !pictureDue(frame);
+    const bool empty = damage.isEmpty() && frame > begin && m_announced == announced && mayLeaveFramesEmpty();
+    m_framesEmpty += empty ? 1 : 0;
+    m_frames += empty ? 1 : 0;
+    const bool counts = damage.isEmpty() && !empty && !pictureDue(frame);
     const VertexCloud cloud = counts ? uncounted() : VertexCloud();
     if (!damage.isEmpty())  // the next frame may be good
       std::fprintf(stderr, "skarnvisor: frame %d: %s\n", frame, damage.toLocal8Bit().constData());
-    else if (!counts)
+    else if (!counts && !empty)
       fault = takeUpFrame(frame);
     // The next frame is made while this one is counted.
     if (fault.isEmpty() && frame + 1 < m_planned) fault = m_session.seekFrame(frame + 1);
@@ -179,6 +200,8 @@ QString Player::finish() {
   report.add("points", grouped(m_points.shown + m_points.hidden));
   report.add("points shown", grouped(m_points.shown));
   report.add("points hidden", grouped(m_points.hidden));
+  if (m_options.points.marks()) report.add("points highlighted", grouped(m_points.highlighted));
+  if (m_framesEmpty > 0) report.add("frames without a point", grouped(m_framesEmpty));
   report.add("seconds played", QString::number(seconds, 'f', 3));
   report.add("frames a second", QString::number(m_frames / seconds, 'f', 1));
   report.add("points a second", grouped(static_cast<double>(m_points.shown + m_points.hidden) / seconds));

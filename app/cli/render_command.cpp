@@ -23,8 +23,17 @@ QString showStack(CaptureSession &session, const Options &options) {
 }  // namespace
 
 QString runRender(CaptureSession &session, const Options &options) {
-  QString fault = options.stack > 1 ? showStack(session, options) : session.showFrame(options.frame);
+  const auto choosePoints = [&] {
+    const QString fault = applyPointOptions(session, options.points);
+    return fault.isEmpty() && !session.waitForPicture() ? QStringLiteral("the frame could not be shown") : fault;
+  };
+  // The frames of a stack are decoded once each, so what is to show of them has to stand before.
+  const bool stacked = options.stack > 1;
+  QString fault = stacked && options.points.any() ? session.showFrame(0) : QString();
+  if (fault.isEmpty() && stacked) fault = choosePoints();
+  if (fault.isEmpty()) fault = stacked ? showStack(session, options) : session.showFrame(options.frame);
   if (fault.isEmpty()) fault = session.frameFault();
+  if (fault.isEmpty() && !stacked) fault = choosePoints();
   PictureMaker maker(session, options.look);
   if (fault.isEmpty()) fault = maker.selectColor();
   if (fault.isEmpty()) fault = maker.write(options.out);

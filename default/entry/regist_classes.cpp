@@ -11,6 +11,7 @@
 #include "default/families/default_sdk_NB_parser.h"
 #include "default/families/default_sdk_QS_parser.h"
 #include "default/families/default_sdk_VDG_parser.h"
+#include "default/models/specific_table_model.h"
 #include "default/pipeline/default_sdk_parser.h"
 #include "default/pipeline/default_sdk_producer.h"
 #include "default/point_files/default_pcd_file_loader.h"
@@ -38,6 +39,7 @@ const std::array<const QMetaObject *, 16> &registeredClasses() {
 
 extern "C" void regist_classes() {
   using namespace tarvo::skarnvisor;
+  qRegisterMetaType<ColumnModel *>();
   for (const QMetaObject *metaObject : registeredClasses())
     Registration::regist(QString::fromLatin1(metaObject->className()), metaObject);
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "default/frame/half_float.h"
 #include "default/frame/vertex.h"
 
 namespace tarvo::skarnvisor {
@@ -11,11 +10,15 @@ namespace tarvo::skarnvisor {
 struct MarkTest {
   bool byWord;
 
+  // As bits, a half float is below 0 from behind the negative zero to minus infinity, above 1 from behind 1 to
+  // infinity.
   bool hidden(std::uint32_t word) const {
-    return byWord ? word == hiddenMark : floatFromHalf(static_cast<std::uint16_t>(word)) < 0.0F;
+    const std::uint32_t half = word & 0xffffU;
+    return byWord ? word == hiddenMark : half > 0x8000U && half <= 0xfc00U;
   }
   bool highlighted(std::uint32_t word) const {
-    return byWord ? word == highlightMark : floatFromHalf(static_cast<std::uint16_t>(word)) > 1.0F;
+    const std::uint32_t half = word & 0xffffU;
+    return byWord ? word == highlightMark : half > 0x3c00U && half <= 0x7c00U;
   }
 };
 

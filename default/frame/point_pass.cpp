@@ -187,8 +187,10 @@ void PointPass::applyFilter(Run &run) const {
 }
 
 void PointPass::select(Run &run) const {
+  std::array<std::uint8_t, pointRunLength> inside;
+  m_settings.selection->holdsEach(run.x, run.y, run.z, inside);
   for (std::size_t i = 0; i < run.count; ++i) {
-    if (run.hidden[i] == 0 && m_settings.selection->holds(run.x[i], run.y[i], run.z[i])) {
+    if (run.hidden[i] == 0 && inside[i] != 0) {
       run.vertices[i].color = highlightMark;
       run.points[i].selected = 1;
     }

@@ -5,6 +5,9 @@
 #include <QVariant>
 #include <QVariantList>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <type_traits>
 
 SKARN_LOG_SOURCE("default/filter_model");
@@ -12,6 +15,16 @@ SKARN_LOG_SOURCE("default/filter_model");
 namespace tarvo::skarnvisor {
 
 namespace {
+
+/// A number of a list as an integer: 0 for what is none, the nearest limit for what is too large. An empty field of a
+/// panel arrives as a number that is none.
+int integerOf(const QVariant &number) {
+  const double value = number.toDouble();
+  if (std::isnan(value)) return 0;
+  constexpr double lowest = std::numeric_limits<int>::min();
+  constexpr double highest = std::numeric_limits<int>::max();
+  return static_cast<int>(std::lround(std::clamp(value, lowest, highest)));
+}
 
 /// Replaces `limits` by the numbers of `list`; false, and nothing changed, at another length.
 template <typename Limits>
@@ -22,7 +35,7 @@ bool takeLimits(const QVariantList &list, Limits &limits) {
     if constexpr (std::is_same_v<typename Limits::value_type, float>)
       limits[i] = number.toFloat();
     else
-      limits[i] = number.toInt();
+      limits[i] = integerOf(number);
   }
   return true;
 }

@@ -38,8 +38,15 @@ QVariantList RowSelection::toList() const {
 }
 
 ChannelModel::ChannelModel(QObject *parent, int rowCount, QStringList headers, Cell cell)
-    : QAbstractTableModel(parent), m_rowCount(rowCount), m_headers(std::move(headers)), m_cell(std::move(cell)) {
-  if (rowCount > selectableRows) SKARN_LOG(LogLevel::Error, "error: row_selected_.size() < row");
+    : ChannelModel(parent, rowCount, selectableRows, std::move(headers), std::move(cell)) {}
+
+ChannelModel::ChannelModel(QObject *parent, int rowCount, int selectable, QStringList headers, Cell cell)
+    : QAbstractTableModel(parent),
+      m_rowCount(rowCount),
+      m_headers(std::move(headers)),
+      m_cell(std::move(cell)),
+      m_selection(selectable) {
+  if (rowCount > selectable) SKARN_LOG(LogLevel::Error, "error: row_selected_.size() < row");
 }
 
 int ChannelModel::rowCount(const QModelIndex &) const { return m_rowCount; }
@@ -64,7 +71,7 @@ void ChannelModel::refresh() {
 }
 
 ColumnModel::ColumnModel(QObject *parent, QStringList headers, Cell cell)
-    : ChannelModel(parent, selectableRows, std::move(headers), std::move(cell)) {}
+    : ChannelModel(parent, selectableRows, selectableRows, std::move(headers), std::move(cell)) {}
 
 MonitorModel::MonitorModel(QObject *parent, int columnCount, QStringList columnNames, Cell cell)
     : QAbstractTableModel(parent),

@@ -58,11 +58,15 @@ class ChannelModel : public QAbstractTableModel {
  Q_SIGNALS:
   void headerDataChanged();
 
+ protected:
+  /// `selectable`: rows that can be selected; those behind them are shown only.
+  ChannelModel(QObject *parent, int rowCount, int selectable, QStringList headers, Cell cell);
+
  private:
   Relaxed<int> m_rowCount;
   QStringList m_headers;
   Cell m_cell;
-  RowSelection m_selection{selectableRows};
+  RowSelection m_selection;
 };
 
 /// A table of 512 rows with the selection of the channel table.
@@ -73,12 +77,6 @@ class ColumnModel : public ChannelModel {
   static constexpr int selectableRows = 512;
 
   ColumnModel(QObject *parent, QStringList headers, Cell cell);
-
-  Q_INVOKABLE void setSelectRange(int x, int y = -1) { m_selection.select(x, y); }
-  Q_INVOKABLE QVariantList selectRows() const { return m_selection.toList(); }
-
- private:
-  RowSelection m_selection{selectableRows};
 };
 
 /// A table of named values: device monitor and faults. The row count is written by the pass that fills the rows, on any

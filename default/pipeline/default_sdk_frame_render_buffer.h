@@ -5,6 +5,7 @@
 #include "contracts/runtime/imu_sample.h"
 #include "contracts/runtime/point_info.h"
 #include "default/frame/point_pass.h"
+#include "default/frame/selection_pass.h"
 #include "default/models/echo_model.h"
 #include "default/models/filter_model.h"
 #include "default/models/point_columns.h"
@@ -193,8 +194,12 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   virtual QString modeEditorSource() const;
   virtual QString initialFunctionSource() const;
   virtual bool hasInitialFunction() const;
-  /// Colour word of a point in the current colour modes. Any thread.
+  /// Colour word of a point in the current colour modes: the family's (`hooks().colors`), else the colour table's. The
+  /// passes over points ask the same two, run by run, so a family with colours of its own sets the hook and has no need
+  /// to override this. Any thread.
   virtual quint32 attributeColor(const Point &point) const;
+  /// Marks the selected points, gives the others their colour back and lists the rows of the point table, sorted as the
+  /// table asks. GUI thread, and the parser's at the end of a frame.
   virtual void refreshSelection();
   virtual QString status() const;
   Q_INVOKABLE virtual void setDisplayedFlag(int channel, bool shown, bool refresh = true);
@@ -381,6 +386,13 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Tests and colours the stored points again: of the one picture, or of every canvas of a stack.
   Q_INVOKABLE void filterSinglePoints();
   Q_INVOKABLE void filterMultiPoints();
+  /// Cuts the points inside the selection out of this and all later frames, by their place in the frame.
+  Q_INVOKABLE void singleFrameSelectedAreaFiltering();
+  /// Shows only what the cuts hold, or again only what they leave.
+  Q_INVOKABLE void singleFrameSelectedAreaReverse();
+  /// Takes back one cut for the points inside the selection as it stands now; once after each cut.
+  Q_INVOKABLE void singleFrameSelectedAreaRevokedOnce();
+  Q_INVOKABLE void singleFrameSelectedAreaRevokedAll();
 
   // ---- calibration files. The QUrl form takes the local file; true on success.
   Q_INVOKABLE bool importCorrectionsFile(QString path);
@@ -586,7 +598,11 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   MemoryFigures freeMemory(std::uint64_t *heldBytes = nullptr) const;
   std::size_t framePoints() const;
   bool sizeDecodeFrame(int frames);
-  void refilter(const PointPass &pass, std::size_t first, std::size_t count, Vertex *vertices);
+  /// The points that are shown, with their vertices: one part without a ring, one a canvas with it. Caller holds
+  /// frameMutex.
+  std::vector<StoredPoints> storedPartsLocked();
+  /// Runs the pass over all of them.
+  void refilter();
   bool listsPoints() const;
   /// Asks the user for a PCD file and remembers it; empty when cancelled.
   QString askForFile() const;
@@ -595,6 +611,13 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   WriteOutcome writePicture(const QString &path, const PictureHold &hold, WriteProgress &progress) const;
   /// Writes the frame just parsed while the per-frame export is on. On the parser's thread.
   void exportDetail(double timestamp);
+  Frustum selectionFrustum() const;
+  /// Lists the shown points into the rows of the table; returns how many. Caller holds frameMutex.
+  std::size_t listPointsLocked(const SelectionPass &pass);
+  bool stackIsBeingAllocated() const;
+  /// Adds `step` to the area mask where a shown point lies inside the selection.
+  void countArea(int step);
+  void finishAreaOperation();
 
   std::atomic<tarvo::lidar::SDKSource *> m_source{nullptr};
   Snapshot<LidarTypeInfo> m_type;

@@ -64,7 +64,10 @@ float DefaultSDKFrameRenderBuffer::attributeValue(const Point &point, int id) co
 }
 
 quint32 DefaultSDKFrameRenderBuffer::attributeColor(const Point &point) const {
-  return m_colors.table.take()->attributeColor(point);
+  if (!m_hooks.colors) return m_colors.table.take()->attributeColor(point);
+  std::uint32_t word = hiddenMark;
+  m_hooks.colors({&point, 1}, {&word, 1});
+  return word;
 }
 
 void DefaultSDKFrameRenderBuffer::updateMask(int mask) {

@@ -5,12 +5,14 @@
 #include "contracts/runtime/sdk_source.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
 #include "default/frame/frame_loops.h"
-#include "default/frame/mark_test.h"
+#include "default/frame/row_sort.h"
+#include "default/frame/selection_pass.h"
 #include "default/pipeline/announcements.h"
 
 #include <QDateTime>
 
 #include <algorithm>
+#include <vector>
 
 namespace tarvo::skarnvisor {
 
@@ -27,13 +29,14 @@ bool secondHasPassed() {
   return now > seen && last.compare_exchange_strong(seen, now);
 }
 
-Frustum frustumOf(const QMatrix4x4 &matrix) {
+}  // namespace
+
+Frustum DefaultSDKFrameRenderBuffer::selectionFrustum() const {
+  const auto matrix = m_settings.selectionMatrix.take();
   Frustum frustum;
-  std::copy_n(matrix.constData(), frustum.matrix.size(), frustum.matrix.begin());
+  std::copy_n(matrix->constData(), frustum.matrix.size(), frustum.matrix.begin());
   return frustum;
 }
-
-}  // namespace
 
 PointPassSettings DefaultSDKFrameRenderBuffer::passSettings() const {
   PointPassSettings pass;
@@ -50,7 +53,7 @@ PointPassSettings DefaultSDKFrameRenderBuffer::passSettings() const {
   pass.rgbScale = m_colors.scale.copy();
   pass.colors = m_colors.table.copy();
   pass.familyColors = m_hooks.colors;
-  if (m_settings.selectEnabled) pass.selection = frustumOf(*m_settings.selectionMatrix.take());
+  if (m_settings.selectEnabled) pass.selection = selectionFrustum();
   pass.popoutHighlight = m_settings.vd8PopoutHighlight;
   return pass;
 }
@@ -75,43 +78,45 @@ bool DefaultSDKFrameRenderBuffer::listsPoints() const {
   return m_settings.spreadSheetEnabled || m_settings.selectEnabled || m_settings.detailExportType > 0;
 }
 
-void DefaultSDKFrameRenderBuffer::refilter(const PointPass &pass, std::size_t first, std::size_t count,
-                                           Vertex *vertices) {
-  runPointPass(global_executor(), pass,
-               {.points = m_picture.frameStore.from(first).data(),
-                .count = count,
-                .vertices = vertices,
-                .firstPosition = first});
+std::vector<StoredPoints> DefaultSDKFrameRenderBuffer::storedPartsLocked() {
+  std::vector<StoredPoints> parts;
+  const auto add = [&](std::size_t first, std::size_t count, std::span<Vertex> vertices) {
+    if (count > 0) parts.push_back({&m_picture.frameStore[first], vertices.data(), count, first});
+  };
+  if (m_ring.active()) {
+    for (int canvas = 0; canvas < CanvasRing::size; ++canvas)
+      add(m_ring.canvasStart(canvas), m_picture.validCountLocked(m_ring, canvas),
+          m_picture.canvases[static_cast<std::size_t>(canvas)]);
+  } else if (m_picture.storeMatchesVertices) {
+    add(0, m_picture.storedCountLocked(), m_picture.vertices);
+  }
+  return parts;
+}
+
+void DefaultSDKFrameRenderBuffer::refilter() {
+  const auto mask = m_picture.areaMask.take();
+  PointPassSettings settings = passSettings();
+  settings.areaMask = {m_picture.areaFlags, *mask};
+  const PointPass pass(std::move(settings));
+  const std::lock_guard lock(m_picture.frameMutex);
+  for (const StoredPoints &part : storedPartsLocked())
+    runPointPass(
+        global_executor(), pass,
+        {.points = part.points, .count = part.count, .vertices = part.vertices, .firstPosition = part.firstPosition});
 }
 
 void DefaultSDKFrameRenderBuffer::filterSinglePoints() {
   if (m_ring.active() || m_flow.frameAllocationBusy) return;
   if (m_picture.frameWithheld)  // the frame under the cursor is not the one stored: only a parse can show it
     return repeatParse();
-  const auto mask = m_picture.areaMask.take();
-  PointPassSettings settings = passSettings();
-  settings.areaMask = {m_picture.areaFlags, *mask};
-  {
-    const PointPass pass(std::move(settings));
-    const std::lock_guard lock(m_picture.frameMutex);
-    if (m_picture.storeMatchesVertices) refilter(pass, 0, m_picture.storedCountLocked(), m_picture.vertices.data());
-  }
+  refilter();
   announce(&DefaultSDKFrameRenderBuffer::vertexChanged);
   if (listsPoints()) refreshSelectionDisplay();
 }
 
 void DefaultSDKFrameRenderBuffer::filterMultiPoints() {
   if (!m_ring.active() || m_flow.frameAllocationBusy) return;
-  const auto mask = m_picture.areaMask.take();
-  PointPassSettings settings = passSettings();
-  settings.areaMask = {m_picture.areaFlags, *mask};
-  {
-    const PointPass pass(std::move(settings));
-    const std::lock_guard lock(m_picture.frameMutex);
-    for (int canvas = 0; canvas < CanvasRing::size; ++canvas)
-      refilter(pass, m_ring.canvasStart(canvas), m_picture.validCountLocked(m_ring, canvas),
-               m_picture.canvases[static_cast<std::size_t>(canvas)].data());
-  }
+  refilter();
   if (listsPoints())
     refreshSelectionDisplay();
   else
@@ -124,6 +129,8 @@ void DefaultSDKFrameRenderBuffer::setSelectEnabled(bool enabled) {
     refreshSelectionDisplay();
   else
     repeatParse();
+  // A repeat parse redraws one frame; the marks of the others in the stack would stay.
+  if (!enabled) filterMultiPoints();
 }
 
 void DefaultSDKFrameRenderBuffer::setSelectionMatrix(const QMatrix4x4 &matrix) {
@@ -135,51 +142,37 @@ void DefaultSDKFrameRenderBuffer::setSpreadSheetEnabled(bool enabled) {
   if (m_settings.spreadSheetEnabled.exchange(enabled) != enabled) refreshSpreadSheetDisplay();
 }
 
+std::size_t DefaultSDKFrameRenderBuffer::listPointsLocked(const SelectionPass &pass) {
+  const std::vector<StoredPoints> parts = storedPartsLocked();
+  std::size_t points = 0;
+  for (const StoredPoints &part : parts) points += part.count;
+  // A stack holds more points than the frame that the table was sized for.
+  if (m_picture.spreadSheetRows.size() < points) m_picture.spreadSheetRows.resize(points, 0);
+  std::size_t rows = 0;
+  for (const StoredPoints &part : parts) rows += pass(global_executor(), part, m_picture.spreadSheetRows.data() + rows);
+  return rows;
+}
+
 void DefaultSDKFrameRenderBuffer::refreshSelection() {
   if (m_ring.active() && m_flow.frameAllocationBusy) return;
-  const bool selecting = m_settings.selectEnabled;
-  const bool listsAll = m_spreadSheetModel->allDisplayed() || (!selecting && m_settings.detailExportType >= 1);
-  const Frustum frustum = frustumOf(*m_settings.selectionMatrix.take());
-  const MarkTest marks{m_colors.rgbType};
-  const bool rgb = useRgbMode();
-  const auto scale = m_colors.scale.take();
-
-  std::size_t count = 0;
+  const bool listsAll =
+      m_spreadSheetModel->allDisplayed() || (!m_settings.selectEnabled && m_settings.detailExportType >= 1);
+  const SelectionPass pass(passSettings(), MarkTest{m_colors.rgbType}, listsAll);
+  const RowOrder order = m_spreadSheetModel->rowOrder();
   {
     const std::lock_guard lock(m_picture.frameMutex);
-    auto &rows = m_picture.spreadSheetRows;
-    const auto add = [&](Point &point, std::size_t position) {
-      point.selected = 1;
-      if (count == rows.size()) rows.resize(std::max<std::size_t>(rows.size() * 2, FramePicture::rowsAtStart));
-      rows[count++] = static_cast<std::uint32_t>(position);
-    };
-    const auto visit = [&](std::size_t first, std::size_t points, FramePicture::VertexArray &vertices) {
-      for (std::size_t i = 0; i < points; ++i) {
-        std::uint32_t &word = vertices[i].color;
-        if (marks.hidden(word)) continue;
-        Point &point = m_picture.frameStore[first + i];
-        if (selecting && frustum.holds(point.x, point.y, point.z)) {
-          word = highlightMark;
-          add(point, first + i);
-          continue;
-        }
-        if (selecting && marks.highlighted(word)) word = rgb ? rgbWord(*scale, point) : attributeColor(point);
-        if (listsAll)
-          add(point, first + i);
-        else if (selecting)
-          point.selected = 0;
-      }
-    };
-    if (m_ring.active()) {
-      for (int canvas = 0; canvas < CanvasRing::size; ++canvas)
-        visit(m_ring.canvasStart(canvas), m_picture.validCountLocked(m_ring, canvas),
-              m_picture.canvases[static_cast<std::size_t>(canvas)]);
-    } else if (m_picture.storeMatchesVertices) {
-      visit(0, m_picture.storedCountLocked(), m_picture.vertices);
-    }
+    const std::size_t count = listPointsLocked(pass);
+    sortRows(global_executor(), std::span(m_picture.spreadSheetRows).first(count), order.order, order.keys,
+             order.before);
+    m_picture.listedRows = static_cast<int>(count);
   }
   announce(&DefaultSDKFrameRenderBuffer::allSignalReceived);
-  m_spreadSheetModel->setRowCount(static_cast<int>(count));
+  // The parser and the user may both have refreshed the rows: the newest count stands.
+  int count = 0;
+  do {
+    count = m_picture.listedRows;
+    m_spreadSheetModel->setRowCount(count);
+  } while (count != m_picture.listedRows);
 }
 
 void DefaultSDKFrameRenderBuffer::refreshSelectionDisplay() {

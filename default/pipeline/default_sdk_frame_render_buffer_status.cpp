@@ -6,6 +6,7 @@
 #include "default/telemetry/fault_messages.h"
 #include "default/telemetry/monitor_decoder.h"
 
+#include <atomic>
 #include <cmath>
 #include <utility>
 
@@ -61,7 +62,8 @@ void DefaultSDKFrameRenderBuffer::updateImu(std::vector<tarvo::lidar::ImuSample>
 void DefaultSDKFrameRenderBuffer::setDisplayedFlag(int channel, bool shown, bool refresh) {
   bool *const displayed = m_correctionView.displayed;
   if (displayed == nullptr || channel < 0 || channel >= m_correctionView.channels) return;
-  displayed[channel] = shown;
+  // The decoder reads the byte while this writes it.
+  std::atomic_ref(displayed[channel]).store(shown, std::memory_order_relaxed);
   if (refresh) {
     announce(&DefaultSDKFrameRenderBuffer::channelModelChanged);
     announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);

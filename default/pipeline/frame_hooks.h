@@ -19,8 +19,8 @@ struct FrameHooks {
   std::function<void(Frame &)> frame;  ///< once a frame, before its points; takes Frame::mutex itself
   PointHook point;                     ///< true hides the point; many threads at once
   PointSeenHook pointSeen;             ///< a shown point and its index, after its colour; many threads at once
-  ColorRun colors;                     ///< colour words of a family with colours of its own
-  std::function<void()> frameEnd;      ///< after the points of a frame
+  ColorRun colors;                 ///< colour words of a family with colours of its own; attributeColor() asks it too
+  std::function<void()> frameEnd;  ///< after the points of a frame
   std::function<void(int, Point &)> pointRefresh;  ///< tests and colours the stored point at a position again
 };
 

@@ -52,6 +52,7 @@ struct FramePicture {
   int rgbOverlayRows = 0;
 
   Relaxed<int> primitiveCount{0};      ///< points that the next draw takes; written under frameMutex
+  Relaxed<int> listedRows{0};          ///< valid entries of spreadSheetRows; written under frameMutex
   Relaxed<bool> frameWithheld{false};  ///< the source's frame is not the picture's: it had nothing to show
 
   // The working side

@@ -1,5 +1,7 @@
 #include "default/pipeline/stored_points.h"
 
+#include "default/frame/row_sort.h"
+
 #include <optional>
 
 namespace tarvo::skarnvisor {
@@ -56,8 +58,14 @@ ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, 
     const auto point = pointAtRow(picture, row);
     return point ? cellOf(format, value(*point), decimals) : QVariant();
   };
-  record.ascending = [valueAt](int a, int b) { return valueAt(a) < valueAt(b); };
-  record.descending = [valueAt](int a, int b) { return valueAt(a) > valueAt(b); };
+  // By the keys, so that values that are no numbers have a place too.
+  record.ascending = [valueAt](int a, int b) { return sortKey(valueAt(a)) < sortKey(valueAt(b)); };
+  record.descending = [valueAt](int a, int b) {
+    return reversedSortKey(sortKey(valueAt(a))) < reversedSortKey(sortKey(valueAt(b)));
+  };
+  record.keys = [valueAt](std::span<const std::uint32_t> positions, std::uint64_t *keys) {
+    for (const std::uint32_t position : positions) *keys++ = sortKey(valueAt(static_cast<int>(position)));
+  };
   record.text = [value = column.value, format = column.format, &picture, &decimals](std::uint32_t position,
                                                                                     TextStream &text) {
     if (position < picture.frameStore.size()) appendCell(format, value(picture.frameStore[position]), decimals, text);

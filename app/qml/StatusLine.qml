@@ -13,6 +13,9 @@ Rectangle {
     height: 28
     color: failed ? theme.errorBack : theme.bar
 
+    // A tool tip in sight must not take the Escape key from the window.
+    Component.onCompleted: ToolTip.toolTip.closePolicy = Popup.CloseOnPressOutsideParent
+
     RowLayout {
         anchors { fill: parent; leftMargin: 10; rightMargin: 10 }
         spacing: 14

@@ -33,6 +33,8 @@ TextField {
         }
         restore()
     }
+    // Entered: the keys are the window's again.
+    onAccepted: focusHome.forceActiveFocus()
     Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
     onNumberChanged: asked = undefined
     onTextEdited: asked = undefined

@@ -32,22 +32,22 @@ T *zeroedArray(std::size_t count) {
   return static_cast<T *>(block);
 }
 
-void parseInto(CalibrationSnapshot &snapshot, CalibrationKind kind, std::string_view text) {
+void parseInto(CalibrationSnapshot &snapshot, CalibrationKind kind, std::string_view text, int channels) {
   switch (kind) {
     case CalibrationKind::Corrections:
-      snapshot.corrections = std::make_shared<const CorrectionTable>(parseCorrections(text));
+      snapshot.corrections = std::make_shared<const CorrectionTable>(parseCorrections(text, channels));
       return;
     case CalibrationKind::Firetimes:
-      snapshot.firetimes = std::make_shared<const FiretimeTable>(parseFiretimes(text));
+      snapshot.firetimes = std::make_shared<const FiretimeTable>(parseFiretimes(text, channels));
       return;
     case CalibrationKind::Dcf:
-      snapshot.dcf = std::make_shared<const DcfTable>(parseDcf(text));
+      snapshot.dcf = std::make_shared<const DcfTable>(parseDcf(text, channels));
       return;
     case CalibrationKind::NonlinearMapping:
       snapshot.nonlinear = std::make_shared<const NonlinearTable>(parseNonlinear(text));
       return;
     case CalibrationKind::ChannelConfig:
-      snapshot.channelConfig = std::make_shared<const ChannelConfigTable>(parseChannelConfig(text));
+      snapshot.channelConfig = std::make_shared<const ChannelConfigTable>(parseChannelConfig(text, channels));
       return;
   }
   throw std::invalid_argument("expected a kind of calibration");
@@ -107,7 +107,7 @@ int CalibrationStore::loadFile(CalibrationKind kind, const std::string &path) {
 int CalibrationStore::loadBytes(CalibrationKind kind, std::span<const std::uint8_t> bytes, const std::string &name) {
   CalibrationSnapshot parsed;
   try {
-    parseInto(parsed, kind, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
+    parseInto(parsed, kind, {reinterpret_cast<const char *>(bytes.data()), bytes.size()}, channels_);
   } catch (const std::exception &error) {
     SKARN_LOG(LogLevel::Error, "No %s in %s: %s", nameOf(kind), name.c_str(), error.what());
     return -2;

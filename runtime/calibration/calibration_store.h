@@ -47,6 +47,10 @@ class CalibrationStore {
   CalibrationStore(const CalibrationStore &) = delete;
   CalibrationStore &operator=(const CalibrationStore &) = delete;
 
+  /// How many channels the lidar has: from now on a table by channel with any other number is refused. 0: not known
+  /// yet.
+  void setChannels(int channels) { channels_ = channels; }
+
   /// 0: in force; -1: the file cannot be read; -2: it does not hold such a table. `path` in the local 8-bit code page.
   int loadFile(CalibrationKind kind, const std::string &path);
   /// The same for bytes that a capture carried; `name` stands for the file in messages.
@@ -83,6 +87,7 @@ class CalibrationStore {
   void fillViewLocked();
   [[nodiscard]] int viewIndexLocked(int channelIndex) const;
 
+  std::atomic<int> channels_{0};
   mutable std::mutex mutex_;  // guards every member below but the display flags
   std::shared_ptr<const CalibrationSnapshot> current_;
   bool correctionLoaded_ = false;

@@ -22,12 +22,15 @@ class ChannelRows {
     return channel - 1;
   }
   [[nodiscard]] std::size_t size() const { return seen_.size(); }
-  void checkComplete(const ColumnText &text) const {
+  // `channels`: how many there must be; 0: any number.
+  void checkComplete(const ColumnText &text, int channels) const {
     if (rows_ == 0) text.fail("at least one channel", "end of file");
     const auto missing = std::find(seen_.begin(), seen_.end(), false);
     if (missing != seen_.end())
       text.fail("every channel from 1 to " + std::to_string(seen_.size()),
                 "no channel " + std::to_string(missing - seen_.begin() + 1));
+    if (channels != 0 && rows_ != std::size_t(channels))
+      text.fail("the lidar's " + std::to_string(channels) + " channels", std::to_string(rows_));
   }
 
  private:
@@ -63,7 +66,8 @@ void gatherSections(const ColumnText &text, const std::vector<int> &sectionOf, C
 }
 
 std::vector<float> parseChannelValues(std::string_view source,
-                                      std::initializer_list<std::pair<std::string_view, double>> units, double limit) {
+                                      std::initializer_list<std::pair<std::string_view, double>> units, double limit,
+                                      int channels) {
   ColumnText text(source);
   text.readHeader({"channel"}, {units.begin()->first, (units.end() - 1)->first});
   const auto unit = std::find_if(units.begin(), units.end(), [&](const auto &u) { return text.hasColumn(u.first); });
@@ -74,7 +78,7 @@ std::vector<float> parseChannelValues(std::string_view source,
     const int index = rows.take(text);
     put(values, index, float(text.number(unit->first, -limit / unit->second, limit / unit->second) * unit->second));
   }
-  rows.checkComplete(text);
+  rows.checkComplete(text, channels);
   return values;
 }
 
@@ -90,7 +94,7 @@ std::string formatChannelValues(std::string_view column, const std::vector<float
 
 }  // namespace
 
-CorrectionTable parseCorrections(std::string_view source) {
+CorrectionTable parseCorrections(std::string_view source, int channels) {
   ColumnText text(source);
   CorrectionTable table;
   std::vector<std::string_view> span;
@@ -109,16 +113,18 @@ CorrectionTable parseCorrections(std::string_view source) {
     if (odd) put(table.azimuthsOdd, index, float(text.number("azimuth_odd", -360.0, 360.0)));
     if (sections) put(sectionOf, index, text.integer("section", 0, correctionSections - 1));
   }
-  rows.checkComplete(text);
+  rows.checkComplete(text, channels);
   gatherSections(text, sectionOf, table);
   return table;
 }
 
-FiretimeTable parseFiretimes(std::string_view text) {
-  return {parseChannelValues(text, {{"firetime_ns", 1.0}, {"firetime_us", 1000.0}}, 1e9)};
+FiretimeTable parseFiretimes(std::string_view text, int channels) {
+  return {parseChannelValues(text, {{"firetime_ns", 1.0}, {"firetime_us", 1000.0}}, 1e9, channels)};
 }
 
-DcfTable parseDcf(std::string_view text) { return {parseChannelValues(text, {{"distance_offset", 1.0}}, 1000.0)}; }
+DcfTable parseDcf(std::string_view text, int channels) {
+  return {parseChannelValues(text, {{"distance_offset", 1.0}}, 1000.0, channels)};
+}
 
 NonlinearTable parseNonlinear(std::string_view source) {
   ColumnText text(source);
@@ -135,7 +141,7 @@ NonlinearTable parseNonlinear(std::string_view source) {
   return table;
 }
 
-ChannelConfigTable parseChannelConfig(std::string_view source) {
+ChannelConfigTable parseChannelConfig(std::string_view source, int channels) {
   ColumnText text(source);
   text.readHeader({"channel", "enabled"});
   ChannelRows rows;
@@ -144,7 +150,7 @@ ChannelConfigTable parseChannelConfig(std::string_view source) {
     const int index = rows.take(text);
     put(table.enabled, index, text.integer("enabled", 0, 1) == 1);
   }
-  rows.checkComplete(text);
+  rows.checkComplete(text, channels);
   return table;
 }
 

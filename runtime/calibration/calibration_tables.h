@@ -50,12 +50,13 @@ struct ChannelConfigTable {
 };
 
 /// Readers of the text forms (docs/calibration-files.md). Each checks the whole text before it returns and throws
-/// std::invalid_argument with "line N: expected ..., got ..." when it does not hold a table.
-CorrectionTable parseCorrections(std::string_view text);
-FiretimeTable parseFiretimes(std::string_view text);
-DcfTable parseDcf(std::string_view text);
+/// std::invalid_argument with "line N: expected ..., got ..." when it does not hold a table. `channels`: how many a
+/// table by channel must have; 0: any number.
+CorrectionTable parseCorrections(std::string_view text, int channels = 0);
+FiretimeTable parseFiretimes(std::string_view text, int channels = 0);
+DcfTable parseDcf(std::string_view text, int channels = 0);
 NonlinearTable parseNonlinear(std::string_view text);
-ChannelConfigTable parseChannelConfig(std::string_view text);
+ChannelConfigTable parseChannelConfig(std::string_view text, int channels = 0);
 
 /// Writers: their result reads back as the same values, bit for bit.
 std::string formatTable(const CorrectionTable &table);

@@ -36,7 +36,8 @@ ColumnText::ColumnText(std::string_view text) : rest_(text) {
 }
 
 void ColumnText::fail(const std::string &expected, std::string_view got) const {
-  throw std::invalid_argument("line " + std::to_string(lineNumber_) + ": expected " + expected + ", got " + shown(got));
+  throw std::invalid_argument("line " + std::to_string(std::max<std::size_t>(lineNumber_, 1)) + ": expected " +
+                              expected + ", got " + shown(got));
 }
 
 bool ColumnText::nextLine() {

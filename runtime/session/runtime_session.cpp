@@ -97,6 +97,7 @@ std::string RuntimeSession::InitError() const {
 void RuntimeSession::described(const StreamDescription &description, const PacketDecoder &decoder, int port) {
   description_ = description;
   port_ = port;
+  store_.setChannels(description.channels);
   params_.write([&](FrameDecodeParam &param) {
     if (param.nbqRgbMode == 0) param.nbqRgbMode = description.rgbMode;
   });

@@ -39,6 +39,12 @@ TEST(CalibrationStore, KeepsWhatWasLoadedWhenAnotherLoadFails) {
   EXPECT_EQ(store.loadFile(CalibrationKind::Corrections, bad.fileName().toStdString()), -2);
   EXPECT_EQ(store.loadFile(CalibrationKind::Corrections, folder.filePath("none.csv").toStdString()), -1);
   EXPECT_EQ(store.loadFile(CalibrationKind::Corrections, folder.path().toStdString()), -1);
+  QFile huge(folder.filePath("huge.csv"));
+  ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize(qint64{1} << 30)) << "one line of a gigabyte, and sparse";
+  EXPECT_EQ(store.loadFile(CalibrationKind::Corrections, huge.fileName().toStdString()), -1);
+  store.setChannels(4);
+  for (const int channels : {1, 3, 5})
+    EXPECT_EQ(store.loadBytes(CalibrationKind::Corrections, bytesOf(corrections(channels, 1.0F)), "other lidar"), -2);
   EXPECT_EQ(store.snapshot(), before);
   EXPECT_TRUE(store.isLoaded(CalibrationKind::Corrections));
   EXPECT_EQ(store.elevations()[3], 3.0F);

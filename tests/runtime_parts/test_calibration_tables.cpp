@@ -64,6 +64,9 @@ TEST(CalibrationReaders, RefuseWithLineExpectationAndWhatCame) {
   const auto corrections = [](std::string_view t) { (void)parseCorrections(t); };
   const auto firetimes = [](std::string_view t) { (void)parseFiretimes(t); };
   const auto dcf = [](std::string_view t) { (void)parseDcf(t); };
+  const auto ofFour = [](std::string_view t) { (void)parseCorrections(t, 4); };
+  const auto offsetsOfFour = [](std::string_view t) { (void)parseDcf(t, 4); };
+  const auto configOfFour = [](std::string_view t) { (void)parseChannelConfig(t, 4); };
   const auto nonlinear = [](std::string_view t) { (void)parseNonlinear(t); };
   const auto config = [](std::string_view t) { (void)parseChannelConfig(t); };
   const std::string head = "channel,elevation,azimuth\n";
@@ -90,6 +93,10 @@ TEST(CalibrationReaders, RefuseWithLineExpectationAndWhatCame) {
       {"channel missing", corrections, head + "1,1,0\n3,1,0\n", "no channel 2"},
       {"section out of range", corrections, "channel,elevation,azimuth,section\n1,0,0,4\n", "from 0 to 3"},
       {"section in two runs", corrections, "channel,elevation,azimuth,section\n1,0,0,0\n2,0,0,1\n3,0,0,0\n", "one run"},
+      {"cut off behind a row", ofFour, head + "1,1,0\n2,1,0\n", "line 3: expected the lidar's 4 channels, got \"2\""},
+      {"longer lidar", ofFour, head + "1,1,0\n2,1,0\n3,1,0\n4,1,0\n5,1,0\n", "line 6: expected the lidar's 4"},
+      {"offsets cut off", offsetsOfFour, "channel,distance_offset\n1,1\n", "the lidar's 4 channels"},
+      {"switches cut off", configOfFour, "channel,enabled\n1,1\n", "the lidar's 4 channels"},
       {"bad span", corrections, "frame_span,x\n" + head + "1,0,0\n", "line 1: expected frame_span"},
       {"binary", corrections, std::string("\x00\x01\x02\n\xff\xfe", 6), "header"},
       {"firetime without a unit", firetimes, "channel\n1\n", "firetime_ns"},

@@ -51,7 +51,9 @@ bool Rb::importChannelEqFile(QString path) {
   std::vector<float> red;
   std::vector<float> green;
   std::vector<float> blue;
-  if (!tarvo::lidar::loadChannelEqGains(file, rows, red, green, blue)) {
+  // Channels beyond the type's own say that the table is another type's.
+  if (!tarvo::lidar::loadChannelEqGains(file, rows, red, green, blue) ||
+      tarvo::lidar::lastChannelOfEqGains(file) >= rows) {
     SKARN_LOG(LogLevel::Error, "Invalid channel_eq CSV (expect %d elevation rows): %s", rows, file.c_str());
     return false;
   }

@@ -10,6 +10,11 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "the array file holds little-endian floats");
 
+std::string_view suffixOf(std::string_view path) {
+  constexpr std::size_t length = 4;
+  return path.size() < length ? std::string_view() : path.substr(path.size() - length);
+}
+
 struct Gains {
   std::vector<float> &r, &g, &b;
 };
@@ -25,13 +30,14 @@ bool takeNumber(std::string_view &rest, Number &number) {
   return true;
 }
 
-bool readCsv(const std::string &path, int channelCount, const Gains &gains) {
+/// Calls `take(channel, r, g, b)` for each row that holds a channel and its gains; false when the file can't be read.
+template <typename Take>
+bool readCsvRows(const std::string &path, const Take &take) {
   std::optional<std::string> text = readDataFile(path);
   if (!text) return false;
   std::replace(text->begin(), text->end(), ',', ' ');
   std::string_view rest = *text;
   std::string_view line;
-  int given = 0;
   while (takeLine(rest, line)) {
     line = withoutByteOrderMark(line);
     if (line.empty() || line.front() == '#' || line.find("channel_index") != std::string_view::npos) continue;
@@ -39,15 +45,23 @@ bool readCsv(const std::string &path, int channelCount, const Gains &gains) {
     float r = 1;
     float g = 1;
     float b = 1;
-    if (!takeNumber(line, channel) || !takeNumber(line, r) || !takeNumber(line, g) || !takeNumber(line, b)) continue;
-    if (channel < 0 || channel >= channelCount) continue;
+    if (takeNumber(line, channel) && takeNumber(line, r) && takeNumber(line, g) && takeNumber(line, b))
+      take(channel, r, g, b);
+  }
+  return true;
+}
+
+bool readCsv(const std::string &path, int channelCount, const Gains &gains) {
+  int given = 0;
+  const bool read = readCsvRows(path, [&](int channel, float r, float g, float b) {
+    if (channel < 0 || channel >= channelCount) return;
     const auto at = static_cast<std::size_t>(channel);
     gains.r[at] = r;
     gains.g[at] = g;
     gains.b[at] = b;
     ++given;
-  }
-  return given >= channelCount / 2;
+  });
+  return read && given >= channelCount / 2;
 }
 
 /// The two numbers of a shape tuple in the header of an array file.
@@ -94,9 +108,15 @@ bool loadChannelEqGains(const std::string &path, int channelCount, std::vector<f
                         std::vector<float> &b) {
   const auto count = static_cast<std::size_t>(std::max(0, channelCount));
   for (std::vector<float> *gains : {&r, &g, &b}) gains->assign(count, 1.0F);
-  const std::string_view suffix = path.size() < 4 ? std::string_view() : std::string_view(path).substr(path.size() - 4);
-  if (suffix == ".csv") return readCsv(path, channelCount, {r, g, b});
-  return suffix == ".npy" && readNpy(path, channelCount, {r, g, b});
+  if (suffixOf(path) == ".csv") return readCsv(path, channelCount, {r, g, b});
+  return suffixOf(path) == ".npy" && readNpy(path, channelCount, {r, g, b});
+}
+
+int lastChannelOfEqGains(const std::string &path) {
+  int last = -1;
+  if (suffixOf(path) == ".csv")
+    readCsvRows(path, [&last](int channel, float, float, float) { last = std::max(last, channel); });
+  return last;
 }
 
 }  // namespace tarvo::lidar

@@ -39,4 +39,7 @@ void defaultEnergyKernel(int &rows, int &cols, std::vector<float> &values);
 bool loadChannelEqGains(const std::string &path, int channelCount, std::vector<float> &r, std::vector<float> &g,
                         std::vector<float> &b);
 
+/// The highest channel that a ".csv" of gains gives; -1 when it gives none, can't be read or is of another form.
+int lastChannelOfEqGains(const std::string &path);
+
 }  // namespace tarvo::lidar

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -16,6 +17,9 @@ inline constexpr std::uintmax_t maxDataFileBytes = 64U << 20U;
 
 /// The whole file, or nothing when it can't be read or is larger than maxDataFileBytes.
 inline std::optional<std::string> readDataFile(const std::string &path) {
+  std::error_code unknown;  // a pipe has no size; what it gives is counted below
+  if (const auto size = std::filesystem::file_size(path, unknown); !unknown && size > maxDataFileBytes)
+    return std::nullopt;
   std::ifstream in(path, std::ios::binary);
   if (!in) return std::nullopt;
   std::string bytes;

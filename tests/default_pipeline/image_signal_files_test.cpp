@@ -66,6 +66,7 @@ TEST_F(ImageSignalFiles, GainsOfTheTypesOwnSizeAreKeptAndHandedToTheDecoder) {
   EXPECT_EQ(names.count(), 0);
 
   buffer.setLidarType("NBW_PEAK_V8");
+  EXPECT_FALSE(buffer.importChannelEqFile(write("of another type.csv", 1080)));
   EXPECT_TRUE(buffer.importChannelEqFile(QUrl::fromLocalFile(gains)));
   EXPECT_EQ(runtime->locked, 1);
   EXPECT_TRUE(params().isp.channelEqEnable);

@@ -127,6 +127,8 @@ TEST(ChannelEqualisationGains, ReadTextAndArrayFilesAndRefuseOtherShapes) {
   EXPECT_EQ(r, (Floats{1.5F, 1, 1, 4}));
   EXPECT_EQ(b, (Floats{3, 1, 1, 6}));
   EXPECT_FALSE(loadChannelEqGains("gains.csv", 6, r, g, b));
+  EXPECT_EQ(lastChannelOfEqGains("gains.csv"), 9);
+  EXPECT_EQ(lastChannelOfEqGains("none.csv"), -1);
   EXPECT_FALSE(loadChannelEqGains(fileWith("gains.txt", "0,1,1,1\n"), 1, r, g, b));
   EXPECT_FALSE(loadChannelEqGains("csv", 1, r, g, b));
 

@@ -76,12 +76,13 @@ struct PendingExport {
 
 /// True when the file was written, and the request with it is done.
 bool writeOut(const PendingExport &request) {
-  if (!request.pending || request.path.isEmpty()) return false;
+  // Cleared in front: what the runtime finds while this one is written is a request of its own.
+  if (request.path.isEmpty() || !request.pending.exchange(false)) return false;
   SKARN_LOG(LogLevel::Notice, "auto export %s from pcap to: %s", request.what, local(request.path).c_str());
   makeFolderOf(request.path);
-  if (!request.write(request.path)) return false;
-  request.pending = false;
-  return true;
+  if (request.write(request.path)) return true;
+  request.pending = true;
+  return false;
 }
 
 }  // namespace

@@ -38,8 +38,12 @@ bool parseEntry(const QByteArray &line, Entry &entry) {
 }
 
 void skipLine(QFile &file) {
-  for (QByteArray piece = file.readLine(lineBytesAtMost); !piece.isEmpty() && !piece.endsWith('\n');)
-    piece = file.readLine(lineBytesAtMost);
+  constexpr qint64 pieceBytes = 1 << 16;
+  for (QByteArray piece = file.peek(pieceBytes); !piece.isEmpty(); piece = file.peek(pieceBytes)) {
+    const int end = piece.indexOf('\n');
+    file.skip(end < 0 ? piece.size() : end + 1);
+    if (end >= 0) return;
+  }
 }
 
 bool refuse(const char *message, const QString &path, int lineNumber, const QByteArray &line) {

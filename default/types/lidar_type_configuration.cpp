@@ -1,5 +1,6 @@
 #include "default/types/lidar_type_configuration.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -109,6 +110,17 @@ void bringInStep(const LidarTypeChain &chain, const CalibrationFileNames &files,
   }
 }
 
+/// A default table under the suffix that it was last kept under: an import of the other kind of table changes it.
+QString lastKept(const QString &named) {
+  const QFileInfo file(named);
+  const QString suffix = file.suffix();
+  if (suffix != QLatin1String("csv") && suffix != QLatin1String("dat")) return named;
+  const QFileInfo other(named.left(named.size() - suffix.size()) +
+                        (suffix == QLatin1String("csv") ? QLatin1String("dat") : QLatin1String("csv")));
+  const bool newer = other.isFile() && (!file.isFile() || other.lastModified() > file.lastModified());
+  return newer ? other.filePath() : named;
+}
+
 void nameNonlinearMapping(const std::string &type, const QString &dataRoot, DefaultSDKFrameRenderBuffer &renderBuffer) {
   const QString fileName = nonlinearMappingFileName(type);
   const QString folder = nonlinearMappingFolder(dataRoot);
@@ -126,6 +138,7 @@ void configureLidarType(const LidarTypeChain &chain, QObject * /*loader*/, Defau
   CalibrationFileNames files;
   if (const LidarTypeRow *row = chain.find(type)) {
     files = calibrationFileNames(row->files, type, dataRoot);
+    files.correction = lastKept(files.correction);
     applyRow(*row, files, renderBuffer, source);
   }
   applyCapabilities(chain.everyTypeLast, renderBuffer);

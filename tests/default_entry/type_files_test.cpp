@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
@@ -168,6 +169,11 @@ TEST_F(TypeFiles, AnImportKeepsTheDefaultInStepWithItsSuffix) {
   EXPECT_THAT(calls, ElementsAre("load corrections default_KR2.dat"));
   EXPECT_FALSE(buffer.importCorrectionsFile(chosen + ".none"));
   EXPECT_EQ(buffer.correctionFileDir(), "default_KR2.dat") << "a refused file leaves the name as it was";
+  QFile older(documentsFolder() + folder + "angle_correction/default_KR2.csv");
+  ASSERT_TRUE(older.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(older.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime));
+  older.close();
+  EXPECT_THAT(open(LidarFamily::KR, "KR2", false), ElementsAre("load corrections default_KR2.dat"));
   put("chosen/isp.csv", "chosen");
   open(LidarFamily::KR, "NBQ_COLOR_V3", false);
   EXPECT_TRUE(parser->defaultSDKFrameBuffer()->importFiretimesFile(documentsFolder() + folder + "chosen/isp.csv"));

@@ -69,17 +69,19 @@ bool call(QObject *buffer, const char *operation, const QString &path) {
   return known && done;
 }
 
-/// Remembers where the log stands, and tells the first error written since.
+/// Remembers where the log stands, and tells the first error written since that begins with `beginning`.
 class LogWatch {
  public:
   LogWatch() {
     Logger::GetInstance().flush();
     m_begin = Logger::GetInstance().lastSequence();
   }
-  QString firstError() const {
+  QString firstError(const QString &beginning = {}) const {
     Logger::GetInstance().flush();
-    for (const LogEntry &entry : Logger::GetInstance().entriesAfter(m_begin))
-      if (entry.level == LogLevel::Error) return QString::fromLocal8Bit(entry.message.c_str());
+    for (const LogEntry &entry : Logger::GetInstance().entriesAfter(m_begin)) {
+      const QString message = QString::fromLocal8Bit(entry.message.c_str());
+      if (entry.level == LogLevel::Error && message.startsWith(beginning)) return message;
+    }
     return {};
   }
 
@@ -95,8 +97,11 @@ QString importOne(QObject *buffer, const QString &request) {
     return QStringLiteral("\"%1\" is no KIND=FILE with a kind of: %2").arg(request, kindNames());
   if (!QFile::exists(path)) return QStringLiteral("%1 does not exist").arg(path);
   const LogWatch log;
-  if (call(buffer, kind->importer, QFileInfo(path).absoluteFilePath())) return {};
-  const QString reason = log.firstError();
+  const bool taken = call(buffer, kind->importer, QFileInfo(path).absoluteFilePath());
+  const QString reason = taken ? log.firstError(QStringLiteral("Unable to ")) : log.firstError();
+  // The load ends with this program: a default that could not be written is a failure here.
+  if (taken)
+    return reason.isEmpty() ? QString() : QStringLiteral("%1 was not kept as the default: %2").arg(path, reason);
   return reason.isEmpty() ? QStringLiteral("%1 was not taken in as %2").arg(path, QLatin1String(kind->name)) : reason;
 }
 
@@ -111,8 +116,8 @@ Written writeOne(const Kind &kind, QObject *buffer, SvSdkRuntime &runtime, int c
                      : call(buffer, kind.exporter, path) ? 0
                                                          : -1;
   if (result >= 0) return {};
-  if (result == -1) return {false, {}};
   const QString reason = log.firstError();
+  if (result == -1 && (kind.write != nullptr || reason.isEmpty())) return {false, {}};
   return {true, reason.isEmpty() ? QStringLiteral("%1 could not be written").arg(path) : reason};
 }
 

@@ -4,14 +4,15 @@
 #include <QTemporaryDir>
 
 #include "tests/app/program_fixture.h"
+#include "tests/support/test_environment.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
 
-void makeCapture(const QString &path, const char *calibration) {
-  const ProgramResult made =
-      runProgram(QStringLiteral(SKARNVISOR_SIM), {"--frames", "2", "--channels", "16", "--columns", "120",
-                                                  "--calibration", calibration, "--out", path});
+void makeCapture(const QString &path, const char *calibration, const char *channels = "16") {
+  const ProgramResult made = runProgram(
+      QStringLiteral(SKARNVISOR_SIM),
+      {"--frames", "2", "--channels", channels, "--columns", "120", "--calibration", calibration, "--out", path});
   ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
 }
 
@@ -48,12 +49,15 @@ TEST(ProgramCalibration, ARefusedFileIsOneSentenceWithFileAndLine) {
   const QString bad = folder.filePath("bad.csv");
   writeFile(bad, "channel,elevation,azimuth\n1,0.5,0\n2,word,0\n");
   writeFile(folder.filePath("file"), "");
+  const QString other = folder.filePath("other.csv");
+  writeFile(other, "channel,elevation,azimuth\n1,0.5,0\n2,0.5,0\n");
   struct Case {
     QStringList arguments;
     QStringList told;
   };
   for (const Case &c : {Case{{"--import", "corrections=" + bad}, {"bad.csv", "line 3"}},
                         Case{{"--import", "corrections=" + folder.filePath("none.csv")}, {"none.csv"}},
+                        Case{{"--import", "corrections=" + other}, {"other.csv", "line 3", "16 channels"}},
                         Case{{"--import", "colours=" + bad}, {"corrections, firetimes"}},
                         Case{{"--export", folder.filePath("file")}, {"cannot be made"}}}) {
     const ProgramResult result = skarnvisor(QStringList{"calibration", capture} + c.arguments);
@@ -61,6 +65,21 @@ TEST(ProgramCalibration, ARefusedFileIsOneSentenceWithFileAndLine) {
     EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
     for (const QString &part : c.told) EXPECT_TRUE(result.err.contains(part)) << result.err.toStdString();
   }
+}
+
+TEST(ProgramCalibration, AnImportThatCannotBecomeTheDefaultHasFailed) {
+  const QTemporaryDir folder;
+  const QString capture = folder.filePath("capture.pcap");
+  makeCapture(capture, "none", "2");
+  const QString good = folder.filePath("good.csv");
+  writeFile(good, "channel,elevation,azimuth\n1,0.5,0\n2,0.5,0\n");
+  const QString kept = documentsFolder() + "/SkarnvisorDataFiles";
+  QDir(kept).removeRecursively();
+  writeFile(kept, "a file where the folder should be");
+  const ProgramResult result = skarnvisor({"calibration", capture, "--import", "corrections=" + good});
+  QFile::remove(kept);
+  EXPECT_NE(result.exitCode, 0);
+  EXPECT_TRUE(result.err.contains("good.csv was not kept as the default: Unable to write")) << result.err.toStdString();
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace tarvo::skarnvisor::app {
 bool namesLiveSource(const QString &name);
 
 /// "udp://:2368" for every interface, "udp://192.168.1.20:2368" for the one with that address,
-/// "udp://239.1.1.1:2368" for a multicast group. None for anything else.
+/// "udp://239.1.1.1:2368" for a multicast group, "udp://[ff02::1]:2368" likewise in IPv6. None for anything else.
 std::optional<LiveOptions> parseLiveAddress(const QString &name);
 
 }  // namespace tarvo::skarnvisor::app

@@ -19,8 +19,8 @@ struct DriverParam {
   std::int32_t sensorPort = 0;            // data port of one sensor of a capture that holds several; 0: the first found
   std::uint32_t liveRingFrames = 0;       // decoded frames that a live source keeps; 0: the runtime's default
   std::uint32_t receiveBufferBytes = 0;   // receive buffer asked of the socket; 0: the runtime's default
-  std::array<char, 48> multicastGroup{};  // zero-terminated dotted address; empty: none
-  std::array<char, 48> bindAddress{};     // zero-terminated dotted address; empty: every interface
+  std::array<char, 48> multicastGroup{};  // zero-terminated IP address; empty: none
+  std::array<char, 48> bindAddress{};     // zero-terminated IP address; empty: every interface
   std::array<std::byte, 36> reserved120{};
   std::uint16_t liveUdpPort = 0;
   std::array<std::byte, 90> reserved158{};

@@ -21,8 +21,8 @@ class Instance;
 /// What a live source is started with.
 struct LiveOptions {
   std::uint16_t udpPort = 0;
-  QString multicastGroup;  ///< dotted address, empty: none
-  QString bindAddress;     ///< dotted address, empty: every interface
+  QString multicastGroup;  ///< IP address, empty: none
+  QString bindAddress;     ///< IP address, empty: every interface
 };
 
 /// The host application without its window: the category tree, the opening and closing of sources, the timeline.

@@ -74,7 +74,7 @@ std::vector<RecordPlace> CaptureCutter::recordsBehind(const FrameIndex &index, i
     return key && !wanted.contains(*key);
   };
   std::vector<RecordPlace> left;
-  std::map<std::uint16_t, std::vector<RecordPlace>> fragments;  // by identification, of datagrams not joined yet
+  std::map<std::uint32_t, std::vector<RecordPlace>> fragments;  // by identification, of datagrams not joined yet
   FragmentJoiner joiner;
   CaptureCounters counters;
   RecordCursor cursor(file_, counters, index.at(last)->offset, end, readWindow);

@@ -8,7 +8,7 @@
 
 namespace tarvo::lidar {
 
-/// Joins IPv4 fragments. Holds a bounded number of unfinished datagrams and gives the oldest up for a new one. One
+/// Joins IP fragments. Holds a bounded number of unfinished datagrams and gives the oldest up for a new one. One
 /// thread.
 class FragmentJoiner {
  public:
@@ -31,9 +31,9 @@ class FragmentJoiner {
     std::uint32_t end;
   };
   struct Open {
-    std::uint32_t sourceAddress;
-    std::uint32_t destinationAddress;
-    std::uint16_t identification;
+    IpAddress sourceAddress;
+    IpAddress destinationAddress;
+    std::uint32_t identification;
     std::uint64_t recordOffset;
     std::uint32_t total = 0;  ///< 0: the last fragment has not come
     std::uint32_t held = 0;

@@ -18,7 +18,7 @@ void appendRecord(std::vector<std::uint8_t> &to, std::int64_t timeNs, std::span<
 
 /// Appends a received datagram as a record of a nanosecond pcap file with link type Ethernet. The headers in front of
 /// the payload are made anew from its addresses and ports; the sender's hardware address is not known and stands for
-/// its IPv4 address (02:00 and its four bytes).
+/// its IP address (02:00 and the last four bytes of that).
 void appendDatagram(std::vector<std::uint8_t> &to, const UdpDatagram &datagram);
 
 struct RecordRun {

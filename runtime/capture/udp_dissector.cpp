@@ -54,13 +54,18 @@ Dissection readIpv4(Bytes bytes, UdpDatagram &datagram, IpFragment &fragment) {
   const bool more = (place & 0x2000u) != 0;
   const std::uint32_t offset = (place & 0x1FFFu) * 8u;
   if (more || offset != 0) {
-    fragment = {big32(bytes, 12), big32(bytes, 16), big16(bytes, 4), offset, more, payload};
+    fragment = {IpAddress::of(bytes.subspan(12, 4)),
+                IpAddress::of(bytes.subspan(16, 4)),
+                big16(bytes, 4),
+                offset,
+                more,
+                payload};
     return Dissection::Fragment;
   }
   return readUdp(payload, datagram) ? Dissection::Udp : Dissection::Cut;
 }
 
-Dissection readIpv6(Bytes bytes, UdpDatagram &datagram) {
+Dissection readIpv6(Bytes bytes, UdpDatagram &datagram, IpFragment &fragment) {
   if (bytes.size() < ipv6HeadSize || bytes[0] >> 4 != 6) return Dissection::Cut;
   const std::size_t length = big16(bytes, 4) == 0 ? bytes.size() - ipv6HeadSize : big16(bytes, 4);
   if (length > bytes.size() - ipv6HeadSize) return Dissection::Cut;
@@ -71,8 +76,17 @@ Dissection readIpv6(Bytes bytes, UdpDatagram &datagram) {
     const bool fragmentHead = protocol == 44;
     if (protocol != 0 && protocol != 43 && protocol != 60 && !fragmentHead) return Dissection::Other;
     if (rest.size() < 8) return Dissection::Cut;
-    if (fragmentHead && (big16(rest, 2) & 0xFFF9u) != 0)
-      return Dissection::Other;  // lidars do not send fragmented IPv6
+    if (const unsigned place = fragmentHead ? big16(rest, 2) & 0xFFF9u : 0; place != 0) {
+      // Headers inside the parts of a datagram are not looked for: lidars send none.
+      if (rest[0] != protocolUdp) return Dissection::Other;
+      fragment = {IpAddress::of(bytes.subspan(8, 16)),
+                  IpAddress::of(bytes.subspan(24, 16)),
+                  big32(rest, 4),
+                  place & 0xFFF8u,
+                  (place & 1u) != 0,
+                  rest.subspan(8)};
+      return Dissection::Fragment;
+    }
     const std::size_t size = fragmentHead ? 8 : (std::size_t{rest[1]} + 1) * 8;
     if (size > rest.size()) return Dissection::Cut;
     protocol = rest[0];
@@ -84,7 +98,7 @@ Dissection readIpv6(Bytes bytes, UdpDatagram &datagram) {
 Dissection readIp(Bytes bytes, UdpDatagram &datagram, IpFragment &fragment) {
   if (bytes.empty()) return Dissection::Cut;
   if (bytes[0] >> 4 == 4) return readIpv4(bytes, datagram, fragment);
-  return bytes[0] >> 4 == 6 ? readIpv6(bytes, datagram) : Dissection::Other;
+  return bytes[0] >> 4 == 6 ? readIpv6(bytes, datagram, fragment) : Dissection::Other;
 }
 
 /// `bytes` begins behind the field that held `type`.
@@ -95,7 +109,7 @@ Dissection readEtherPayload(std::uint16_t type, Bytes bytes, UdpDatagram &datagr
     bytes = bytes.subspan(4);
   }
   if (type == EtherIpv4) return readIpv4(bytes, datagram, fragment);
-  return type == EtherIpv6 ? readIpv6(bytes, datagram) : Dissection::Other;
+  return type == EtherIpv6 ? readIpv6(bytes, datagram, fragment) : Dissection::Other;
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "runtime/capture/ip_address.h"
+
 namespace tarvo::lidar {
 
 /// One UDP datagram of a capture or a socket. The payload lies in the reader's memory until its next datagram.
@@ -11,18 +13,18 @@ struct UdpDatagram {
   std::span<const std::uint8_t> payload;
   std::uint16_t sourcePort = 0;
   std::uint16_t destinationPort = 0;
-  std::uint32_t sourceAddress = 0;       ///< IPv4, of a live source; 0 from a capture
-  std::uint32_t destinationAddress = 0;  ///< likewise
-  std::int64_t timeNs = 0;               ///< Unix time of the capture or of the reception
-  std::uint64_t recordOffset = 0;        ///< of the (first) record that it came in; 0 for a live source
-  std::uint64_t recordEnd = 0;           ///< behind the (last) record that it came in
+  IpAddress sourceAddress;         ///< of a live source; all 0 from a capture
+  IpAddress destinationAddress;    ///< likewise
+  std::int64_t timeNs = 0;         ///< Unix time of the capture or of the reception
+  std::uint64_t recordOffset = 0;  ///< of the (first) record that it came in; 0 for a live source
+  std::uint64_t recordEnd = 0;     ///< behind the (last) record that it came in
 };
 
-/// An IPv4 fragment, for reassembly.
+/// An IPv4 or IPv6 fragment, for reassembly.
 struct IpFragment {
-  std::uint32_t sourceAddress = 0;
-  std::uint32_t destinationAddress = 0;
-  std::uint16_t identification = 0;
+  IpAddress sourceAddress;
+  IpAddress destinationAddress;
+  std::uint32_t identification = 0;
   std::uint32_t offset = 0;  ///< of the bytes in the IP payload
   bool more = false;
   std::span<const std::uint8_t> bytes;

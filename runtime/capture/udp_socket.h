@@ -9,15 +9,16 @@
 
 namespace tarvo::lidar {
 
-/// A UDP port that receives in batches, with the kernel's time of each datagram. IPv4.
+/// A UDP port that receives in batches, with the kernel's time of each datagram. Without an address it takes IPv4 and
+/// IPv6, else what the address is.
 class UdpSocket {
  public:
   static constexpr std::uint32_t defaultBufferBytes = 32u << 20;
 
   struct Settings {
     std::uint16_t port = 0;
-    std::string bindAddress;               ///< dotted; empty: every interface. With a group: the interface that joins
-    std::string multicastGroup;            ///< dotted; empty: none
+    std::string bindAddress;               ///< empty: every interface. With a group: the interface that joins
+    std::string multicastGroup;            ///< empty: none
     std::uint32_t receiveBufferBytes = 0;  ///< 0: `defaultBufferBytes`; the system may grant less
   };
   using Take = std::function<void(const UdpDatagram &)>;
@@ -40,11 +41,17 @@ class UdpSocket {
  private:
   struct Batch;
 
-  bool apply(const Settings &settings, std::string &error);
+  struct Place;
+
+  bool openSocket(const Place &place);
+  void applyOptions(const Settings &settings) const;
+  bool bind(const Settings &settings, const Place &place, std::string &error) const;
+  bool join(const Settings &settings, const Place &place, std::string &error) const;
   void enlargeBuffer(std::uint32_t bytes) const;
   void handOn(unsigned index, const Take &take);
 
   int socket_ = -1;
+  bool v6_ = false;
   int wakeUp_ = -1;
   std::uint16_t port_ = 0;
   std::uint32_t dropsTold_ = 0;

@@ -14,7 +14,13 @@ namespace tarvo::lidar::test {
 /// Sends datagrams to a port of this machine, as fast as the receiver is told to have taken them.
 class Sender {
  public:
-  explicit Sender(std::uint16_t port, const char *address = "127.0.0.1") : socket_(::socket(AF_INET, SOCK_DGRAM, 0)) {
+  explicit Sender(std::uint16_t port, const char *address = "127.0.0.1")
+      : socket_(::socket(std::strchr(address, ':') != nullptr ? AF_INET6 : AF_INET, SOCK_DGRAM, 0)) {
+    if (::inet_pton(AF_INET6, address, &to6_.sin6_addr) == 1) {
+      to6_.sin6_family = AF_INET6;
+      to6_.sin6_port = htons(port);
+      return;
+    }
     const int on = 1;
     ::setsockopt(socket_, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
     in_addr loopback{htonl(INADDR_LOOPBACK)};
@@ -27,7 +33,9 @@ class Sender {
   Sender(const Sender &) = delete;
   Sender &operator=(const Sender &) = delete;
   void send(const Bytes &payload) const {
-    ::sendto(socket_, payload.data(), payload.size(), 0, reinterpret_cast<const sockaddr *>(&to_), sizeof to_);
+    const bool v6 = to6_.sin6_family == AF_INET6;
+    const auto *to = v6 ? reinterpret_cast<const sockaddr *>(&to6_) : reinterpret_cast<const sockaddr *>(&to_);
+    ::sendto(socket_, payload.data(), payload.size(), 0, to, v6 ? sizeof to6_ : sizeof to_);
   }
   void send(const std::vector<PacketLog::Packet> &packets) const {
     for (const auto &packet : packets) send(packet.payload);
@@ -36,6 +44,7 @@ class Sender {
  private:
   int socket_;
   sockaddr_in to_{};
+  sockaddr_in6 to6_{};
 };
 
 /// A port that nobody uses at this moment.
@@ -61,7 +70,8 @@ class LiveSession {
     param.liveUdpPort = port;
     param.liveRingFrames = ringFrames;
     std::strncpy(param.multicastGroup.data(), group, param.multicastGroup.size() - 1);
-    if (*group != 0) std::strncpy(param.bindAddress.data(), "127.0.0.1", param.bindAddress.size() - 1);
+    const char *const interface = std::strchr(group, ':') != nullptr ? "::1" : "127.0.0.1";
+    if (*group != 0) std::strncpy(param.bindAddress.data(), interface, param.bindAddress.size() - 1);
     begun = source->runtime->Init(param);
   }
   [[nodiscard]] bool is(SvSdkInitFinish question) const { return source->runtime->GetInitFinish(question); }

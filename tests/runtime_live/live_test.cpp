@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "runtime/capture/record_cursor.h"
 #include "tests/runtime_live/live_fixture.h"
 
 namespace tarvo::lidar::test {
@@ -111,6 +112,57 @@ TEST(Live, TakesBroadcastsAndAGroup) {
   EXPECT_TRUE(live.hasFrames(2));
 }
 
+bool hasIpv6() {
+  const int probe = ::socket(AF_INET6, SOCK_DGRAM, 0);
+  sockaddr_in6 place{};
+  place.sin6_family = AF_INET6;
+  place.sin6_addr = in6addr_loopback;
+  const bool had = probe >= 0 && ::bind(probe, reinterpret_cast<sockaddr *>(&place), sizeof place) == 0;
+  if (probe >= 0) ::close(probe);
+  return had;
+}
+
+TEST(Live, TakesIpv6AndRecordsItAsItCame) {
+  if (!hasIpv6()) GTEST_SKIP() << "this machine has no IPv6";
+  sim::Options options = smallLidar(3);
+  options.rateHz = 20;  // calibration in frame 0 alone
+  const auto packets = packetsOf(options);
+  const std::string path = skarnvisor::test::processFolder().toStdString() + "/six.pcap";
+  std::vector<Bytes> shown;
+  {
+    LiveSession live;
+    const Sender sender(live.port, "::1");
+    sender.send(framesOf(packets, 0, 1));
+    ASSERT_TRUE(live.ready());
+    ASSERT_TRUE(live.runtime().StartRecordPcap(path)) << live.runtime().CaptureError();
+    sender.send(framesOf(packets, 1, 3));
+    ASSERT_TRUE(live.hasFrames(3));
+    live.runtime().StopRecordPcap();
+    shown = pointsOf(*live.source, 3);
+  }
+  CaptureFile file;
+  std::string error;
+  ASSERT_TRUE(file.open(path, error)) << error;
+  CaptureCounters counters;
+  RecordCursor cursor(file, counters, file.firstRecord(), ~std::uint64_t{0});
+  CaptureRecord record;
+  ASSERT_TRUE(cursor.next(record));
+  const std::size_t etherHead = 14;
+  EXPECT_EQ(record.bytes[etherHead] >> 4, 6);
+  // Ones all over: the sum of pseudo header and datagram with its checksum in place.
+  std::uint32_t sum = static_cast<std::uint32_t>(record.bytes.size() - etherHead - 40) + 17;
+  for (std::size_t i = etherHead + 8; i < record.bytes.size(); ++i)
+    sum += std::uint32_t{record.bytes[i]} << ((i - etherHead) % 2 == 0 ? 8 : 0);
+  while (sum > 0xFFFF) sum = (sum & 0xFFFF) + (sum >> 16);
+  EXPECT_EQ(sum, 0xFFFFU);
+  Session again(path);
+  ASSERT_TRUE(again.indexed(2));
+  EXPECT_EQ(pointsOf(*again.source, 2), std::vector<Bytes>(shown.begin() + 1, shown.end()));
+
+  const LiveSession group(freePort(), "ff12::4242");  // nothing carries a group's packets on the loopback interface
+  EXPECT_TRUE(group.begun);
+}
+
 TEST(Live, SaysInOneSentenceWhyAPortCannotBeHad) {
   LiveSession first;
   ASSERT_TRUE(first.begun);
@@ -122,7 +174,8 @@ TEST(Live, SaysInOneSentenceWhyAPortCannotBeHad) {
   const Case cases[]{{first.port, "", "is in use by another program"},
                      {0, "", "lies between 1 and 65535"},
                      {freePort(), "10.0.0.1", "no multicast group"},
-                     {freePort(), "lidar", "not an IPv4 address"}};
+                     {freePort(), "::1", "no multicast group"},
+                     {freePort(), "lidar", "not an IP address"}};
   for (const Case &c : cases) {
     LiveSession second(c.port, c.group);
     EXPECT_FALSE(second.begun);

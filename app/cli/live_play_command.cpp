@@ -31,7 +31,6 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   ProgressBar bar(QStringLiteral("playing, frames:"));
   PointCounts points;
   int frames = 0;
-  int skipped = 0;
   int last = -1;
   QString fault;
   session.view().setPlayByFrame(!options.byTime);
@@ -49,10 +48,7 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
     points.shown += counts.shown;
     points.hidden += counts.hidden;
     // Of a stack the way of the cursor counts: a step brings a group, or none.
-    if (stacked)
-      frames += std::max(passed, 0);
-    else if (++frames; passed > 1)
-      skipped += passed - 1;
+    frames += stacked ? std::max(passed, 0) : 1;
     bar.show(frames, options.frameLimit);
     if (options.frameLimit > 0 && frames >= options.frameLimit) loop.quit();
   });
@@ -76,7 +72,7 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   addCaptureRows(report, session);
   if (stacked) report.add("stack", stack.message());
   report.add("frames played", grouped(frames));
-  if (!options.byTime && !stacked) report.add("frames skipped", grouped(skipped));
+  if (!options.byTime && !stacked) report.add("frames skipped", grouped(session.timeline().skippedFrames()));
   report.add("points", grouped(points.shown + points.hidden));
   report.add("points shown", grouped(points.shown));
   report.add("seconds played", QString::number(seconds, 'f', 3));

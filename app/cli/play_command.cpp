@@ -197,6 +197,8 @@ QString Player::finish() {
   addCaptureRows(report, m_session);
   if (!m_stack.message().isEmpty()) report.add("stack", m_stack.message());
   report.add("frames played", grouped(m_frames));
+  if (m_options.speed > 0 && !m_options.byTime)
+    report.add("frames skipped", grouped(m_session.timeline().skippedFrames()));
   report.add("points", grouped(m_points.shown + m_points.hidden));
   report.add("points shown", grouped(m_points.shown));
   report.add("points hidden", grouped(m_points.hidden));

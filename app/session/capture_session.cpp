@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "app/session/capture_check.h"
+#include "app/session/health_text.h"
 #include "app/session/live_address.h"
 #include "contracts/runtime/sdk_source.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
@@ -90,6 +91,8 @@ QString CaptureSession::runtimeFault() const {
   const lidar::SvSdkRuntime *const owner = runtime();
   return owner ? QString::fromLocal8Bit(owner->CaptureError().c_str()) : QString();
 }
+
+QString CaptureSession::healthText() { return app::healthText(captureReport(), timeline().skippedFrames()); }
 
 QString CaptureSession::openAndWait(const QString &path) {
   QString reason;

@@ -51,6 +51,8 @@ class CaptureSession : public QObject {
   void setSensorPort(int port) { m_sensorPort = port; }
   /// What the source met on its way; nothing while none is open.
   lidar::CaptureReport captureReport() const;
+  /// The same for the status line, with the frames that playing left out; empty while all went well.
+  QString healthText();
   /// Why the source's last cut or recording failed, one sentence; empty if it did not.
   QString runtimeFault() const;
 

@@ -11,8 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto turnPeriod = 4ms;
-// Playing slower than asked for this long means that the machine can't hold the speed: the clock gives way, not the
-// frames.
+// Playing behind the clock by this much means that the machine can't hold the speed: the newest frame wins.
 constexpr double slipSeconds = 0.25;
 // An end that moved this recently is that of a capture still being indexed, and not the end.
 constexpr auto growthPause = 500ms;
@@ -177,6 +176,8 @@ void Timeline::moveCursor(TimePoint cursor) {
 void Timeline::setPlaying(bool playing) {
   if (playing == m_playing || (playing && m_tracks.isEmpty())) return;
   m_playing = playing;
+  m_following = false;
+  if (playing) m_skippedFrames = 0;
   for (TimelineTrack *track : std::as_const(m_tracks)) track->setPlaying(playing);
   if (playing) {
     if (isAtEnd()) moveCursor(playBegin());
@@ -203,6 +204,7 @@ void Timeline::setLoop(bool loop) {
 void Timeline::setFollow(bool follow) {
   if (m_follow == follow) return;
   m_follow = follow;
+  m_following = false;
   if (!follow) m_clock.anchor(m_cursor);
   Q_EMIT followChanged();
 }
@@ -222,12 +224,25 @@ void Timeline::advance() {
   const TimePoint target = m_clock.target();
   const std::optional<TimePoint> next = nextFrameCursor();
   if (next && target >= *next) {
-    if (m_clock.lagSeconds(*next) > slipSeconds) m_clock.anchor(*next);
-    moveCursor(*next);
+    moveCursor(frameDue(*next, target));
   } else if (hasTimeTrack && std::min(target, m_end) > m_cursor) {
     moveCursor(std::min(target, m_end));
   }
   if (!next && target >= playEnd()) reachEnd();
+}
+
+/// The next frame, or the newest of the leading track that is due when playing has fallen too far behind.
+TimePoint Timeline::frameDue(TimePoint next, TimePoint target) {
+  if (m_clock.lagSeconds(next) <= slipSeconds) return next;
+  const ClipFrames *const frames = m_leading->frames();
+  const int newest = frames != nullptr ? frames->indexAt(target) : -1;
+  const TimePoint cursor = newest >= 0 ? frames->cursorOf(newest) : next;
+  if (cursor <= next) {
+    m_clock.anchor(next);  // another track's frame
+    return next;
+  }
+  m_skippedFrames += newest - frames->indexAt(m_cursor) - 1;
+  return cursor;
 }
 
 void Timeline::advanceFollowing() {
@@ -237,7 +252,21 @@ void Timeline::advanceFollowing() {
     if (track->isBusy()) return;
     newest = std::max(newest, track->end());
   }
-  if (newest != m_cursor) moveCursor(newest);
+  if (newest != m_cursor) moveCursor(newestFollowed(newest));
+}
+
+/// The newest data; the frame behind the shown one while only a few came at once.
+TimePoint Timeline::newestFollowed(TimePoint newest) {
+  const bool goesOn = std::exchange(m_following, true);
+  const ClipFrames *const frames = m_leading != nullptr && m_leading->isLive() ? m_leading->frames() : nullptr;
+  const int shown = frames != nullptr ? frames->indexAt(m_cursor) : -1;
+  if (!goesOn || shown < 0) return newest;
+  const int left = frames->indexAt(newest) - shown - 1;
+  if (left < 1) return newest;
+  const TimePoint next = frames->cursorOf(shown + 1);
+  if (secondsFromTicks(newest - next) <= slipSeconds) return next;
+  m_skippedFrames += left;
+  return newest;
 }
 
 void Timeline::skipGap() {

@@ -30,6 +30,7 @@ class Timeline : public QObject {
   Q_PROPERTY(double speed READ speed WRITE setSpeed NOTIFY speedChanged)
   Q_PROPERTY(bool loop READ loop WRITE setLoop NOTIFY loopChanged)
   Q_PROPERTY(bool follow READ follow WRITE setFollow NOTIFY followChanged)
+  Q_PROPERTY(int skippedFrames READ skippedFrames NOTIFY cursorChanged)
 
  public:
   static constexpr double minSpeed = 0.1;
@@ -59,6 +60,8 @@ class Timeline : public QObject {
   [[nodiscard]] double speed() const { return m_clock.speed(); }
   [[nodiscard]] bool loop() const { return m_loop; }
   [[nodiscard]] bool follow() const { return m_follow; }
+  /// Frames of the leading track that were left out since playing began, because the machine could not hold the speed.
+  [[nodiscard]] int skippedFrames() const { return m_skippedFrames; }
 
   /// At the end, playing starts over from the begin.
   void setPlaying(bool playing);
@@ -99,6 +102,8 @@ class Timeline : public QObject {
   void skipGap();
   [[nodiscard]] bool isInsideAnyTrack(TimePoint time) const;
   [[nodiscard]] std::optional<TimePoint> nextFrameCursor() const;
+  TimePoint frameDue(TimePoint next, TimePoint target);
+  TimePoint newestFollowed(TimePoint newest);
   [[nodiscard]] bool hasLiveTrack() const;
   [[nodiscard]] bool isAtEnd() const;
   [[nodiscard]] TimePoint firstCursor(const TimelineTrack &track) const;
@@ -117,6 +122,8 @@ class Timeline : public QObject {
   bool m_playing = false;
   bool m_loop = false;
   bool m_follow = false;
+  bool m_following = false;  ///< the cursor has been at the newest data since follow or playing began
+  int m_skippedFrames = 0;
   PlayClock m_clock;
   PlayClock::Moment m_lastGrowth;
   QTimer m_timer;

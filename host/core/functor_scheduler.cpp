@@ -107,6 +107,8 @@ void FunctorScheduler::stop() {
 }
 
 void FunctorScheduler::startThread() {
+  // Those that have gone since; one that is just going stays until the next time.
+  std::erase_if(m_retired, [](const std::unique_ptr<QThread> &thread) { return thread->isFinished(); });
   m_thread.reset(QThread::create([this] { loop(); }));
   m_thread->setObjectName(QStringLiteral("functors"));
   m_thread->start();

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "contracts/host/log.h"
 #include "runtime/session/runtime_session.h"
 
@@ -6,6 +8,20 @@ SKARN_LOG_SOURCE("runtime/session");
 namespace tarvo::lidar {
 
 using skarnvisor::LogLevel;
+
+namespace {
+
+/// A moment in whole milliseconds stands for all of that millisecond: the timeline's text cuts what is finer off, and
+/// the frame that it was read from begins a little later.
+double endOfMillisecond(double seconds) {
+  constexpr double perSecond = 1000.0;
+  constexpr double finest = 0.001;  // of a millisecond, what doubles of our time tell apart
+  const double milliseconds = std::round(seconds * perSecond);
+  const bool whole = std::abs(seconds * perSecond - milliseconds) < finest;
+  return whole ? (milliseconds + 1 - finest) / perSecond : seconds;
+}
+
+}  // namespace
 
 /// Keeps why a cut or a recording failed, and logs it.
 bool RuntimeSession::settle(bool done, const std::string &error) {
@@ -19,7 +35,7 @@ bool RuntimeSession::CutPcap(const std::string &path, double begin, double end) 
   if (!ready_) return settle(false, "There is no capture to cut.");
   const FrameIndex &index = frames_->index();
   const int first = index.firstFrom(begin);
-  const int last = index.find(end);
+  const int last = index.find(endOfMillisecond(end));
   if (!(begin <= end) || first > last) return settle(false, "No frame begins in the time that is to be cut out.");
   return CutPcap(path, first, last);
 }

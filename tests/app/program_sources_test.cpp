@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QThread>
 #include <QUdpSocket>
 
 #include "tests/app/program_fixture.h"
@@ -72,6 +75,23 @@ TEST(ProgramSources, RecordsAndPlaysAUdpPort) {
   EXPECT_GT(play.value("points shown").toInt(), 1000);
 }
 
+TEST(ProgramSources, AKillInTheMiddleOfARecordingLeavesACaptureThatOpens) {
+  const quint16 port = freePort();
+  const Stream stream(port);
+  QProcess record;
+  record.start(QStringLiteral(SKARNVISOR_PROGRAM), {"record", "--port", QString::number(port), "--out", "killed.pcap"});
+  QElapsedTimer clock;
+  clock.start();
+  while (QFileInfo("killed.pcap").size() < 100'000 && clock.elapsed() < 30'000) QThread::msleep(10);
+  record.kill();  // SIGKILL
+  ASSERT_TRUE(record.waitForFinished());
+  ASSERT_EQ(record.exitStatus(), QProcess::CrashExit);
+  const ProgramResult info = skarnvisor({"info", "killed.pcap"});
+  ASSERT_EQ(info.exitCode, 0) << info.err.toStdString();
+  EXPECT_GT(info.value("frames").toInt(), 0);
+  EXPECT_GT(info.value("packets").toInt(), 50);
+}
+
 TEST(ProgramSources, AFailureIsOneSentenceAndANonZeroExit) {
   ASSERT_EQ(makeCapture("whole.pcap").exitCode, 0);
   writeFile("old.pcap", "old");
@@ -92,6 +112,7 @@ TEST(ProgramSources, AFailureIsOneSentenceAndANonZeroExit) {
       {{"record", "--port", port, "--seconds", "1", "--out", "x.pcap"}, "is in use by another program"},
       {{"play", "udp://:" + port, "--seconds", "1"}, "is in use by another program"},
       {{"play", "udp://lidar"}, "is no live source"},
+      {{"play", "udp://::1:2368"}, "is no live source"},
       {{"info", "udp://:" + port}, "played or recorded only"},
       {{"info", "whole.pcap", "--port", "99"}, "on UDP port 99"},
   };

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -104,6 +105,14 @@ TEST(Cut, BySecondsTakesTheFramesThatBeginThere) {
   EXPECT_FALSE(whole.runtime().CutPcap(path, begin + 0.45, begin + 0.2));
   EXPECT_FALSE(whole.runtime().CutPcap(path, begin + 0.11, begin + 0.12)) << "no frame begins there";
   EXPECT_TRUE(Session(path).indexed(3)) << "a failure leaves the old file whole";
+
+  sim::Options options = smallLidar(10);
+  options.rateHz = 30;
+  Session thirds(writeCapture("thirds.pcap", packetsOf(options)));
+  ASSERT_TRUE(thirds.indexed(10));
+  const auto shownAs = [&](int frame) { return std::floor(thirds.runtime().GetFrameStartSeconds(frame) * 1e3) / 1e3; };
+  ASSERT_TRUE(thirds.runtime().CutPcap(path, shownAs(4), shownAs(7)));
+  EXPECT_TRUE(Session(path).indexed(4)) << "a time text cuts a frame's start down to milliseconds";
 }
 
 TEST(Cut, KeepsPacketsOfSeveralLinkTypes) {

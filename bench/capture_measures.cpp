@@ -233,7 +233,7 @@ bool receiveLive() {
 }  // namespace
 
 void addCaptureMeasures(std::vector<Measure> &measures) {
-  measures.push_back({"index_big_capture", "500 MB in page cache; floor: a memory map walked, its bytes summed", [] {
+  measures.push_back({"index_capture", "500 MB in page cache; floor: a memory map walked, its bytes summed", [] {
                         auto capture = std::make_shared<BigCapture>();
                         return Bodies{[capture] { indexed(capture->path); }, [capture] { walkMap(capture->path); }};
                       }});

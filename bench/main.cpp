@@ -100,6 +100,7 @@ int main(int argc, char **argv) {
   tarvo::skarnvisor::bench::addFilterMeasures(measures);
   tarvo::skarnvisor::bench::addCaptureMeasures(measures);
   tarvo::skarnvisor::bench::addStackMeasures(measures);
+  tarvo::skarnvisor::bench::addProgramMeasures(measures);
   tarvo::skarnvisor::bench::addPointFileMeasures(measures);
   tarvo::skarnvisor::bench::addExportMeasures(measures);
   tarvo::skarnvisor::bench::addTelemetryMeasures(measures);

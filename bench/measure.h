@@ -39,6 +39,9 @@ void addCaptureMeasures(std::vector<Measure> &measures);
 /// Measures of what is written to files.
 void addExportMeasures(std::vector<Measure> &measures);
 
+/// The program as a whole: play from end to end, and the memory of a frame.
+void addProgramMeasures(std::vector<Measure> &measures);
+
 /// Measures of the readers of point files.
 void addPointFileMeasures(std::vector<Measure> &measures);
 

@@ -28,21 +28,21 @@ class ManualPictures : public WindowTest {
 
   static void setting(const QString &key, const QVariant &value) { app::Preferences().setValue(key, value); }
 
-  /// The picture in its 256 most frequent colours, which keeps the file small.
+  /// The picture in its 128 most frequent colours, which keeps the file small.
   static QImage inFewColours(const QImage &picture) {
     QHash<QRgb, int> counts;
     for (int y = 0; y < picture.height(); ++y)
-      for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y) & 0xfffcfcfcU];
+      for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y) & 0xfff8f8f8U];
     QVector<QRgb> colors = counts.keys().toVector();
     std::sort(colors.begin(), colors.end(), [&](QRgb a, QRgb b) { return counts[a] > counts[b]; });
-    return picture.convertToFormat(QImage::Format_Indexed8, colors.mid(0, 256), Qt::ThresholdDither);
+    return picture.convertToFormat(QImage::Format_Indexed8, colors.mid(0, 128), Qt::ThresholdDither);
   }
 
   /// Saves the window, smaller than it is.
   void save(const QString &name) {
     // What follows the last change by a turn or two: tool tips aside, the tables and labels.
     QTest::qWait(400);
-    const QImage shot = window()->grabWindow().scaledToWidth(1100, Qt::SmoothTransformation);
+    const QImage shot = window()->grabWindow().scaledToWidth(880, Qt::SmoothTransformation);
     EXPECT_TRUE(inFewColours(shot).save(folder() + "/" + name + ".png", "PNG", 0));
   }
 };

@@ -74,6 +74,11 @@ TEST_F(Responsiveness, OfFramesOfAMillionPoints) {
   TurnClock turns;
   play(seconds() * 1000, [](int) {});
   turns.print("playing");
+  // Drawing a frame holds the thread too, for as long as the renderer takes; nothing is drawn of a hidden window.
+  window()->hide();
+  play(seconds() * 1000, [](int) {});
+  turns.print("playing, nothing drawn");
+  window()->show();
   play(seconds() * 1000, [this](int turn) {
     viewer().colors()->setMode(turn % static_cast<int>(viewer().colorTitles().size()));
     viewer().setPointSize(1 + turn % 4);

@@ -8,6 +8,7 @@
 #include "default/frame/row_sort.h"
 #include "default/frame/selection_pass.h"
 #include "default/pipeline/announcements.h"
+#include "default/pipeline/once_a_second.h"
 
 #include <QDateTime>
 
@@ -20,14 +21,6 @@ using tarvo::lidar::SDKSource;
 
 namespace {
 
-/// Passes once a wall-clock second in the whole process, not the first time.
-bool secondHasPassed() {
-  static std::atomic<qint64> last{-1};
-  const qint64 now = QDateTime::currentDateTime().toSecsSinceEpoch();
-  qint64 seen = -1;
-  if (last.compare_exchange_strong(seen, now)) return false;
-  return now > seen && last.compare_exchange_strong(seen, now);
-}
 
 }  // namespace
 
@@ -184,7 +177,8 @@ void DefaultSDKFrameRenderBuffer::refreshSpreadSheetDisplay() {
   if (!m_settings.spreadSheetEnabled) return;
   const SDKSource *const from = source();
   const bool playing = from != nullptr && from->playState->playing;
-  if (playing && m_settings.detailExportType < 1 && !secondHasPassed()) return;
+  static OnceASecond once;  // for all sources together
+  if (playing && m_settings.detailExportType < 1 && !once.passes()) return;
   refreshSelectionDisplay();
 }
 

@@ -6,8 +6,8 @@
 #include "contracts/runtime/sv_sdk_runtime.h"
 #include "default/frame/frame_loops.h"
 #include "default/pipeline/announcements.h"
+#include "default/pipeline/once_a_second.h"
 
-#include <QDateTime>
 
 #include <algorithm>
 #include <array>
@@ -25,14 +25,6 @@ namespace {
 /// `rgbMode` of a camera frame: it keeps real coordinates in the remake, and its channels are not blind.
 constexpr int cameraMode = 1;
 
-/// True once a wall-clock second in the whole process, and not the first time.
-bool monitorSecondHasPassed() {
-  static std::atomic<qint64> last{-1};
-  const qint64 now = QDateTime::currentDateTime().toSecsSinceEpoch();
-  qint64 seen = -1;
-  if (last.compare_exchange_strong(seen, now)) return false;
-  return now > seen && last.compare_exchange_strong(seen, now);
-}
 
 }  // namespace
 
@@ -145,7 +137,8 @@ void DefaultSDKParser::updateMonitor(DefaultSDKFrameRenderBuffer &rb, const SDKS
     const std::lock_guard lock(frame.mutex);
     block = frame.deviceStatus;
   }
-  if (block[0] == 0 || (source.playState->playing && !monitorSecondHasPassed())) return;
+  static OnceASecond once;  // for all sources together
+  if (block[0] == 0 || (source.playState->playing && !once.passes())) return;
   rb.updateMonitor(block.data());
 }
 

@@ -163,13 +163,8 @@ void Viewer::lookAtHealth() {
   const qint64 elapsed = m_sinceRate.restart();
   m_pictureRate = elapsed > 0 ? 1000.0 * m_picturesSinceRate / static_cast<double>(elapsed) : 0;
   m_picturesSinceRate = 0;
-  const lidar::CaptureReport report = m_session.captureReport();
-  m_recording = report.recording;
-  QStringList losses;
-  if (report.lost > 0) losses << QStringLiteral("%1 packets lost").arg(grouped(report.lost));
-  if (report.damaged > 0) losses << QStringLiteral("%1 damaged").arg(grouped(report.damaged));
-  if (report.truncated) losses << QStringLiteral("the file ends inside a packet");
-  m_lossText = losses.join(QStringLiteral(", "));
+  m_recording = m_session.captureReport().recording;
+  m_lossText = m_session.pipeline() != nullptr ? m_session.healthText() : QString();
   Q_EMIT healthChanged();
 }
 

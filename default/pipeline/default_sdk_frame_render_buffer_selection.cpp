@@ -10,7 +10,6 @@
 #include "default/pipeline/announcements.h"
 #include "default/pipeline/once_a_second.h"
 
-#include <QDateTime>
 
 #include <algorithm>
 #include <vector>

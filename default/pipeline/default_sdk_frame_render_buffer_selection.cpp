@@ -117,21 +117,27 @@ void DefaultSDKFrameRenderBuffer::filterMultiPoints() {
 
 void DefaultSDKFrameRenderBuffer::setSelectEnabled(bool enabled) {
   if (m_settings.selectEnabled.exchange(enabled) == enabled) return;
-  if (enabled)
+  if (enabled) {
+    storeShownPoints();
     refreshSelectionDisplay();
-  else
+  } else {
     repeatParse();
+  }
   // A repeat parse redraws one frame; the marks of the others in the stack would stay.
   if (!enabled) filterMultiPoints();
 }
 
 void DefaultSDKFrameRenderBuffer::setSelectionMatrix(const QMatrix4x4 &matrix) {
   m_settings.selectionMatrix.set(matrix);
-  if (m_settings.selectEnabled) refreshSelectionDisplay();
+  if (!m_settings.selectEnabled) return;
+  storeShownPoints();
+  refreshSelectionDisplay();
 }
 
 void DefaultSDKFrameRenderBuffer::setSpreadSheetEnabled(bool enabled) {
-  if (m_settings.spreadSheetEnabled.exchange(enabled) != enabled) refreshSpreadSheetDisplay();
+  if (m_settings.spreadSheetEnabled.exchange(enabled) == enabled) return;
+  if (enabled) storeShownPoints();
+  refreshSpreadSheetDisplay();
 }
 
 std::size_t DefaultSDKFrameRenderBuffer::listPointsLocked(const SelectionPass &pass) {

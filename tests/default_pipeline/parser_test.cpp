@@ -364,5 +364,31 @@ TEST_F(FastPathTest, FilledVerticesAreThePictureOfTheFrame) {
   EXPECT_FALSE(rb.picture().fastVertexValid);
 }
 
+// The selection comes while the capture is paused: no other frame will bring the points.
+TEST_F(FastPathTest, ASelectionOrTheTableGetsThePointsOfAPausedFrame) {
+  const std::vector<SDKPointInfo> points{point(0.0F, 0.0F, 0.0F), point(5.0F, 0.0F, 0.0F)};
+  QMatrix4x4 aroundTheFirst;
+  const auto showFast = [&] {
+    give(points);
+    ASSERT_TRUE(rb.tryFillVertices(points.data(), 2, 1));
+    source.fastPathDone = true;
+    parse();
+    ASSERT_FALSE(rb.picture().storeMatchesVertices);
+  };
+  showFast();
+  rb.setSelectionMatrix(aroundTheFirst);
+  rb.setSelectEnabled(true);
+  ASSERT_EQ(vertices().size(), 2U);
+  EXPECT_EQ(vertices()[0].color, highlightMark);
+  EXPECT_NE(vertices()[1].color, highlightMark);
+  EXPECT_EQ(rb.spreadSheetModel().rowCount(), 1);
+
+  rb.setSelectEnabled(false);
+  showFast();
+  rb.spreadSheetModel().setAllDisplayed(true);
+  rb.setSpreadSheetEnabled(true);
+  EXPECT_EQ(rb.spreadSheetModel().rowCount(), 2);
+}
+
 }  // namespace
 }  // namespace tarvo::skarnvisor::test

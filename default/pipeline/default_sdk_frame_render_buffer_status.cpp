@@ -61,9 +61,10 @@ void DefaultSDKFrameRenderBuffer::updateImu(std::vector<tarvo::lidar::ImuSample>
 
 void DefaultSDKFrameRenderBuffer::setDisplayedFlag(int channel, bool shown, bool refresh) {
   bool *const displayed = m_correctionView.displayed;
-  if (displayed == nullptr || channel < 0 || channel >= m_correctionView.channels) return;
-  // The decoder reads the byte while this writes it.
-  std::atomic_ref(displayed[channel]).store(shown, std::memory_order_relaxed);
+  if (displayed == nullptr) return;
+  // The decoder reads the byte while this writes it. A frame may name more channels than the table has.
+  if (channel >= 0 && channel < m_correctionView.channels)
+    std::atomic_ref(displayed[channel]).store(shown, std::memory_order_relaxed);
   if (refresh) {
     announce(&DefaultSDKFrameRenderBuffer::channelModelChanged);
     announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);

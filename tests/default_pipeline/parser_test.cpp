@@ -135,8 +135,9 @@ TEST_F(ParserTest, CorrectionsAreAskedForOnceAndFetchedOnce) {
   rb.setDisplayedFlag(3, false);
   EXPECT_EQ(log.take(), (Names{"channelModelChanged", "renderStateChanged"}));
   rb.setDisplayedFlag(1, false, false);
-  rb.setDisplayedFlag(4, false);
   EXPECT_TRUE(log.take().empty());
+  rb.setDisplayedFlag(4, false);  // behind the table: nothing to store, but the last of many ends with the signals
+  EXPECT_EQ(log.take(), (Names{"channelModelChanged", "renderStateChanged"}));
   EXPECT_EQ(runtime->shown, (std::array{true, false, true, false}));
 }
 

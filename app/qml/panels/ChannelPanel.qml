@@ -15,6 +15,21 @@ Column {
     spacing: 4
     topPadding: 6
 
+    // The first frame with corrections brings the angles; no signal tells of it while the number of channels stays.
+    property string angles: ""
+    onBufferChanged: angles = ""
+    Connections {
+        target: panel.buffer
+        ignoreUnknownSignals: true
+        function onSomeSignalReceived() {
+            if (!panel.channels) return
+            var now = panel.channels.data(panel.channels.index(0, 2)) + " " + panel.channels.data(panel.channels.index(0, 3))
+            if (now === panel.angles) return
+            panel.angles = now
+            panel.channels.refresh()
+        }
+    }
+
     function setShown(rows, shown) {
         rows.forEach(function (row, i) { buffer.setDisplayedFlag(row, shown, i === rows.length - 1) })
     }

@@ -95,6 +95,11 @@ TEST_F(WindowPoints, AFilterTypedIntoThePanelHidesWhatLiesOutside) {
   // Millimetres of the vertices against the distance as it was measured.
   EXPECT_TRUE(eventually([&] { return std::abs(viewer().pointsShown() - near) <= 5; }))
       << viewer().pointsShown() << " shown, " << near << " near";
+  // Closing the panel and opening it again leaves the filter as it was set.
+  ASSERT_NO_FATAL_FAILURE(click("section-filter"));
+  ASSERT_NO_FATAL_FAILURE(click("section-filter"));
+  ASSERT_TRUE(eventually([this] { return item("distanceFilterFlag-high") != nullptr; }));
+  EXPECT_EQ(textOf("distanceFilterFlag-high").toDouble(), 12);
   ASSERT_NO_FATAL_FAILURE(click("filterOn"));
   EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > near + 5; }));
 }

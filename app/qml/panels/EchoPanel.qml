@@ -9,6 +9,8 @@ Flow {
     readonly property var titles: buffer && buffer.echoModel ? buffer.echoModel.echoTitles : []
     property int chosen: 0
     onBufferChanged: chosen = 0
+    // A return mode with fewer echoes has no button left for the one chosen before.
+    onTitlesChanged: if (chosen > 0 && chosen >= titles.length) { chosen = 0; if (buffer && buffer.echoModel) buffer.setEchoModelReturnMode(0) }
     spacing: 6
     topPadding: 6
 

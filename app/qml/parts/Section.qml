@@ -1,13 +1,16 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-// A collapsible part of the dock. Its content is made when it is first opened, and remembers whether it is open.
+// A collapsible part of the dock, which remembers whether it is open. Its content is made when it is opened.
 Column {
     id: section
     property string name: title
     property string title
     property bool shown: true
     property bool open: false
+    property bool keeps: false  // the content holds what the user has set, and outlives its being closed
+    property bool opened: false
+    onOpenChanged: if (open) opened = true
     property Component content
     property string hint: ""
     readonly property Item item: loader.item
@@ -18,7 +21,7 @@ Column {
         open = !open
         prefs.setValue("panels/" + name, open)
     }
-    Component.onCompleted: open = prefs.value("panels/" + name, open)
+    Component.onCompleted: { open = prefs.value("panels/" + name, open); if (open) opened = true }
 
     ItemDelegate {
         id: head
@@ -42,11 +45,12 @@ Column {
     Loader {
         id: loader
         // Neither an unseen nor a closed panel costs anything.
-        active: section.shown && section.open
+        active: section.keeps ? section.opened : section.shown && section.open
+        visible: section.open
         width: parent.width - 20
-        height: item ? item.implicitHeight : 0
+        height: item && section.open ? item.implicitHeight : 0
         x: 10
         sourceComponent: section.content
     }
-    Item { width: 1; height: 8; visible: loader.active }
+    Item { width: 1; height: 8; visible: loader.active && section.open }
 }

@@ -35,6 +35,8 @@ QString applyFilter(CaptureSession &session, const PointOptions &options) {
     const QString name = QString::fromLatin1(filterSlots[range.slot].name);
     if (!offered.contains(name))
       return QStringLiteral("%1 has no filter \"%2\"; it has %3").arg(session.lidarType(), name, offered.join(", "));
+    if (options.anySlotMayMatch && range.low == range.high)
+      return QStringLiteral("where any range may match, one with two equal ends holds no point: \"%1\"").arg(name);
     limits[static_cast<int>(2 * range.slot)] = range.low;
     limits[static_cast<int>(2 * range.slot + 1)] = range.high;
   }

@@ -125,6 +125,7 @@ TEST_F(ProgramOnPoints, WhatIsWrongIsNamedInOneSentence) {
                           {{"--filter", "x=1:2,X=2:3"}, "twice"},
                           {{"--filter", "turn-index=1:2"}, "KR2 has no filter \"turn-index\"; it has azimuth"},
                           {{"--filter-mode", "any"}, "--filter"},
+                          {{"--filter", "intensity=5:5", "--filter-mode", "any"}, "\"intensity\""},
                           {{"--highlight"}, "--filter"},
                           {{"--filter", "x=1:2", "--filter-mode", "some"}, "some"},
                           {{"--echo", "7"}, "there is no echo 7; the frame has 0 Any"},

@@ -76,5 +76,5 @@ Column {
     }
     Repeater { model: rows.floats; RangeRow { row: modelData; whole: false; slot: index } }
     Repeater { model: rows.ints; RangeRow { row: modelData; whole: true; slot: index } }
-    Note { text: "From above to: the range goes round, as azimuth 350 to 10 does." }
+    Note { text: "From above to: the range goes round, as azimuth 350 to 10 does. Where any may match, equal ends match nothing." }
 }

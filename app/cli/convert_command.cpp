@@ -26,7 +26,7 @@ struct Job {
   QString fault;
 };
 
-/// A target beside each source's name; two sources of one name keep their suffixes.
+/// A target beside each source's name; sources of one name keep their suffixes, as many as tell them apart.
 std::vector<Job> makeJobs(const QStringList &sources, const QDir &folder, const QString &format) {
   std::vector<Job> jobs;
   QSet<QString> taken;
@@ -34,18 +34,30 @@ std::vector<Job> makeJobs(const QStringList &sources, const QDir &folder, const 
     const QFileInfo info(source);
     QString name = info.completeBaseName() + QLatin1Char('.') + format;
     if (taken.contains(name)) name = info.fileName() + QLatin1Char('.') + format;
+    while (taken.contains(name)) name += QLatin1Char('.') + format;
     taken.insert(name);
     jobs.push_back({source, folder.filePath(name), {}});
   }
   return jobs;
 }
 
+/// No source may be written over, by its own points or by those of another.
+void refuseTargetsAmongSources(std::vector<Job> &jobs) {
+  QSet<QString> sources;
+  for (const Job &job : jobs) sources.insert(QFileInfo(job.source).canonicalFilePath());
+  sources.remove(QString());  // of a file that is gone
+  for (Job &job : jobs) {
+    if (!sources.contains(QFileInfo(job.target).canonicalFilePath())) continue;
+    job.fault = QFileInfo(job.source) == QFileInfo(job.target)
+                    ? QStringLiteral("%1 would be written over itself").arg(job.source)
+                    : QStringLiteral("%1 would be written over %2").arg(job.source, job.target);
+  }
+}
+
 void work(QObject *converter, std::vector<Job> &jobs, std::atomic<std::size_t> &next, std::atomic<int> &done) {
   for (std::size_t index = next++; index < jobs.size(); index = next++) {
     Job &job = jobs[index];
-    if (QFileInfo(job.source) == QFileInfo(job.target))
-      job.fault = QStringLiteral("%1 would be written over itself").arg(job.source);
-    else
+    if (job.fault.isEmpty())
       QMetaObject::invokeMethod(converter, "convertFile", Qt::DirectConnection, Q_RETURN_ARG(QString, job.fault),
                                 Q_ARG(QString, job.source), Q_ARG(QString, job.target));
     ++done;
@@ -60,6 +72,7 @@ QString runConvert(CaptureSession &session, const Options &options) {
     return QStringLiteral("%1 is no folder of point files: only those can be converted").arg(options.file);
   if (!QDir().mkpath(options.out)) return QStringLiteral("the folder %1 cannot be made").arg(options.out);
   std::vector<Job> jobs = makeJobs(pointFilesOf(session), QDir(options.out), options.targetFormat);
+  refuseTargetsAmongSources(jobs);
 
   std::atomic<std::size_t> next{0};
   std::atomic<int> done{0};

@@ -88,6 +88,13 @@ TEST(ProgramPointFiles, ConvertsAFolderAndNamesWhatItCannot) {
   const ProgramResult itself = skarnvisor({"convert", "to-pcd", "--to", "pcd", "--out", "to-pcd"});
   EXPECT_EQ(itself.exitCode, 1);
   EXPECT_TRUE(itself.err.contains("over itself")) << itself.err.toStdString();
+
+  // The converted 4.0.bin would take the place of 4.0.pcd, a source of its own.
+  QFile::copy("to-bin/4.0.bin", folder + "/4.0.bin");
+  EXPECT_EQ(skarnvisor({"convert", folder, "--to", "pcd", "--out", folder}).exitCode, 1);
+  QFile source(folder + "/4.0.pcd");
+  ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+  EXPECT_EQ(source.readAll(), pcdFile(14));
 }
 
 }  // namespace

@@ -232,6 +232,17 @@ TEST(PcdReader, CompressedFaults) {
   EXPECT_EQ(Read(file(good + std::string(4095, '\0'))).count(), 3U) << "the filling of a last page is no fault";
 }
 
+TEST(PcdReader, RecordsWhoseTotalWrapsTo0AreRefused) {
+  const auto repeated = [](const std::string &word) {
+    std::string words;
+    for (int i = 0; i < 4096; ++i) words += " " + word;  // of 2^32 bytes each, times 2^20 points: 2^64
+    return words;
+  };
+  EXPECT_THROW(Read("FIELDS" + repeated("x") + "\nSIZE" + repeated("65536") + "\nTYPE" + repeated("F") + "\nCOUNT" +
+                    repeated("65536") + "\nPOINTS 1048576\nDATA binary_compressed\n" + compressedSection("", 0)),
+               std::runtime_error);
+}
+
 TEST(PcdReader, AReadForgetsTheOneBefore) {
   PcdFileReader reader;
   ASSERT_TRUE(reader.read(writeFile("a.pcd", pcdText("x ring", "4 2", "F U", "1", "ascii", "1 2\n"))));

@@ -64,7 +64,7 @@ PcdPlace pcdPlace(const std::string &fieldName) {
 }
 
 PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
-  constexpr std::uint64_t largestField = std::uint64_t{1} << 32;
+  constexpr std::uint64_t largestRecord = std::uint64_t{1} << 32;
   const std::size_t count = header.fields.size();
   const bool counted = !header.counts.empty();
   if (header.sizes.size() < count || header.types.size() < count || (counted && header.counts.size() < count))
@@ -79,7 +79,7 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
     const int size = header.sizes[i];
     const int elements = counted && i < header.counts.size() ? header.counts[i] : 1;
     if (size < 0 || elements < 0 ||
-        static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements) > largestField)
+        static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements) > largestRecord)
       throw std::runtime_error("PCD header: field " + std::to_string(i + 1) + " has SIZE " + std::to_string(size) +
                                " and COUNT " + std::to_string(elements) + ", which no record can hold");
     const std::uint64_t fieldBytes = static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(elements);
@@ -95,6 +95,9 @@ PcdRecordPlan pcdRecordPlan(const PcdHeader &header) {
     plan.width += field.fieldBytes;
     if (field.place != PcdPlace::none) plan.fields.push_back(field);
   }
+  // Within this bound, record times point count stays within 64 bits.
+  if (plan.width > largestRecord)
+    throw std::runtime_error("PCD header: a record of " + std::to_string(plan.width) + " bytes is more than any holds");
   return plan;
 }
 

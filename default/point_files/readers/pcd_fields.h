@@ -32,7 +32,7 @@ struct PcdRecordPlan {
 };
 
 /// Works the layout out; a missing COUNT list stands for ones. Throws std::runtime_error where a field has no size or
-/// type, or where a size or count is negative or too large to be one.
+/// type, where a size or count is negative or too large to be one, or where a record has more than 4 GiB.
 [[nodiscard]] PcdRecordPlan pcdRecordPlan(const PcdHeader &header);
 
 /// Fills one place of `count` points from elements that begin at `first` and lie `stride` bytes apart.

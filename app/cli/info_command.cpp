@@ -1,3 +1,4 @@
+#include <QByteArray>
 #include <QFileInfo>
 #include <cstdio>
 
@@ -9,18 +10,36 @@
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
+namespace {
+
+/// Shows frame 0, or of a folder the first whose file can be read; those before it are named.
+QString showFirstReadable(CaptureSession &session, const QStringList &pointFiles, int &frame) {
+  for (frame = 0;; ++frame) {
+    QString fault = session.showFrame(frame);
+    if (!fault.isEmpty()) return fault;
+    fault = session.frameFault();
+    if (fault.isEmpty() || frame + 1 >= pointFiles.size()) return fault;
+    std::fprintf(stderr, "skarnvisor: %s: %s\n", pointFiles.at(frame).toLocal8Bit().constData(),
+                 fault.toLocal8Bit().constData());
+  }
+}
+
+}  // namespace
 
 QString runInfo(CaptureSession &session, const Options &options) {
-  QString fault = session.showFrame(0);
-  if (fault.isEmpty()) fault = session.frameFault();
+  const QStringList pointFiles = pointFilesOf(session);
+  int frame = 0;
+  const QString fault = showFirstReadable(session, pointFiles, frame);
   if (!fault.isEmpty()) return fault;
   const PointCounts counts = countPoints(session.view().cloud());
   Report report;
   addCaptureRows(report, session);
   report.add("channels", grouped(session.view().channelCount()));
-  report.add("points of the first frame", grouped(counts.shown + counts.hidden));
+  const QByteArray which =
+      frame == 0 ? QByteArray("the first frame") : QByteArray("frame ") + QByteArray::number(frame);
+  const QByteArray title = QByteArray("points of ") + which;
+  report.add(title.constData(), grouped(counts.shown + counts.hidden));
   report.add("points shown", grouped(counts.shown));
-  const QStringList pointFiles = pointFilesOf(session);
   const qint64 bytes = pointFiles.isEmpty() ? QFileInfo(options.file).size() : sizeOf(pointFiles);
   report.add("size", QStringLiteral("%1 bytes").arg(grouped(bytes)));
   if (pointFiles.isEmpty()) addHealthRows(report, session.captureReport());

@@ -48,6 +48,12 @@ TEST(ProgramPointFiles, AFolderIsToldPlayedAndDrawn) {
   EXPECT_EQ(bad.exitCode, 1);
   EXPECT_TRUE(bad.err.contains("PLY parser")) << bad.err.toStdString();
   EXPECT_FALSE(QFile::exists("bad.png"));
+
+  QFile::rename(folder + "/scan1100.ply", folder + "/scan0900.ply");
+  const ProgramResult second = skarnvisor({"info", folder});
+  EXPECT_EQ(second.exitCode, 0) << "a damaged first file does not hide the rest";
+  EXPECT_EQ(second.value("points of frame 1"), "40");
+  EXPECT_TRUE(second.err.contains("scan0900.ply: PLY parser")) << second.err.toStdString();
 }
 
 TEST(ProgramPointFiles, ASingleFileOpensWhateverItsName) {

@@ -66,6 +66,9 @@ bool copyOver(const QString &destination, const QString &source, const char *wha
   return false;
 }
 
+/// Whether the type's image-signal settings stand in the place of its default firetimes.
+bool holdsImageSignal(const CalibrationPaths &paths) { return !paths.channelEqPath.copy().isEmpty(); }
+
 /// One kind of calibration that a capture may bring along.
 struct PendingExport {
   std::atomic<bool> &pending;
@@ -175,6 +178,8 @@ bool Rb::writeFiretimes(const QString &path) {
       return false;
     }
     if (!copyNbqRgbIspConfigCsvTo(path, settings)) return refuse(exportRefused, path);
+  } else if (holdsImageSignal(m_paths) && path == m_paths.firetimesPath.copy()) {
+    return false;  // all types with a camera share those settings
   } else if (decoder->ExportFiretimesFile(local(path), m_channelCount) < 0) {
     return refuse(exportRefused, path);
   }
@@ -279,10 +284,12 @@ bool Rb::exportChannelEqFile(QString path) {
 void Rb::checkAndExportFromPcap() {
   SDKSource *const from = source();
   if (runtime() == nullptr) return;
+  // Without a path the request stays: image-signal settings are never written from a capture.
+  const QString firetimesPath = holdsImageSignal(m_paths) ? QString() : m_paths.firetimesPath.copy();
   const std::array requests{
       PendingExport{from->correctionExportPending, m_paths.correctionPath.copy(), "correction",
                     [this](const QString &path) { return writeCorrections(path); }},
-      PendingExport{from->firetimesExportPending, m_paths.firetimesPath.copy(), "firetimes",
+      PendingExport{from->firetimesExportPending, firetimesPath, "firetimes",
                     [this](const QString &path) { return writeFiretimes(path); }},
       PendingExport{from->dcfExportPending, m_paths.dcfPath.copy(), "dcf",
                     [this](const QString &path) { return writeDcf(path); }},

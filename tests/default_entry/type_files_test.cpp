@@ -151,6 +151,24 @@ TEST_F(TypeFiles, ADenseCameraKeepsItsImageSignalFilesInPlaceOfFiretimes) {
   EXPECT_TRUE(QFile::exists(documentsFolder() + "/copy.csv"));
 }
 
+TEST_F(TypeFiles, FiretimesOfACaptureNeverReplaceImageSignalSettings) {
+  put("nbq_rgb_isp/nbq_rgb_isp_config.csv", "isp");
+  put("chosen/firetimes.csv", "mine");
+  for (const char *type : {"NBW_PEAK_V8", "COLOR_FLD_V7", "NBQ_COLOR_V3"}) {
+    const auto calls = open(LidarFamily::KR, type, true, true);
+    EXPECT_THAT(calls, ElementsAre("export corrections default_" + std::string(type) + ".dat"));
+    source->firetimesExportPending = true;
+    parser->defaultSDKFrameBuffer()->checkAndExportFromPcap();
+    EXPECT_EQ(contentOf("nbq_rgb_isp/nbq_rgb_isp_config.csv"), "isp") << type;
+  }
+  open(LidarFamily::KR, "NBW_PEAK_V8", true, true);
+  DefaultSDKFrameRenderBuffer &buffer = *parser->defaultSDKFrameBuffer();
+  EXPECT_TRUE(buffer.importFiretimesFile(documentsFolder() + folder + "chosen/firetimes.csv"));
+  EXPECT_EQ(contentOf("nbq_rgb_isp/nbq_rgb_isp_config.csv"), "isp");
+  EXPECT_TRUE(buffer.exportFiretimesFile(documentsFolder() + folder + "chosen/out.csv"));
+  EXPECT_EQ(contentOf("chosen/out.csv"), "from the capture") << "a file of the user's choice gets the firetimes";
+}
+
 TEST_F(TypeFiles, AnImportKeepsTheDefaultInStepWithItsSuffix) {
   put("chosen/mine.dat", "mine");
   put("chosen/mine.txt", "mine");

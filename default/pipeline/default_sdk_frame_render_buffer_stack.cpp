@@ -92,6 +92,8 @@ void DefaultSDKFrameRenderBuffer::allocateStack(StackResult plan) {
   try {
     if (m_stackAllocation.beforeSizing) m_stackAllocation.beforeSizing();
     if (!sizeDecodeFrame(plan.shape.framesPerCanvas)) throw std::bad_alloc();
+    // Until the new ring stands, what is still counted for the old one would be zeros: points at the lidar's place.
+    for (auto &fill : m_ring.canvasFill) fill = 0;
     m_picture.fitStack(plan.shape.canvases, static_cast<std::size_t>(plan.pointsPerCanvas));
     plan.success = true;
   } catch (const std::bad_alloc &failure) {

@@ -175,7 +175,8 @@ int FramePicture::canvasPoints(const CanvasRing &ring, int index) const {
   if (index < 0 || index >= (ring.active() ? CanvasRing::size : 1)) return 0;
   const std::lock_guard lock(frameMutex);
   const std::size_t written = fromCount(ring.active() ? ring.canvasFill[fromCount(index)] : primitiveCount);
-  return static_cast<int>(std::min(written, (ring.active() ? canvases[fromCount(index)] : vertices).size()));
+  const int canvas = ring.active() ? index : shownCanvas;
+  return static_cast<int>(std::min(written, (canvas < 0 ? vertices : canvases[fromCount(canvas)]).size()));
 }
 
 QByteArray FramePicture::laserBytes() const {

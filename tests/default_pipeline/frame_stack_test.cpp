@@ -264,6 +264,16 @@ TEST_F(FrameStackTest, DuringAnAllocationTheOthersStandAside) {
   EXPECT_EQ(canvas(1), std::pair(3, 500));
 }
 
+TEST_F(FrameStackTest, NothingIsDrawnOfARingBetweenTwoShapes) {
+  stack(10);
+  enter(3.0F);
+  ASSERT_TRUE(rb.setFrameNumber(20));
+  rb.stackAllocation().wait();  // sized, the result not yet applied
+  EXPECT_EQ(canvas(1), std::pair(0, 0));
+  waitForStack();
+  EXPECT_EQ(rb.frameNumber(), 20);
+}
+
 TEST_F(FrameStackTest, TheCacheSwitchedOffMeanwhileDropsTheStack) {
   hold();
   ASSERT_TRUE(rb.setFrameNumber(20));

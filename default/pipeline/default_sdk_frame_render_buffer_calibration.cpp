@@ -179,7 +179,7 @@ bool Rb::writeFiretimes(const QString &path) {
     }
     if (!copyNbqRgbIspConfigCsvTo(path, settings)) return refuse(exportRefused, path);
   } else if (holdsImageSignal(m_paths) && path == m_paths.firetimesPath.copy()) {
-    return false;  // all types with a camera share those settings
+    return refuse(exportRefused, path);  // all types with a camera share those settings
   } else if (decoder->ExportFiretimesFile(local(path), m_channelCount) < 0) {
     return refuse(exportRefused, path);
   }

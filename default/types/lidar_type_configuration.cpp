@@ -80,7 +80,7 @@ void makeFolderOf(const QString &file) {
 }
 
 /// Calibration that the capture lacks comes from the default file, or else from the factory's; what the capture
-/// brought becomes the new default.
+/// brought becomes the new default, but for firetimes where image-signal settings stand in their place.
 void bringInStep(const LidarTypeChain &chain, const CalibrationFileNames &files, const std::string &type,
                  DefaultSDKFrameRenderBuffer &renderBuffer, const SDKSource &source) {
   const bool correctionsStep = chain.corrections == CorrectionsStep::Always ||
@@ -96,10 +96,10 @@ void bringInStep(const LidarTypeChain &chain, const CalibrationFileNames &files,
   if (!files.firetimes.isEmpty() && source.firetimesFailed) {
     const bool imported = QFile::exists(files.firetimes) && renderBuffer.importFiretimesFile(files.firetimes);
     if (!imported && QFile::exists(files.factoryFiretimes)) renderBuffer.importFactoryFiretimes(files.factoryFiretimes);
-  } else if (!files.firetimes.isEmpty()) {
+  } else if (!files.firetimes.isEmpty() && (files.channelEq.isEmpty() || typeTraits(type).denseCamera)) {
     makeFolderOf(files.firetimes);
     renderBuffer.exportFiretimesFile(files.firetimes);
-    if (typeTraits(type).denseCamera && !files.channelEq.isEmpty()) renderBuffer.exportChannelEqFile(files.channelEq);
+    if (!files.channelEq.isEmpty()) renderBuffer.exportChannelEqFile(files.channelEq);
   }
   if (!chain.dcf || files.dcf.isEmpty()) return;
   if (!source.dcfFailed) {

@@ -220,7 +220,8 @@ void addExportCommand(CLI::App &program, Options &options) {
             for (const std::string &name : names) exports.fields.append(QString::fromStdString(name));
           },
           "PCD fields or table columns, separated by commas (ring,x,y,z,intensity; all columns)")
-      ->delimiter(',');
+      ->delimiter(',')
+      ->allow_extra_args(false);  // what follows may be the capture
   addText("--out", options.out, "Folder to write frame-NNNN files to")->required();
   addText("--selected", exports.selectionFile, "Only points inside the box of this file's 4x4 matrix, row by row");
   addSensorPort(*command, options.capture);

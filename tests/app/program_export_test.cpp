@@ -47,7 +47,7 @@ TEST_F(ProgramExport, TheTableHasTheVisiblePointsToo) {
   const QByteArray table = contents("csv/frame-0000.csv");
   EXPECT_TRUE(table.startsWith("Ch,AziCorr(deg),"));
   EXPECT_EQ(table.count('\n'), pointsOf(contents("csv/frame-0000.pcd")) + 1);
-  ASSERT_EQ(skarnvisor({"export", capture, "--frames", "5:5", "--format", "csv", "--fields", "z,Ch", "--out", "csv"})
+  ASSERT_EQ(skarnvisor({"export", "--frames", "5:5", "--format", "csv", "--out", "csv", "--fields", "z,Ch", capture})
                 .exitCode,
             0);
   EXPECT_TRUE(contents("csv/frame-0005.csv").startsWith("z(m),Ch,\n"));

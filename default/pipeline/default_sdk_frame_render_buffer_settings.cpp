@@ -21,6 +21,8 @@ namespace {
 /// Frames of a decode are sized by this many seconds each.
 constexpr double secondsPerDecodeFrame = 0.2;
 
+constexpr int noDetailExport = -1;  ///< detailExportType while no frame is written
+
 struct CapabilityRow {
   std::string_view name;
   Relaxed<bool> Capabilities::*flag;
@@ -174,14 +176,15 @@ void DefaultSDKFrameRenderBuffer::setEchoModelReturnMode(int index) {
 void DefaultSDKFrameRenderBuffer::setDetailExport(bool on, int type, QUrl url) {
   if (on) {
     m_settings.detailExportPath.set(url.toLocalFile());
-    if (m_settings.detailExportType < 1) m_beforeExport = {m_settings.spreadSheetEnabled, m_settings.playByFrame};
+    if (m_settings.detailExportType == noDetailExport)
+      m_beforeExport = {m_settings.spreadSheetEnabled, m_settings.playByFrame};
     m_settings.spreadSheetEnabled = true;
     m_settings.playByFrame = true;
-  } else if (m_settings.detailExportType >= 1) {
+  } else if (m_settings.detailExportType != noDetailExport) {
     m_settings.spreadSheetEnabled = m_beforeExport.spreadSheetEnabled;
     m_settings.playByFrame = m_beforeExport.playByFrame;
   }
-  m_settings.detailExportType = on ? type : -1;
+  m_settings.detailExportType = on ? type : noDetailExport;
 }
 
 }  // namespace tarvo::skarnvisor

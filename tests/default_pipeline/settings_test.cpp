@@ -235,13 +235,16 @@ TEST_F(ParserTest, RemovalFromTheCanvasLetsGoOfPictureAndSource) {
 
 TEST_F(ParserTest, DetailExportRestoresWhatItChanged) {
   rb.setPlayByFrame(false);
-  rb.setDetailExport(true, 2, QUrl::fromLocalFile("/somewhere"));
-  EXPECT_TRUE(rb.spreadSheetEnabled() && rb.playByFrame());
-  EXPECT_EQ(rb.settings().detailExportType, 2);
-  EXPECT_EQ(rb.settings().detailExportPath.copy(), QStringLiteral("/somewhere"));
-  rb.setDetailExport(false, 2, {});
-  EXPECT_FALSE(rb.spreadSheetEnabled() || rb.playByFrame());
-  EXPECT_EQ(rb.settings().detailExportType, -1);
+  for (const int type : {0, 2}) {
+    rb.setDetailExport(true, 1, QUrl::fromLocalFile("/elsewhere"));
+    rb.setDetailExport(true, type, QUrl::fromLocalFile("/somewhere"));
+    EXPECT_TRUE(rb.spreadSheetEnabled() && rb.playByFrame());
+    EXPECT_EQ(rb.settings().detailExportType, type);
+    EXPECT_EQ(rb.settings().detailExportPath.copy(), QStringLiteral("/somewhere"));
+    rb.setDetailExport(false, type, {});
+    EXPECT_FALSE(rb.spreadSheetEnabled() || rb.playByFrame());
+    EXPECT_EQ(rb.settings().detailExportType, -1);
+  }
 }
 
 TEST_F(ParserTest, TransformSettersIgnoreEqualValues) {

@@ -68,8 +68,8 @@ ApplicationWindow {
         else if (selecting) clearSelection()
         else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
     }
-    // The point table is filled only while it is seen.
-    function syncTable() { if (buffer && buffer.spreadSheetEnabled !== tableShown) buffer.spreadSheetEnabled = tableShown }
+    // The point table is filled only while it is seen, or while the export of each frame needs it.
+    function syncTable() { if (buffer && !exporting && buffer.spreadSheetEnabled !== tableShown) buffer.spreadSheetEnabled = tableShown }
     // Tests and colours the points that are shown again: each call serves its own kind of picture.
     function refilter() {
         if (!buffer) return
@@ -94,8 +94,11 @@ ApplicationWindow {
     // A buffer that writes in the background tells how far it is; the others are called on a thread of ours.
     readonly property var pointExport: buffer && buffer.pointExport || null
     function exportPoints(url, target, method, what) {
-        if (pointExport === null) return jobs.exportTo(target, method, url, what)
-        if (!buffer.startExport(decodeURIComponent(url.toString().replace(/^file:\/\//, "")))) viewer.fail("Wait until the export under way has ended.")
+        var path = decodeURIComponent(url.toString().replace(/^file:\/\//, ""))
+        // The buffer goes by the suffix; with another name the function itself is called.
+        var namedAsTable = /\.csv$/i.test(path)
+        if (pointExport === null || namedAsTable !== (target !== buffer)) return jobs.exportTo(target, method, url, what)
+        if (!buffer.startExport(path)) viewer.fail("Wait until the export under way has ended.")
     }
     function exportFrame(url) { exportPoints(url, buffer, "capture2PCD", "this frame") }
     function exportTable(url) { exportPoints(url, buffer.spreadSheetModel, "exportPointsInformation", "the points") }
@@ -118,6 +121,7 @@ ApplicationWindow {
         if (exporting && exporter) exporter.setDetailExport(false, 0, "")
         exporting = false
         exporter = null
+        syncTable()
     }
 
     onBufferChanged: { selecting = exporting = false; exporter = null; if (buffer) syncTable() }

@@ -153,18 +153,64 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
     return textOf("rowCountText").startsWith(QLocale(QLocale::English).toString(selected));
   })) << textOf("rowCountText").toStdString();
   if (table->metaObject()->indexOfMethod("exportPointsInformation(QString)") >= 0) {
-    QMetaObject::invokeMethod(window(), "exportTable",
-                              Q_ARG(QVariant, QUrl::fromLocalFile(QDir::current().filePath("Auswahl für später.csv"))));
-    ASSERT_TRUE(eventually([this] { return viewer().notice().contains(QRegularExpression("[Ss]aved")); }))
-        << viewer().error().toStdString();
-    QFile file("Auswahl für später.csv");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << viewer().error().toStdString();
-    EXPECT_EQ(file.readAll().count('\n'), selected + 1);
+    // Another suffix than the table's own leaves it a table.
+    for (const QString name : {"Auswahl für später.csv", "Auswahl.txt"}) {
+      QMetaObject::invokeMethod(window(), "exportTable",
+                                Q_ARG(QVariant, QUrl::fromLocalFile(QDir::current().filePath(name))));
+      ASSERT_TRUE(eventually([&] { return QFile::exists(name); })) << viewer().error().toStdString();
+      QFile file(name);
+      ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << viewer().error().toStdString();
+      const QByteArray text = file.readAll();
+      EXPECT_TRUE(text.startsWith("Ch,")) << text.left(40).toStdString();
+      EXPECT_EQ(text.count('\n'), selected + 1);
+    }
+    EXPECT_TRUE(eventually([this] { return viewer().notice().contains(QRegularExpression("[Ss]aved")); }));
   }
   window()->setProperty("tableShown", false);
   press(Qt::Key_Escape);
   press(Qt::Key_Escape);
   EXPECT_TRUE(eventually([this] { return viewer().pointsSelected() == 0; }));
+}
+
+TEST_F(WindowPoints, AColumnThatIsMovedStaysTheOneThatIsSortedBy) {
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, true));
+  auto *const panel = window()->findChild<QObject *>("spreadsheet");
+  auto *const table = viewer().buffer()->property("spreadSheetModel").value<QObject *>();
+  ASSERT_TRUE(panel != nullptr && table != nullptr);
+  const auto orders = [table] {
+    QVector<int> all(4, 0);
+    for (int column = 0; column < all.size(); ++column)
+      QMetaObject::invokeMethod(table, "getSort", Q_RETURN_ARG(int, all[column]), Q_ARG(int, column));
+    return all;
+  };
+  const auto move = [panel](int from, int to) {
+    QMetaObject::invokeMethod(panel, "move", Q_ARG(QVariant, from), Q_ARG(QVariant, to));
+  };
+  QMetaObject::invokeMethod(table, "setSort", Q_ARG(int, 1), Q_ARG(int, -1));
+  move(1, 3);
+  EXPECT_EQ(orders(), QVector<int>({0, 0, 0, -1}));
+  move(0, 3);
+  EXPECT_EQ(orders(), QVector<int>({0, 0, -1, 0}));
+  move(3, 1);
+  EXPECT_EQ(orders(), QVector<int>({0, 0, 0, -1}));
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, false));
+}
+
+TEST_F(WindowPoints, TheTableMayBeClosedAndOpenedWhileEachFrameIsExported) {
+  const auto tableFilled = [this] { return viewer().buffer()->property("spreadSheetEnabled").toBool(); };
+  const auto call = [this](const char *function, bool shown) {
+    QMetaObject::invokeMethod(window(), function, Q_ARG(QVariant, shown));
+  };
+  for (const bool shownAtEnd : {false, true}) {
+    call("showTable", !shownAtEnd);
+    QMetaObject::invokeMethod(window(), "startFrameExport", Q_ARG(QVariant, QVariant::fromValue(viewer().track())),
+                              Q_ARG(QVariant, 1), Q_ARG(QVariant, QUrl::fromLocalFile(QDir::currentPath())));
+    call("showTable", shownAtEnd);
+    EXPECT_TRUE(tableFilled());
+    QMetaObject::invokeMethod(window(), "endFrameExport");
+    EXPECT_EQ(tableFilled(), shownAtEnd);
+  }
+  call("showTable", false);
 }
 
 TEST_F(WindowPoints, TwoClicksMeasureADistance) {

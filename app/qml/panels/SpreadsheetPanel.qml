@@ -35,9 +35,18 @@ Rectangle {
         refresh()
         readHeads()
     }
+    // The rows stay sorted by the column that they were sorted by, wherever it goes.
     function move(from, to) {
+        var sorted = 0
+        while (sorted < names.length && points.getSort(sorted) === 0) ++sorted
+        var order = sorted < names.length ? points.getSort(sorted) : 0
         var step = from < to ? 1 : -1
-        for (var at = from; at !== to; at += step) points.swap(at, at + step)
+        for (var at = from; at !== to; at += step) {
+            points.swap(at, at + step)
+            if (sorted === at) sorted += step
+            else if (sorted === at + step) sorted -= step
+        }
+        if (order !== 0) points.setSort(sorted, order)
         refresh()
         readHeads()
     }

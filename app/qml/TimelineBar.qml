@@ -93,7 +93,7 @@ Pane {
             onActivated: bar.line.speed = speeds[index]
         }
         Check { text: "Loop"; visible: !viewer.live; checked: bar.line.loop; onToggled: bar.line.loop = checked }
-        Check { text: "By time"; tip: "Play by the clock; otherwise every frame is shown"; visible: !viewer.live; checked: !viewer.playByFrame; onToggled: viewer.playByFrame = !checked }
+        Check { text: "By time"; tip: "Play by the clock; otherwise every frame is shown"; visible: !viewer.live; enabled: !window.exporting; checked: !viewer.playByFrame; onToggled: viewer.playByFrame = !checked }
         Check { objectName: "follow"; text: "Follow"; tip: "Keep to the newest data"; visible: viewer.live; checked: bar.line.follow; onToggled: { bar.line.follow = checked; if (checked) bar.line.playing = true } }
         StackEditor {}
         PushButton {

@@ -218,7 +218,7 @@ void Viewer::setSplitView(bool split) {
 void Viewer::setPlayByFrame(bool byFrame) {
   m_playByFrame = byFrame;
   m_session.view().setPlayByFrame(byFrame);
-  Q_EMIT captureChanged();
+  Q_EMIT playByFrameChanged();
 }
 
 void Viewer::tell(const QString &notice) {

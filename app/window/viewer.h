@@ -56,7 +56,7 @@ class Viewer : public QObject {
   Q_PROPERTY(double pointSize READ pointSize WRITE setPointSize NOTIFY lookChanged)
   Q_PROPERTY(bool gridVisible READ isGridVisible WRITE setGridVisible NOTIFY lookChanged)
   Q_PROPERTY(bool splitView READ isSplitView WRITE setSplitView NOTIFY lookChanged)
-  Q_PROPERTY(bool playByFrame READ isPlayByFrame WRITE setPlayByFrame NOTIFY captureChanged)
+  Q_PROPERTY(bool playByFrame READ isPlayByFrame WRITE setPlayByFrame NOTIFY playByFrameChanged)
   /// Counts the camera pictures; 0 while there is none to show. Part of the picture's address.
   Q_PROPERTY(int overlaySerial READ overlaySerial NOTIFY overlayChanged)
 
@@ -130,7 +130,9 @@ class Viewer : public QObject {
   void readOverlay();
 
  Q_SIGNALS:
+  /// Another capture or none; the panels begin anew.
   void captureChanged();
+  void playByFrameChanged();
   void openingChanged();
   void errorChanged();
   void noticeChanged();

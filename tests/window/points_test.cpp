@@ -207,6 +207,8 @@ TEST_F(WindowPoints, TheTableMayBeClosedAndOpenedWhileEachFrameIsExported) {
                               Q_ARG(QVariant, 1), Q_ARG(QVariant, QUrl::fromLocalFile(QDir::currentPath())));
     call("showTable", shownAtEnd);
     EXPECT_TRUE(tableFilled());
+    viewer().setPlayByFrame(true);  // is no other capture, with which the panels begin anew
+    EXPECT_TRUE(window()->property("exporting").toBool());
     QMetaObject::invokeMethod(window(), "endFrameExport");
     EXPECT_EQ(tableFilled(), shownAtEnd);
   }

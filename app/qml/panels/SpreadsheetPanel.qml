@@ -13,8 +13,14 @@ Rectangle {
     property int rowCount: 0
     color: theme.panel
 
-    // Reading the property loads the table anew; the counts follow it.
-    onPointsChanged: readHeads()
+    // Reading the property loads the table anew; the counts follow it. A refresh leaves the heads standing, since the
+    // user may be moving one.
+    property var headsOf: null
+    onPointsChanged: {
+        if (points !== null && points === headsOf) return
+        headsOf = points
+        readHeads()
+    }
     Connections {
         target: panel.points
         ignoreUnknownSignals: true

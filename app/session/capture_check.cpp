@@ -43,6 +43,7 @@ QString captureFault(const QString &path) {
   const QFileInfo info(path);
   if (!info.exists()) return QStringLiteral("%1: no such file").arg(path);
   if (info.isDir()) return QStringLiteral("%1 is a folder, not a capture file").arg(path);
+  if (!info.isFile()) return QStringLiteral("%1 is a pipe or a device, not a capture file").arg(path);
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return QStringLiteral("%1 cannot be read: %2").arg(path, file.errorString());
   if (file.size() == 0) return QStringLiteral("%1 is empty").arg(path);

@@ -49,7 +49,8 @@ CaptureFile::~CaptureFile() {
 }
 
 bool CaptureFile::open(const std::string &path, std::string &error) {
-  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // A pipe that nobody writes to would hold up the opening, and with it the end of the program.
+  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0) {
     error = errno == ENOENT || errno == ENOTDIR
                 ? "There is no file " + quoted(path) + "."

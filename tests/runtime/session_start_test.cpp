@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "tests/runtime/session_fixture.h"
 
@@ -46,6 +47,8 @@ TEST(SessionStart, FailsWithOneClearSentence) {
     if (wire::parseHeader(packet.payload)->kind != wire::PacketKind::FrameDescriptor)
       speechless.add(ethernet(ipv4(udp(packet.payload))), packet.ns);
   const std::string folder = skarnvisor::test::processFolder().toStdString();
+  const std::string silentPipe = folder + "/pipe.pcap";
+  ASSERT_EQ(::mkfifo(silentPipe.c_str(), 0600), 0);
   struct Case {
     std::string path;
     std::vector<std::string> words;
@@ -54,6 +57,7 @@ TEST(SessionStart, FailsWithOneClearSentence) {
   const std::vector<Case> cases{
       {folder + "/absent.pcap", {"There is no file", "absent.pcap"}},
       {folder, {"is not a file"}},
+      {silentPipe, {"is not a file"}},
       {writeFile("zero.pcap", {}), {"zero.pcap", "is empty"}},
       {writeFile("text.pcap", Bytes(500, 'x')), {"not a capture in pcap or pcapng form"}},
       {writeFile("cut.pcap", Bytes{0xD4, 0xC3, 0xB2, 0xA1, 2, 0}), {"not a capture in pcap or pcapng form"}},

@@ -66,7 +66,13 @@ void addRecordOptions(CLI::App &command, CaptureOptions &options) {
 
 void addSeconds(CLI::App &command, CaptureOptions &options) {
   command.add_option("--seconds", options.seconds, "How long to listen to a live source (until interrupted)")
-      ->check(CLI::PositiveNumber);
+      ->check([](const std::string &text) {
+        double seconds = 0;
+        const char *const end = text.data() + text.size();
+        const bool number = std::from_chars(text.data(), end, seconds).ptr == end;
+        // "nan" is not above 0 either.
+        return number && seconds > 0 ? std::string() : "a number above 0 was expected, not \"" + text + "\"";
+      });
 }
 
 }  // namespace tarvo::skarnvisor::app

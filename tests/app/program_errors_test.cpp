@@ -46,6 +46,7 @@ TEST(Program, AWrongArgumentFailsAndNamesIt) {
       {{"render", "some.pcap", "--out", "x.png", "--frame", "-1"}, "--frame"},
       {{"play", "some.pcap", "--speed", "0"}, "--speed"},
       {{"play", "some.pcap", "--count", "0"}, "--count"},
+      {{"play", "udp://:2368", "--seconds", "nan"}, "a number above 0"},
   };
   for (const Case &row : cases) {
     const ProgramResult result = skarnvisor(row.arguments);
@@ -71,6 +72,7 @@ TEST(Program, AFileThatCannotBeShownGivesOneSentenceAndExitCodeOne) {
       {"nothing.pcap", "is empty"},           {"text.pcap", "not a capture"},
       {"short.pcap", "not a capture"},        {"empty.pcap", "without any packet"},
       {"empty.pcapng", "without any packet"}, {"foreign.pcap", "foreign.pcap cannot be opened"},
+      {"/dev/null", "a pipe or a device"},
   };
   for (const Case &row : cases) {
     for (const QStringList &arguments :

@@ -112,7 +112,8 @@ void Parser::addPlay() {
   play->add_option("--speed", m_options.speed,
                    "Times real time, 0.1 to 10; without it frames follow as fast as they come")
       ->check(CLI::Range(0.1, 10.0));
-  play->add_option("--frames-limit", m_options.frameLimit, "Stop after so many frames")->check(CLI::PositiveNumber);
+  play->add_option("--frames-limit", m_options.frameLimit, "Stop after so many frames")
+      ->check(CLI::Range(1, 1'000'000'000));
   addText(*play, "--pictures", m_options.pictureFolder, "Write pictures frame-NNNN.png into this folder");
   play->add_option("--count", m_options.pictureCount, "How many pictures, spread over the capture (5)")
       ->check(CLI::Range(1, 10000));

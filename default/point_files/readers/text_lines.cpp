@@ -6,8 +6,8 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-/// Of the lines that start at text[0] to text[length - 1], those that hold something; the bytes before and behind are
-/// there, too. Counted in bytes as far as a byte reaches, which the compiler turns into vectors.
+/// Of the lines that start at text[1] to text[length], those that hold something; text[0] and text[length + 1] are the
+/// bytes before and behind. Counted in bytes as far as a byte reaches, which the compiler turns into vectors.
 std::size_t countStarts(const char *text, std::size_t length, char comment) {
   constexpr std::size_t byteReach = 255;
   std::size_t count = 0;
@@ -15,9 +15,9 @@ std::size_t countStarts(const char *text, std::size_t length, char comment) {
     const std::size_t end = std::min(length, begin + byteReach);
     std::uint8_t starts = 0;
     for (std::size_t i = begin; i < end; ++i) {
-      const bool isStart = text[i - 1] == '\n';
-      const bool isEmpty = (text[i] == '\n') | ((text[i] == '\r') & (text[i + 1] == '\n'));
-      starts = static_cast<std::uint8_t>(starts + (isStart & !isEmpty & (text[i] != comment)));
+      const bool isStart = text[i] == '\n';
+      const bool isEmpty = (text[i + 1] == '\n') | ((text[i + 1] == '\r') & (text[i + 2] == '\n'));
+      starts = static_cast<std::uint8_t>(starts + (isStart & !isEmpty & (text[i + 1] != comment)));
     }
     count += starts;
   }
@@ -42,7 +42,7 @@ std::size_t countDataLines(const InputFile &file, std::uint64_t dataStart, std::
     if (got <= before) break;
     const std::size_t length = std::min(wanted, got - before);
     if (got - before == length) block[length + 1] = '\0';
-    count += countStarts(block.data() + 1, length, comment);
+    count += countStarts(block.data(), length, comment);
     position += length;
     if (length < wanted) break;
   }

@@ -1,4 +1,5 @@
 // Calibration files: what the user or the lidar type brings, and what the runtime found in the capture.
+#include "default/pipeline/calibration_messages.h"
 #include "default/pipeline/default_sdk_frame_render_buffer.h"
 
 #include "contracts/host/log.h"
@@ -25,14 +26,7 @@ namespace {
 
 using Rb = DefaultSDKFrameRenderBuffer;
 
-std::string local(const QString &path) { return path.toLocal8Bit().toStdString(); }
-
 QString nameOf(const QString &path) { return QFileInfo(path).fileName(); }
-
-bool refuse(const char *format, const QString &path) {
-  SKARN_LOG(LogLevel::Error, format, local(path).c_str());
-  return false;
-}
 
 constexpr const char *importRefused = "Unable to import %s";
 constexpr const char *exportRefused = "Unable to export %s";
@@ -61,8 +55,8 @@ bool copyOver(const QString &destination, const QString &source, const char *wha
     if (!QFile::remove(destination)) return false;
   }
   if (QFile::copy(source, destination)) return true;
-  SKARN_LOG(LogLevel::Warning, "Failed to copy %s from %s to %s", what, local(source).c_str(),
-            local(destination).c_str());
+  SKARN_LOG(LogLevel::Warning, "Failed to copy %s from %s to %s", what, localPath(source).c_str(),
+            localPath(destination).c_str());
   return false;
 }
 
@@ -81,7 +75,7 @@ struct PendingExport {
 bool writeOut(const PendingExport &request) {
   // Cleared in front: what the runtime finds while this one is written is a request of its own.
   if (request.path.isEmpty() || !request.pending.exchange(false)) return false;
-  SKARN_LOG(LogLevel::Notice, "auto export %s from pcap to: %s", request.what, local(request.path).c_str());
+  SKARN_LOG(LogLevel::Notice, "auto export %s from pcap to: %s", request.what, localPath(request.path).c_str());
   makeFolderOf(request.path);
   if (request.write(request.path)) return true;
   request.pending = true;
@@ -89,6 +83,11 @@ bool writeOut(const PendingExport &request) {
 }
 
 }  // namespace
+
+bool refuseFile(const char *format, const QString &path) {
+  SKARN_LOG(LogLevel::Error, format, localPath(path).c_str());
+  return false;
+}
 
 bool Rb::copyNbqRgbIspConfigCsvTo(const QString &destination, const QString &source) {
   return copyOver(destination, source, "ISP config");
@@ -106,14 +105,14 @@ bool Rb::importCorrectionsFile(QString path) { return takeCorrections(path, true
 
 bool Rb::takeCorrections(const QString &path, bool keepDefault) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->LoadCorrectionFile(local(path)) != 0 || !decoder->IsCorrectionLoadSuccess())
-    return refuse(importRefused, path);
+  if (decoder == nullptr || decoder->LoadCorrectionFile(localPath(path)) != 0 || !decoder->IsCorrectionLoadSuccess())
+    return refuseFile(importRefused, path);
   announce(&Rb::renderStateChanged);
   const QString defaultPath = m_paths.correctionPath.copy();
   if (keepDefault && !defaultPath.isEmpty() && defaultPath != path) {
     const QString target = followingDefault(defaultPath, path);
     m_paths.correctionPath.set(target);
-    std::printf("export_path: %s\n", local(target).c_str());
+    std::printf("export_path: %s\n", localPath(target).c_str());
     makeFolderOf(target);
     exportCorrectionsFile(target);
   }
@@ -132,8 +131,8 @@ bool Rb::exportCorrectionsFile(QString path) {
 
 bool Rb::writeCorrections(const QString &path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->ExportCorrectionsFile(local(path), m_channelCount) < 0)
-    return refuse(exportRefused, path);
+  if (decoder == nullptr || decoder->ExportCorrectionsFile(localPath(path), m_channelCount) < 0)
+    return refuseFile(exportRefused, path);
   m_paths.correctionFileDir.set(nameOf(path));
   return true;
 }
@@ -144,8 +143,8 @@ bool Rb::importFiretimesFile(QString path) { return takeFiretimes(path, true); }
 
 bool Rb::takeFiretimes(const QString &path, bool keepDefault) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->LoadFiretimesFile(local(path)) != 0 || !decoder->IsFiretimesLoadSuccess())
-    return refuse(importRefused, path);
+  if (decoder == nullptr || decoder->LoadFiretimesFile(localPath(path)) != 0 || !decoder->IsFiretimesLoadSuccess())
+    return refuseFile(importRefused, path);
   announce(&Rb::renderStateChanged);
   const QString defaultPath = m_paths.firetimesPath.copy();
   if (keepDefault && !defaultPath.isEmpty() && defaultPath != path) {
@@ -169,19 +168,19 @@ bool Rb::exportFiretimesFile(QString path) {
 
 bool Rb::writeFiretimes(const QString &path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr) return refuse(exportRefused, path);
+  if (decoder == nullptr) return refuseFile(exportRefused, path);
   if (traits().denseCamera) {
     const QString settings = m_paths.firetimesPath.copy();
     if (settings.isEmpty()) return false;
     if (!QFile::exists(settings)) {
-      SKARN_LOG(LogLevel::Warning, "No ISP config to export at %s", local(settings).c_str());
+      SKARN_LOG(LogLevel::Warning, "No ISP config to export at %s", localPath(settings).c_str());
       return false;
     }
-    if (!copyNbqRgbIspConfigCsvTo(path, settings)) return refuse(exportRefused, path);
+    if (!copyNbqRgbIspConfigCsvTo(path, settings)) return refuseFile(exportRefused, path);
   } else if (holdsImageSignal(m_paths) && path == m_paths.firetimesPath.copy()) {
-    return refuse(exportRefused, path);  // all types with a camera share those settings
-  } else if (decoder->ExportFiretimesFile(local(path), m_channelCount) < 0) {
-    return refuse(exportRefused, path);
+    return refuseFile(exportRefused, path);  // all types with a camera share those settings
+  } else if (decoder->ExportFiretimesFile(localPath(path), m_channelCount) < 0) {
+    return refuseFile(exportRefused, path);
   }
   m_paths.firetimesFileDir.set(nameOf(path));
   return true;
@@ -191,7 +190,7 @@ bool Rb::writeFiretimes(const QString &path) {
 
 bool Rb::importDcfFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->LoadDcfConfigFile(local(path)) != 0) return refuse(importRefused, path);
+  if (decoder == nullptr || decoder->LoadDcfConfigFile(localPath(path)) != 0) return refuseFile(importRefused, path);
   announce(&Rb::renderStateChanged);
   const QString defaultPath = m_paths.dcfPath.copy();
   if (!defaultPath.isEmpty() && defaultPath != path) {
@@ -211,7 +210,7 @@ bool Rb::exportDcfFile(QString path) {
 
 bool Rb::writeDcf(const QString &path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->ExportDcfConfigFile(local(path)) < 0) return refuse(exportRefused, path);
+  if (decoder == nullptr || decoder->ExportDcfConfigFile(localPath(path)) < 0) return refuseFile(exportRefused, path);
   m_paths.DcfFileDir.set(nameOf(path));
   return true;
 }
@@ -220,9 +219,9 @@ bool Rb::writeDcf(const QString &path) {
 
 bool Rb::importNonlinearMappingFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr) return refuse(importRefused, path);
-  if (decoder->LoadNonlinearMappingFile(local(path)) != 0)
-    return refuse("Unable to import nonlinear mapping file: %s", path);
+  if (decoder == nullptr) return refuseFile(importRefused, path);
+  if (decoder->LoadNonlinearMappingFile(localPath(path)) != 0)
+    return refuseFile("Unable to import nonlinear mapping file: %s", path);
   m_paths.nonlinearMappingFileDir.set(nameOf(path));
   announce(&Rb::fileDirChanged);
   announce(&Rb::renderStateChanged);
@@ -231,12 +230,12 @@ bool Rb::importNonlinearMappingFile(QString path) {
 
 bool Rb::exportNonlinearMappingFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr) return refuse(exportRefused, path);
-  if (decoder->ExportNonlinearMappingFile(local(path)) < 0)
-    return refuse("Unable to export nonlinear mapping file: %s", path);
+  if (decoder == nullptr) return refuseFile(exportRefused, path);
+  if (decoder->ExportNonlinearMappingFile(localPath(path)) < 0)
+    return refuseFile("Unable to export nonlinear mapping file: %s", path);
   m_paths.nonlinearMappingFileDir.set(nameOf(path));
   announce(&Rb::fileDirChanged);
-  SKARN_LOG(LogLevel::Notice, "Succeed to export nonlinear mapping file: %s", local(path).c_str());
+  SKARN_LOG(LogLevel::Notice, "Succeed to export nonlinear mapping file: %s", localPath(path).c_str());
   return true;
 }
 
@@ -244,10 +243,10 @@ bool Rb::exportNonlinearMappingFile(QString path) {
 
 bool Rb::importChannelConfigFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr) return refuse(importRefused, path);
-  const int result = decoder->LoadChannelConfigFile(local(path));
+  if (decoder == nullptr) return refuseFile(importRefused, path);
+  const int result = decoder->LoadChannelConfigFile(localPath(path));
   if (result != 0) {
-    refuse(importRefused, path);
+    refuseFile(importRefused, path);
     return result > 0;
   }
   announce(&Rb::renderStateChanged);
@@ -258,7 +257,8 @@ bool Rb::importChannelConfigFile(QString path) {
 
 bool Rb::exportChannelConfigFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || decoder->ExportChannelConfigFile(local(path)) < 0) return refuse(exportRefused, path);
+  if (decoder == nullptr || decoder->ExportChannelConfigFile(localPath(path)) < 0)
+    return refuseFile(exportRefused, path);
   announce(&Rb::renderStateChanged);
   return true;
 }
@@ -266,14 +266,14 @@ bool Rb::exportChannelConfigFile(QString path) {
 // ---- channel gains of a dense camera lidar
 
 bool Rb::exportChannelEqFile(QString path) {
-  if (runtime() == nullptr) return refuse(exportRefused, path);
+  if (runtime() == nullptr) return refuseFile(exportRefused, path);
   const QString gains = m_paths.channelEqPath.copy();
   if (!traits().denseCamera || gains.isEmpty()) return false;
   if (!QFile::exists(gains)) {
-    SKARN_LOG(LogLevel::Warning, "No channel_eq file to export at %s", local(gains).c_str());
+    SKARN_LOG(LogLevel::Warning, "No channel_eq file to export at %s", localPath(gains).c_str());
     return false;
   }
-  if (!copyNbqRgbChannelEqCsvTo(path, gains)) return refuse("Unable to export channel_eq to %s", path);
+  if (!copyNbqRgbChannelEqCsvTo(path, gains)) return refuseFile("Unable to export channel_eq to %s", path);
   m_paths.channelEqFileDir.set(nameOf(path));
   announce(&Rb::fileDirChanged);
   return true;

@@ -7,6 +7,7 @@
 #include "contracts/host/log.h"
 #include "contracts/runtime/sdk_source.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
+#include "default/pipeline/calibration_messages.h"
 #include "default/pipeline/default_sdk_frame_render_buffer.h"
 #include "libtarvo/UdpParser/energy_deduct_data_loaders.h"
 
@@ -17,13 +18,6 @@ namespace tarvo::skarnvisor {
 namespace {
 
 using Rb = DefaultSDKFrameRenderBuffer;
-
-std::string local(const QString &path) { return path.toLocal8Bit().toStdString(); }
-
-bool refuse(const char *format, const QString &path) {
-  SKARN_LOG(LogLevel::Error, format, local(path).c_str());
-  return false;
-}
 
 /// Puts the points of a decoded frame at the start of the source's own; false when the frame holds none.
 bool takeOver(tarvo::lidar::SDKSource &source, tarvo::lidar::DecodedFrame &frame) {
@@ -45,9 +39,9 @@ bool takeOver(tarvo::lidar::SDKSource &source, tarvo::lidar::DecodedFrame &frame
 
 bool Rb::importChannelEqFile(QString path) {
   auto *const decoder = runtime();
-  if (decoder == nullptr || !QFile::exists(path)) return refuse("Unable to import channel_eq %s", path);
+  if (decoder == nullptr || !QFile::exists(path)) return refuseFile("Unable to import channel_eq %s", path);
   const int rows = traits().channelEqRows;
-  const std::string file = local(path);
+  const std::string file = localPath(path);
   std::vector<float> red;
   std::vector<float> green;
   std::vector<float> blue;
@@ -79,7 +73,7 @@ bool Rb::importIspConfigFile(QUrl url) {
 
 bool Rb::reloadIspConfigAndReapply() {
   const QString path = m_paths.firetimesPath.copy();
-  if (path.isEmpty() || !QFile::exists(path)) return refuse("Unable to reload ISP config: %s", path);
+  if (path.isEmpty() || !QFile::exists(path)) return refuseFile("Unable to reload ISP config: %s", path);
   if (!importFiretimesFile(path)) return false;
   reapplyIspOnCurrentFrame();
   return true;
@@ -87,7 +81,7 @@ bool Rb::reloadIspConfigAndReapply() {
 
 bool Rb::reloadChannelEqAndReapply() {
   const QString path = m_paths.channelEqPath.copy();
-  if (path.isEmpty() || !QFile::exists(path)) return refuse("Unable to reload channel_eq: %s", path);
+  if (path.isEmpty() || !QFile::exists(path)) return refuseFile("Unable to reload channel_eq: %s", path);
   if (!importChannelEqFile(path)) return false;
   reapplyIspOnCurrentFrame();
   return true;

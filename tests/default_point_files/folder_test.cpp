@@ -141,7 +141,7 @@ TEST(Folder, NamesWithOtherLettersAreRead) {
   const QString folder = freshFolder("ordner");
   const QByteArray bytes = QByteArray::fromStdString(bytesOf(std::uint32_t{1}) + binRecord(1, 2, 3, 4, 5, 6));
   QFile file(folder + QString::fromUtf8("/größe-雷达-1.0.bin"));
-  if (!file.open(QIODevice::WriteOnly)) GTEST_SKIP() << "the locale's code page has no such letters";
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << file.errorString().toStdString();
   file.write(bytes);
   file.close();
   PointPipeline pipeline(folder);

@@ -9,28 +9,20 @@
 namespace tarvo::skarnvisor::test {
 namespace {
 
-void makeCapture(const QString &path, const char *calibration, const char *channels = "16") {
-  const ProgramResult made = runProgram(
-      QStringLiteral(SKARNVISOR_SIM),
-      {"--frames", "2", "--channels", channels, "--columns", "120", "--calibration", calibration, "--out", path});
-  ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
-}
-
-QByteArray bytesOf(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+QStringList size(const char *calibration, const char *channels = "16") {
+  return {"--frames", "2", "--channels", channels, "--columns", "120", "--calibration", calibration};
 }
 
 TEST(ProgramCalibration, WritesWhatTheCaptureBroughtAndTakesItInWhereItIsMissing) {
   const QTemporaryDir folder;
   const QString with = folder.filePath("with.pcap");
   const QString without = folder.filePath("ohne ä.pcap");
-  makeCapture(with, "inside");
-  makeCapture(without, "none");
+  makeCapture(with, size("inside"));
+  makeCapture(without, size("none"));
   const ProgramResult written = skarnvisor({"calibration", with, "--export", folder.filePath("out")});
   ASSERT_EQ(written.exitCode, 0) << written.err.toStdString();
   const QString corrections = written.value("corrections");
-  const QByteArray table = bytesOf(corrections);
+  const QByteArray table = contents(corrections);
   EXPECT_EQ(table.count('\n'), 17) << table.toStdString();
 
   const QString import = "corrections=" + corrections;
@@ -39,38 +31,30 @@ TEST(ProgramCalibration, WritesWhatTheCaptureBroughtAndTakesItInWhereItIsMissing
   EXPECT_EQ(taken.value("corrections"), "loaded");
   // What was taken in is the default of the type from now on.
   const ProgramResult again = skarnvisor({"calibration", without, "--export", folder.filePath("again")});
-  EXPECT_EQ(bytesOf(again.value("corrections")), table);
+  EXPECT_EQ(contents(again.value("corrections")), table);
 }
 
 TEST(ProgramCalibration, ARefusedFileIsOneSentenceWithFileAndLine) {
   const QTemporaryDir folder;
   const QString capture = folder.filePath("capture.pcap");
-  makeCapture(capture, "inside");
+  makeCapture(capture, size("inside"));
   const QString bad = folder.filePath("bad.csv");
   writeFile(bad, "channel,elevation,azimuth\n1,0.5,0\n2,word,0\n");
   writeFile(folder.filePath("file"), "");
   const QString other = folder.filePath("other.csv");
   writeFile(other, "channel,elevation,azimuth\n1,0.5,0\n2,0.5,0\n");
-  struct Case {
-    QStringList arguments;
-    QStringList told;
-  };
-  for (const Case &c : {Case{{"--import", "corrections=" + bad}, {"bad.csv", "line 3"}},
-                        Case{{"--import", "corrections=" + folder.filePath("none.csv")}, {"none.csv"}},
-                        Case{{"--import", "corrections=" + other}, {"other.csv", "line 3", "16 channels"}},
-                        Case{{"--import", "colours=" + bad}, {"corrections, firetimes"}},
-                        Case{{"--export", folder.filePath("file")}, {"cannot be made"}}}) {
-    const ProgramResult result = skarnvisor(QStringList{"calibration", capture} + c.arguments);
-    EXPECT_NE(result.exitCode, 0) << c.arguments.join(' ').toStdString();
-    EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
-    for (const QString &part : c.told) EXPECT_TRUE(result.err.contains(part)) << result.err.toStdString();
-  }
+  expectRefusals({"calibration", capture},
+                 {{{"--import", "corrections=" + bad}, {"bad.csv", "line 3"}},
+                  {{"--import", "corrections=" + folder.filePath("none.csv")}, {"none.csv"}},
+                  {{"--import", "corrections=" + other}, {"other.csv", "line 3", "16 channels"}},
+                  {{"--import", "colours=" + bad}, {"corrections, firetimes"}},
+                  {{"--export", folder.filePath("file")}, {"cannot be made"}}});
 }
 
 TEST(ProgramCalibration, AnImportThatCannotBecomeTheDefaultHasFailed) {
   const QTemporaryDir folder;
   const QString capture = folder.filePath("capture.pcap");
-  makeCapture(capture, "none", "2");
+  makeCapture(capture, size("none", "2"));
   const QString good = folder.filePath("good.csv");
   writeFile(good, "channel,elevation,azimuth\n1,0.5,0\n2,0.5,0\n");
   const QString kept = documentsFolder() + "/SkarnvisorDataFiles";

@@ -15,10 +15,8 @@ constexpr int frames = 12;
 class ProgramOnCapture : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    const ProgramResult made =
-        runProgram(QStringLiteral(SKARNVISOR_SIM), {"--type", "KR2", "--channels", "32", "--columns", "450", "--frames",
-                                                    QString::number(frames), "--port", "2411", "--out", "street.pcap"});
-    ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+    makeCapture("street.pcap", {"--type", "KR2", "--channels", "32", "--columns", "450", "--frames",
+                                QString::number(frames), "--port", "2411"});
   }
 };
 
@@ -79,22 +77,10 @@ TEST_F(ProgramOnCapture, RenderDrawsAFrameWithoutADisplay) {
 }
 
 TEST_F(ProgramOnCapture, RenderRefusesWhatTheCaptureDoesNotHave) {
-  struct Case {
-    QStringList arguments;
-    QString told;
-  };
-  const Case cases[] = {{{"--frame", "12"}, "frames 0 to 11"},
-                        {{"--color", "taste"}, "intensity"},
-                        {{"--out", "no/such/folder/x.png"}, "no/such/folder/x.png"}};
-  for (const Case &row : cases) {
-    QStringList arguments{"render", "street.pcap"};
-    if (!row.arguments.contains("--out"))
-      arguments << "--out"
-                << "refused.png";
-    const ProgramResult result = skarnvisor(arguments + row.arguments);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.err.contains(row.told)) << result.err.toStdString();
-  }
+  const QStringList render{"render", "street.pcap", "--out"};
+  expectRefusals(render, {{{"refused.png", "--frame", "12"}, {"frames 0 to 11"}},
+                          {{"refused.png", "--color", "taste"}, {"intensity"}},
+                          {{"no/such/folder/x.png"}, {"no/such/folder/x.png"}}});
   EXPECT_FALSE(QFile::exists("refused.png"));
 }
 
@@ -108,9 +94,7 @@ TEST_F(ProgramOnCapture, PlayShowsEveryFrameOnceAndWritesPicturesAndSummary) {
             result.value("points shown").toLongLong() + result.value("points hidden").toLongLong());
   EXPECT_EQ(QDir("shots").entryList(QDir::Files, QDir::Name),
             QStringList({"frame-0002.png", "frame-0006.png", "frame-0010.png"}));
-  QFile summary("summary.txt");
-  ASSERT_TRUE(summary.open(QIODevice::ReadOnly));
-  EXPECT_EQ(QString::fromUtf8(summary.readAll()), result.out);
+  EXPECT_EQ(QString::fromUtf8(contents("summary.txt")), result.out);
 }
 
 TEST_F(ProgramOnCapture, PlayKeepsToItsLimitAndToTheClock) {

@@ -12,16 +12,9 @@ constexpr const char *capture = "export.pcap";
 class ProgramExport : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    const ProgramResult made = runProgram(
-        QStringLiteral(SKARNVISOR_SIM),
-        {"--type", "KR2", "--channels", "32", "--columns", "450", "--frames", "6", "--port", "2411", "--out", capture});
-    ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+    makeCapture(capture, {"--type", "KR2", "--channels", "32", "--columns", "450", "--frames", "6", "--port", "2411"});
   }
 
-  static QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  }
   static int pointsOf(const QByteArray &pcd) {
     return QRegularExpression("POINTS (\\d+)").match(QString::fromLatin1(pcd)).captured(1).toInt();
   }
@@ -71,22 +64,14 @@ TEST_F(ProgramExport, AMatrixSelects) {
 
 TEST_F(ProgramExport, SaysInOneSentenceWhatIsWrong) {
   writeFile("short.txt", "1 0 0\n");
-  struct Case {
-    QStringList arguments;
-    const char *sentence;
-  };
   QDir().mkpath("closed/frame-0000.pcd");
-  for (const Case &c : {Case{{"--format", "pcd", "--fields", "x,q", "--out", "o"}, "there is no field \"q\""},
-                        Case{{"--format", "csv", "--fields", "q", "--out", "o"}, "there is no column \"q\""},
-                        Case{{"--format", "pcd", "--frames", "3:9", "--out", "o"}, "there is no frame 9"},
-                        Case{{"--format", "pcd", "--selected", "short.txt", "--out", "o"}, "sixteen numbers"},
-                        Case{{"--format", "pcd", "--out", "/proc/points"}, "the folder /proc/points cannot be made"},
-                        Case{{"--format", "pcd", "--out", "closed"}, "closed/frame-0000.pcd could not be written: "}}) {
-    const ProgramResult result = skarnvisor(QStringList{"export", capture} + c.arguments);
-    EXPECT_EQ(result.exitCode, 1) << c.sentence;
-    EXPECT_TRUE(result.err.contains(c.sentence)) << result.err.toStdString();
-    EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
-  }
+  expectRefusals({"export", capture},
+                 {{{"--format", "pcd", "--fields", "x,q", "--out", "o"}, {"there is no field \"q\""}},
+                  {{"--format", "csv", "--fields", "q", "--out", "o"}, {"there is no column \"q\""}},
+                  {{"--format", "pcd", "--frames", "3:9", "--out", "o"}, {"there is no frame 9"}},
+                  {{"--format", "pcd", "--selected", "short.txt", "--out", "o"}, {"sixteen numbers"}},
+                  {{"--format", "pcd", "--out", "/proc/points"}, {"the folder /proc/points cannot be made"}},
+                  {{"--format", "pcd", "--out", "closed"}, {"closed/frame-0000.pcd could not be written: "}}});
 }
 
 }  // namespace

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <vector>
+
+#include "tests/support/files.h"
 
 namespace tarvo::skarnvisor::test {
 
@@ -43,6 +45,31 @@ inline ProgramResult runProgram(const QString &program, const QStringList &argum
 
 inline ProgramResult skarnvisor(const QStringList &arguments) {
   return runProgram(QStringLiteral(SKARNVISOR_PROGRAM), arguments);
+}
+
+/// A capture that the simulator writes with these options.
+inline void makeCapture(const QString &path, const QStringList &options) {
+  const ProgramResult made = runProgram(QStringLiteral(SKARNVISOR_SIM), QStringList{"--out", path} + options);
+  ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+}
+
+/// Arguments that the program refuses, and what it must say.
+struct Refusal {
+  QStringList arguments;
+  QStringList told;
+};
+
+/// Runs the program on each; a failure of the work itself is one sentence and the exit code 1.
+inline void expectRefusals(const QStringList &before, const std::vector<Refusal> &refusals) {
+  for (const Refusal &row : refusals) {
+    const ProgramResult result = skarnvisor(before + row.arguments);
+    SCOPED_TRACE((before + row.arguments).join(' ').toStdString() + "\n" + result.err.toStdString());
+    EXPECT_GT(result.exitCode, 0);
+    if (result.exitCode == 1) {
+      EXPECT_EQ(result.err.count('\n'), 1);
+    }
+    for (const QString &part : row.told) EXPECT_TRUE(result.err.contains(part)) << part.toStdString();
+  }
 }
 
 inline void writeFile(const QString &path, const QByteArray &bytes) {

@@ -98,9 +98,7 @@ TEST(ProgramPointFiles, ConvertsAFolderAndNamesWhatItCannot) {
   // The converted 4.0.bin would take the place of 4.0.pcd, a source of its own.
   QFile::copy("to-bin/4.0.bin", folder + "/4.0.bin");
   EXPECT_EQ(skarnvisor({"convert", folder, "--to", "pcd", "--out", folder}).exitCode, 1);
-  QFile source(folder + "/4.0.pcd");
-  ASSERT_TRUE(source.open(QIODevice::ReadOnly));
-  EXPECT_EQ(source.readAll(), pcdFile(14));
+  EXPECT_EQ(contents(folder + "/4.0.pcd"), pcdFile(14));
 }
 
 }  // namespace

@@ -5,14 +5,10 @@
 namespace tarvo::skarnvisor::test {
 namespace {
 
-void simulate(const QStringList &arguments) {
-  const ProgramResult made = runProgram(
-      QStringLiteral(SKARNVISOR_SIM), QStringList{"--channels", "16", "--columns", "90", "--frames", "4"} + arguments);
-  ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
-}
+const QStringList size{"--channels", "16", "--columns", "90", "--frames", "4"};
 
 TEST(ProgramTelemetry, PrintsWhatTheLidarSaysOfItself) {
-  simulate({"--type", "WG9", "--variant", "129", "--telemetry", "--faults", "--imu", "--out", "wg9.pcap"});
+  makeCapture("wg9.pcap", size + QStringList{"--type", "WG9", "--variant", "129", "--telemetry", "--faults", "--imu"});
   const ProgramResult result = skarnvisor({"telemetry", "wg9.pcap", "--frame", "2", "--csv", "wg9.csv"});
   ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
   EXPECT_EQ(result.value("type"), "WG9");
@@ -27,31 +23,21 @@ TEST(ProgramTelemetry, PrintsWhatTheLidarSaysOfItself) {
     const QRegularExpression pattern(QString::fromLatin1(line), QRegularExpression::MultilineOption);
     EXPECT_TRUE(pattern.match(result.out).hasMatch()) << line << "\n" << result.out.toStdString();
   }
-  QFile csv("wg9.csv");
-  ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
-  const QList<QByteArray> lines = csv.readAll().split('\n');
+  const QList<QByteArray> lines = contents("wg9.csv").split('\n');
   EXPECT_EQ(lines.size(), 1 + 37 + 1);
   EXPECT_EQ(lines.first(), "ID,Name,Value,");
   EXPECT_TRUE(lines.contains("43,Parasha,b2046e5d,"));
 }
 
 TEST(ProgramTelemetry, SaysWhatIsNotThere) {
-  simulate({"--type", "VD8", "--out", "silent.pcap"});
+  makeCapture("silent.pcap", size + QStringList{"--type", "VD8"});
   const ProgramResult silent = skarnvisor({"telemetry", "silent.pcap"});
   ASSERT_EQ(silent.exitCode, 0) << silent.err.toStdString();
   for (const char *name : {"monitor", "faults", "imu"}) EXPECT_EQ(silent.value(name), "none") << name;
 
-  struct Case {
-    QStringList arguments;
-    QString told;
-  };
-  for (const Case &row : {Case{{"silent.pcap", "--frame", "4"}, "frames 0 to 3"},
-                          Case{{"silent.pcap", "--csv", "no/such/x.csv"}, "no/such/x.csv could not be written"},
-                          Case{{"missing.pcap"}, "missing.pcap"}}) {
-    const ProgramResult result = skarnvisor(QStringList{"telemetry"} + row.arguments);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.err.contains(row.told)) << result.err.toStdString();
-  }
+  expectRefusals({"telemetry"}, {{{"silent.pcap", "--frame", "4"}, {"frames 0 to 3"}},
+                                 {{"silent.pcap", "--csv", "no/such/x.csv"}, {"no/such/x.csv could not be written"}},
+                                 {{"missing.pcap"}, {"missing.pcap"}}});
 }
 
 }  // namespace

@@ -24,12 +24,7 @@ TEST(ProgramTypes, TheTableAndOneRowOfItArePrinted) {
 }
 
 TEST(ProgramTypes, ANameIsTakenByTheLetter) {
-  for (const QString &name : {QStringLiteral("kr2"), QStringLiteral("KR2 "), QStringLiteral("KR")}) {
-    const ProgramResult result = skarnvisor({"types", name});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.err.contains('"' + name + '"')) << result.err.toStdString();
-    EXPECT_TRUE(result.out.isEmpty());
-  }
+  expectRefusals({"types"}, {{{"kr2"}, {"\"kr2\""}}, {{"KR2 "}, {"\"KR2 \""}}, {{"KR"}, {"\"KR\""}}});
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
-#include "app/render/attribute_scale.h"
 #include "app/render/cloud_picture.h"
 #include "app/render/cloud_statistics.h"
 #include "app/render/ground_grid.h"
@@ -47,27 +44,6 @@ int countOtherThan(const QImage &image, QRgb color) {
   for (int y = 0; y < image.height(); ++y)
     for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) != color ? 1 : 0;
   return count;
-}
-
-TEST(VertexBytes, CoordinatesKeepSignAndMillimetresOverTheWholeRange) {
-  for (const double value : {0.0, 0.001, -0.001, 12.345, -12.345, 1048.575, -1048.576}) {
-    const VertexPoint point = readVertex(vertex(value, -value / 2, value / 4, 0x01020304).constData());
-    EXPECT_NEAR(point.x, value, 1e-4);
-    EXPECT_NEAR(point.y, -value / 2, 6e-4);
-    EXPECT_NEAR(point.z, value / 4, 6e-4);
-    EXPECT_EQ(point.word, 0x01020304U);
-  }
-}
-
-TEST(VertexBytes, HalvesBecomeTheFloatsTheyStandFor) {
-  EXPECT_EQ(halfToFloat(0x3c00), 1.0F);
-  EXPECT_EQ(halfToFloat(0xbc00), -1.0F);
-  EXPECT_EQ(halfToFloat(0x4000), 2.0F);
-  EXPECT_EQ(halfToFloat(0x3800), 0.5F);
-  EXPECT_EQ(halfToFloat(0x0001), std::ldexp(1.0F, -24));
-  EXPECT_EQ(halfToFloat(0x7bff), 65504.0F);
-  EXPECT_EQ(halfToFloat(0xfc00), -std::numeric_limits<float>::infinity());
-  EXPECT_TRUE(std::isnan(halfToFloat(0x7e00)));
 }
 
 TEST(CloudPicture, APointLandsWhereTheCameraProjectsIt) {
@@ -177,13 +153,6 @@ TEST(GroundGrid, RingsStandAtRoundDistancesAroundTheScene) {
     EXPECT_GE(grid.labels.back().at.y(), radius * 0.9F);
     EXPECT_LE(grid.labels.back().at.y(), radius * 1.31F);
   }
-}
-
-TEST(AttributeScale, LegendValuesAreInTheAttributesOwnUnit) {
-  EXPECT_DOUBLE_EQ(attributeScale("distance").own(0.5), 150);
-  EXPECT_DOUBLE_EQ(attributeScale("z").own(0.5), 0);
-  EXPECT_DOUBLE_EQ(attributeScale("elevation").own(0), -45);
-  EXPECT_DOUBLE_EQ(attributeScale("something else").own(0.25), 0.25);
 }
 
 }  // namespace

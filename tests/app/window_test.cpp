@@ -46,10 +46,7 @@ int colouredPixels(const QImage &window) {
 }
 
 TEST_F(WindowOnDisplay, ShowsTheFirstFrameOfACapture) {
-  ASSERT_EQ(runProgram(QStringLiteral(SKARNVISOR_SIM),
-                       {"--channels", "32", "--columns", "900", "--frames", "3", "--out", "window.pcap"})
-                .exitCode,
-            0);
+  makeCapture("window.pcap", {"--channels", "32", "--columns", "900", "--frames", "3"});
   const ProgramResult shown = runProgram(QStringLiteral(SKARNVISOR_PROGRAM),
                                          {"view", "window.pcap", "--shot", "window.png"}, {{"DISPLAY", m_display}});
   ASSERT_EQ(shown.exitCode, 0) << shown.err.toStdString();

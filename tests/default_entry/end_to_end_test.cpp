@@ -1,15 +1,12 @@
 // A capture of the simulator, opened by the host through the plug-in library, as the program does it.
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QMetaProperty>
 #include <QSignalSpy>
-#include <QTimer>
-#include <functional>
 
 #include "host/core/host_core.h"
 #include "tests/support/test_environment.h"
+#include "tests/support/wait_for.h"
 #include "tools/sim/simulator.h"
 
 namespace tarvo::skarnvisor::test {
@@ -24,18 +21,6 @@ QString writeCapture(const std::string &type, unsigned frames) {
   options.out = (processFolder() + "/" + QString::fromStdString(type) + ".pcap").toStdString();
   lidar::sim::run(options);
   return QString::fromStdString(options.out);
-}
-
-/// Runs the event loop until `done` holds or the time is over.
-bool waitFor(const std::function<bool()> &done, int milliseconds = 20'000) {
-  QElapsedTimer clock;
-  clock.start();
-  while (!done() && clock.elapsed() < milliseconds) {
-    QEventLoop loop;
-    QTimer::singleShot(5, &loop, &QEventLoop::quit);
-    loop.exec();
-  }
-  return done();
 }
 
 TEST(EndToEnd, ACaptureBecomesAPicture) {

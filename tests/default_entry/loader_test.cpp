@@ -71,12 +71,6 @@ struct Opening {
   std::vector<std::chrono::milliseconds> pauses;
 };
 
-TEST(Loader, OffersOneSwitchForCaptures) {
-  Opening opening("KR2");
-  EXPECT_EQ(opening.loader->inputSDKToggle()->exts_file(), QList<QString>({"pcap", "pcapng"}));
-  EXPECT_EQ(opening.loader->property("inputSDKToggle").value<QObject *>(), opening.loader->inputSDKToggle());
-}
-
 TEST(Loader, TunesTheDecoderBeforeTheStart) {
   struct Case {
     bool fast;
@@ -156,23 +150,6 @@ TEST(Loader, EachFamilyGetsItsOwnPipeline) {
   }
 }
 
-TEST(Loader, ATypeWithAStrayByteIsAnUnknownTypeUnderItsOwnName) {
-  struct Case {
-    std::string type;
-    const char *category;
-  };
-  for (const Case &c : {Case{std::string("KR2\0", 4), "DefaultKRCategory"}, Case{"KR2\x01", "DefaultKRCategory"},
-                        Case{"\xEF\xBB\xBFKR2", "DefaultSDKCategory"}, Case{"FMCW\n", "DefaultSDKCategory"}}) {
-    Opening opening(c.type);
-    (*opening.loader)();
-    ASSERT_EQ(opening.root.subCategories().size(), 1) << c.type;
-    const Category::Instance &made = *opening.root.subCategories().constFirst();
-    EXPECT_EQ(made.category(), c.category);
-    EXPECT_EQ(made.key(), QString::fromLocal8Bit(c.type.data(), static_cast<int>(c.type.size())) + "2368");
-    EXPECT_EQ(opening.source->familyLabel, "");
-  }
-}
-
 TEST(Loader, WiresThePipelineOfACapture) {
   Opening opening("KR6_31_52");
   opening.runtime->Params().write(
@@ -236,13 +213,6 @@ TEST(Loader, ALiveSourceIsKnownByItsPort) {
   auto *producer = opening.functor<DefaultSDKProducer>("DefaultKRProducer");
   EXPECT_EQ(producer->defaultSDKTrackBuffer()->trackBody(), "DefaultNetTrackBody.qml");
   EXPECT_TRUE(opening.source->sourceTitle.isEmpty());
-}
-
-TEST(Loader, APathWithoutAFolderIsTheTitle) {
-  Opening opening("KR2");
-  opening.source->driverParam.capturePath = "alone.pcapng";
-  (*opening.loader)();
-  EXPECT_EQ(opening.source->sourceTitle, "alone.pcapng");
 }
 
 TEST(Loader, TheDenseCameraTypeMayFillVerticesWhileDecoding) {

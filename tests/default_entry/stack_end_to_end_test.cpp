@@ -2,14 +2,11 @@
 // properties and operations.
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QSignalSpy>
-#include <QTimer>
-#include <functional>
 
 #include "host/core/host_core.h"
 #include "tests/support/test_environment.h"
+#include "tests/support/wait_for.h"
 #include "tools/sim/simulator.h"
 
 namespace tarvo::skarnvisor::test {
@@ -17,17 +14,6 @@ namespace {
 
 constexpr int frames = 200;
 constexpr int framePoints = 16 * 180;
-
-bool waitFor(const std::function<bool()> &done, int milliseconds = 30'000) {
-  QElapsedTimer clock;
-  clock.start();
-  while (!done() && clock.elapsed() < milliseconds) {
-    QEventLoop loop;
-    QTimer::singleShot(1, &loop, &QEventLoop::quit);
-    loop.exec();
-  }
-  return done();
-}
 
 class StackEndToEnd : public testing::Test {
  protected:

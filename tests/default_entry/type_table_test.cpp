@@ -63,7 +63,6 @@ TEST(TypeTable, EveryNameInItMeansSomethingToTheFamily) {
   }
 }
 
-
 TEST(TypeTable, ColumnsOfARowReachTheSpreadsheetAndEveryKrTypeEndsWithTheField) {
   struct Case {
     LidarFamily family;
@@ -134,18 +133,9 @@ TEST(TypeTable, SetsScalesLabelsAndStartingValues) {
   EXPECT_TRUE(Configured(LidarFamily::Base, "any").buffer().firetimesUseful());
 }
 
-TEST(TypeTable, NamesTheDefaultFilesOfAType) {
+TEST(TypeTable, TypesOfOneSpellingShareTheirDefaultFiles) {
   const QString root = "/home/user/Documents";
   const QString corrections = root + "/SkarnvisorDataFiles/correction/";
-  const CalibrationFileNames plain = calibrationFileNames(findLidarType("KR2")->files, "KR2", root);
-  EXPECT_EQ(plain.correction, corrections + "angle_correction/default_KR2.csv");
-  EXPECT_EQ(plain.factoryCorrection, corrections + "angle_correction/KR2_Angle Correction File.csv");
-  EXPECT_TRUE(plain.firetimes.isEmpty() && plain.dcf.isEmpty() && plain.channelEq.isEmpty());
-  const CalibrationFileNames camera = calibrationFileNames(findLidarType("NBW_PEAK_V8")->files, "NBW_PEAK_V8", root);
-  EXPECT_EQ(camera.firetimes, corrections + "nbq_rgb_isp/nbq_rgb_isp_config.csv");
-  EXPECT_EQ(camera.channelEq, corrections + "nbq_rgb_isp/nbq_rgb_channel_eq_gains_ultra.csv");
-  const CalibrationFileNames dcf = calibrationFileNames(findLidarType("NB41X")->files, "NB41X", root);
-  EXPECT_EQ(dcf.dcf, corrections + "dcf_correction/default_NB41X_dcf.dat");
   const CalibrationFileNames shared = calibrationFileNames(
       {.spelling = "YF", .correctionExtension = "bin", .firetimes = true, .factoryFiretimes = true}, "YFP", root);
   EXPECT_EQ(shared.correction, corrections + "angle_correction/default_YF.bin");

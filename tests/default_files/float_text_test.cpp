@@ -62,17 +62,6 @@ TEST_F(FloatText, EqualsTheStreamsTextForAnyBits) {
     check(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
 }
 
-TEST_F(FloatText, EqualsTheStreamsTextWhereLidarsMeasure) {
-  std::mt19937 random(8);
-  std::uniform_real_distribution<float> metres(-300.0F, 300.0F);
-  std::uniform_real_distribution<float> small(-0.01F, 0.01F);
-  for (int i = 0; i < 40'000 && !HasFatalFailure(); ++i) {
-    check(metres(random));
-    check(small(random));
-    check(static_cast<float>(static_cast<int>(metres(random) * 1000)) * 0.001F);  // the sensor's own steps
-  }
-}
-
 TEST_F(FloatText, EqualsTheStreamsTextAtEveryEdge) {
   using Limits = std::numeric_limits<float>;
   std::vector<float> edges{

@@ -13,15 +13,11 @@
 #include <string>
 #include <thread>
 
+#include "tests/support/files.h"
 #include "tests/support/test_environment.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
-
-QByteArray contents(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// Writes `bytes` the way the exports do; why it failed, empty when it did not.
 QString put(const QString &path, const std::string &bytes) {

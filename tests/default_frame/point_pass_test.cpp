@@ -235,49 +235,6 @@ SDKPointInfo goodPoint() {
   return point;
 }
 
-struct OneVertex {
-  Vertex vertex{7, 8, 9};
-  SDKPointInfo point;
-  SDKPointInfo stored{};
-
-  OneVertex(SDKPointInfo p, PointPassSettings settings) : point(p) {
-    PointPass(std::move(settings))({&point, 1, &vertex, nullptr, &stored, 0}, 0, 1);
-  }
-};
-
-TEST(PointPass, AHiddenPointKeepsItsPlaceAndReachesTheStore) {
-  SDKPointInfo empty = goodPoint();
-  empty.channel = 0;
-  const OneVertex result(empty, {});
-  EXPECT_EQ(result.vertex, (Vertex{7, 8, hiddenMark}));
-  EXPECT_EQ(result.stored.x, 3.0F);
-}
-
-TEST(PointPass, TheRemakeHidesWhatHasNoReturnAndKeepsRealPlacesOnRequest) {
-  PointPassSettings settings;
-  SDKPointInfo noReturn = goodPoint();
-  noReturn.distance = 0.0F;
-  EXPECT_EQ(unpackPosition(OneVertex(noReturn, settings).vertex).x, 3000);
-  settings.remakeEnabled = true;
-  EXPECT_EQ(OneVertex(noReturn, settings).vertex, (Vertex{7, 8, hiddenMark}));
-  EXPECT_EQ(unpackPosition(OneVertex(goodPoint(), settings).vertex).x, 0);
-  settings.remakeKeepsPosition = true;
-  EXPECT_EQ(unpackPosition(OneVertex(goodPoint(), settings).vertex).x, 3000);
-}
-
-TEST(PointPass, AFilteredPointVanishesOrStaysHighlighted) {
-  PointPassSettings settings;
-  settings.filter.enabled = true;
-  settings.filter.intLimits[1] = 100;  // intensity
-  EXPECT_EQ(OneVertex(goodPoint(), settings).vertex, (Vertex{7, 8, hiddenMark}));
-  settings.filter.highlight = true;
-  const OneVertex marked(goodPoint(), settings);
-  EXPECT_EQ(marked.vertex.color, highlightMark);
-  EXPECT_EQ(unpackPosition(marked.vertex).x, 3000);
-  settings.filter.enabled = false;
-  EXPECT_EQ(OneVertex(goodPoint(), settings).vertex.color & 0xffffU, 0x3800U) << "intensity 0.5 as a half float";
-}
-
 TEST(RemakeFold, FoldsEquallyLongFramesOntoOneGrid) {
   const auto place = [](const RemakeFold &fold, std::size_t index) {
     const auto cell = fold.cellOf(index);

@@ -1,4 +1,3 @@
-#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -61,30 +60,6 @@ TEST(RgbScale, RunsGiveTheWordsOfSinglePointsAndTheFastOnesAreOneStepOff) {
       }
     }
   }
-}
-
-TEST(RgbScale, LimitsRefuseTheWrongOrderAndIgnoreSmallSteps) {
-  FocusScale scale;
-  scale.autoScale = true;
-  EXPECT_EQ(scale.setMin(256.0F), LimitChange::Refused);
-  EXPECT_EQ(scale.setMin(std::numeric_limits<float>::quiet_NaN()), LimitChange::Refused);
-  EXPECT_EQ(scale.setMin(0.4F), LimitChange::Unchanged);
-  EXPECT_TRUE(scale.autoScale) << "a step too small to act on leaves the automatic scale on";
-  EXPECT_EQ(scale.setMin(0.5F), LimitChange::Stored);
-  EXPECT_FALSE(scale.autoScale);
-  EXPECT_EQ(scale.range, 255.5F);
-  EXPECT_EQ(scale.setMax(0.5F), LimitChange::Refused);
-  EXPECT_EQ(scale.setMax(100.5F), LimitChange::Stored);
-  EXPECT_EQ(scale.range, 100.0F);
-
-  RgbScale percents;
-  EXPECT_EQ(percents.setLowPercent(-1.0F), LimitChange::Refused);
-  EXPECT_EQ(percents.setLowPercent(99.0F), LimitChange::Refused);
-  EXPECT_EQ(percents.setLowPercent(1.3F), LimitChange::Unchanged);
-  EXPECT_EQ(percents.setLowPercent(0.0F), LimitChange::Stored);
-  EXPECT_EQ(percents.setHighPercent(100.5F), LimitChange::Refused);
-  EXPECT_EQ(percents.setHighPercent(0.0F), LimitChange::Refused);
-  EXPECT_EQ(percents.setHighPercent(100.0F), LimitChange::Stored);
 }
 
 TEST(RgbScale, AutoScaleTakesTheSamplesAtTheTwoPercentages) {

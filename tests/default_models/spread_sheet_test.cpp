@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "default/files/settings_file.h"
+#include "tests/support/files.h"
 #include "tests/support/test_environment.h"
 
 namespace tarvo::skarnvisor::test {
@@ -123,10 +124,7 @@ TEST_F(SpreadSheet, ViewsMayTrustTheModel) {
 TEST_F(SpreadSheet, TheTableFileHasACommaBehindEachCell) {
   SpreadSheetModel table(nullptr, columns({"a", "b(m)"}));
   const QString path = processFolder() + "/table.csv";
-  const auto written = [&] {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  };
+  const auto written = [&] { return contents(path); };
   EXPECT_TRUE(table.exportPointsInformation(path));
   EXPECT_EQ(written(), "a,b(m),\n");
   table.setRowCount(2);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "contracts/host/log.h"
 #include "contracts/runtime/sdk_source.h"
 #include "default/pipeline/default_sdk_parser.h"
 #include "tests/support/inert_runtime.h"
+#include "tests/support/log_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -130,18 +130,6 @@ class ParserTest : public testing::Test {
     std::vector<Vertex> out(static_cast<std::size_t>(bytes.size()) / sizeof(Vertex));
     std::memcpy(out.data(), bytes.constData(), out.size() * sizeof(Vertex));
     return out;
-  }
-
-  /// Messages that the log took since `start`.
-  static std::vector<std::string> messagesAfter(std::uint64_t start) {
-    Logger::GetInstance().flush();
-    std::vector<std::string> messages;
-    for (const LogEntry &entry : Logger::GetInstance().entriesAfter(start)) messages.push_back(entry.message);
-    return messages;
-  }
-  static std::uint64_t logNow() {
-    Logger::GetInstance().flush();
-    return Logger::GetInstance().lastSequence();
   }
 
   tarvo::lidar::SDKSource source;

@@ -1,6 +1,5 @@
 #include "tests/default_pipeline/parser_fixture.h"
 
-#include "contracts/runtime/decoded_frame_resize.h"
 #include "contracts/runtime/point_fields.h"
 
 #include <QFileInfo>
@@ -114,11 +113,11 @@ TEST_F(ParserTest, SideModelsFollowTheFrame) {
 }
 
 TEST_F(ParserTest, CorrectionsAreAskedForOnceAndFetchedOnce) {
-  const auto start = logNow();
+  const LogLines lines;
   give({point(1.0F, 0.0F, 0.0F)});
   parse();
   parse();
-  const auto messages = messagesAfter(start);
+  const auto messages = lines.messages();
   EXPECT_EQ(std::count(messages.begin(), messages.end(),
                        "Please load the correction file, otherwise the image will be abnormal."),
             1);
@@ -259,12 +258,12 @@ TEST_F(ParserTest, CanvasesFillInTurnAndOverflowIsCutOrDropped) {
   ring.canvasTargets[0] = ring.canvasTargets[1] = 1;
   rb.picture().fitStack(2, 2);
   give({point(1.0F, 0.0F, 0.0F), point(2.0F, 0.0F, 0.0F), point(3.0F, 0.0F, 0.0F)});
-  const auto start = logNow();
+  const LogLines lines;
   parse();
   EXPECT_EQ(rb.getIndexUseNow(), 1) << "the first group of a fresh stack lands on canvas 1";
   EXPECT_EQ(rb.primitiveCountGet(1), 2);
   EXPECT_EQ(rb.primitiveCountGet(0), 0);
-  EXPECT_EQ(messagesAfter(start).back(),
+  EXPECT_EQ(lines.messages().back(),
             "Multi-canvas buffer overflow prevented: offset=0, point_num=3, "
             "buffer_size=2. Truncating to 2 points.");
   parse();
@@ -277,8 +276,7 @@ TEST_F(ParserTest, CanvasesFillInTurnAndOverflowIsCutOrDropped) {
   log.take();
   parse();
   EXPECT_EQ(log.take(), Names{"someSignalReceived"});
-  EXPECT_EQ(messagesAfter(start).back(),
-            "Multi-canvas buffer full: offset=0, point_num=3, buffer_size=0. Skipping frame.");
+  EXPECT_EQ(lines.messages().back(), "Multi-canvas buffer full: offset=0, point_num=3, buffer_size=0. Skipping frame.");
 }
 
 TEST_F(ParserTest, CalibrationFromACaptureIsWrittenUntilItSucceeds) {

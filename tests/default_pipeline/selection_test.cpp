@@ -51,7 +51,8 @@ class SelectionTest : public ParserTest {
     auto *const table = rb.property("spreadSheetModel").value<QAbstractTableModel *>();
     std::vector<int> rows;
     constexpr int xColumn = 7;
-    for (int row = 0; row < table->rowCount(); ++row) rows.push_back(static_cast<int>(table->index(row, xColumn).data().toDouble()));
+    for (int row = 0; row < table->rowCount(); ++row)
+      rows.push_back(static_cast<int>(table->index(row, xColumn).data().toDouble()));
     return rows;
   }
   std::vector<int> listedPositions() {

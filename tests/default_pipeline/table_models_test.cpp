@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contracts/host/log.h"
+#include "tests/support/log_lines.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
@@ -93,11 +93,9 @@ TEST(TableModels, RowsAreSelectedAloneInRangesAndByToggling) {
 }
 
 TEST(TableModels, ATableLongerThanItsSelectionSaysSoAndWorks) {
-  Logger::GetInstance().flush();
-  const auto start = Logger::GetInstance().lastSequence();
+  const LogLines log;
   ChannelModel channels(nullptr, 0x40001, {"", "CH #"}, numbered);
-  Logger::GetInstance().flush();
-  const auto entries = Logger::GetInstance().entriesAfter(start);
+  const auto entries = log.entries();
   ASSERT_EQ(entries.size(), 1U);
   EXPECT_EQ(entries[0].message, "error: row_selected_.size() < row");
   EXPECT_EQ(entries[0].level, LogLevel::Error);

@@ -150,17 +150,6 @@ TEST(Folder, NamesWithOtherLettersAreRead) {
   EXPECT_EQ(pipeline.buffer.primitiveCount(), 1);
 }
 
-TEST(Folder, TenThousandFiles) {
-  const QString folder = freshFolder("many");
-  for (int i = 0; i < 10'000; ++i)
-    writeInto(folder, (std::to_string(1'000'000 + (i * 7919) % 10'000) + ".bin").c_str(), "");
-  PointPipeline pipeline(folder);
-  ASSERT_EQ(pipeline.clip.frameCount(), 10'000);
-  EXPECT_DOUBLE_EQ(pipeline.clip.getFrameStartSeconds(1234), 1001.234);
-  EXPECT_EQ(pipeline.clip.frameIndexAt(ticksFromSeconds(1009.9985).count()), 9998);
-  QDir(folder).removeRecursively();
-}
-
 TEST(Folder, ALongListingShowsItsFirstFramesMeanwhile) {
   const QString folder = freshFolder("long");
   for (int i = 0; i < 20; ++i) writeInto(folder, (std::to_string(1000 + i * 7 % 20) + ".bin").c_str(), "");

@@ -143,19 +143,13 @@ TEST(PcdReader, EveryTypeAndWidthOfABinaryField) {
   EXPECT_EQ(readFieldAsU16('F', 4, bytesOf(std::nanf("")).data()), 0);
 }
 
-TEST(PcdReader, SkippedAndRepeatedElementsKeepTheirRoom) {
+TEST(PcdReader, ElementsThatAreSkippedRepeatedOrNamelessKeepTheirRoom) {
   const std::string data = bytesOf(1.0F) + std::string(12, 'n') + bytesOf(std::uint16_t{7}) + bytesOf(2.0F);
-  const Read read(
-      "FIELDS y normal ring _ x\nSIZE 4 4 2 0 4\nTYPE F F U F F\nCOUNT 1 3 1 1 1\nWIDTH 1\nHEIGHT 1\n"
-      "POINTS 1\nDATA binary\n" +
-      data);
-  ASSERT_EQ(read.count(), 1U);
-  EXPECT_EQ(read[0].y, 1.0F);
-  EXPECT_EQ(read[0].ring, 7);
-  EXPECT_EQ(read[0].x, 2.0F);
-}
-
-TEST(PcdReader, ASizeWithoutAFieldStillHasItsRoom) {
+  const Read skipped(
+      "FIELDS y normal ring _ x\nSIZE 4 4 2 0 4\nTYPE F F U F F\nCOUNT 1 3 1 1 1\nPOINTS 1\nDATA binary\n" + data);
+  ASSERT_EQ(skipped.count(), 1U);
+  EXPECT_EQ(skipped[0].ring, 7);
+  EXPECT_EQ(skipped[0].x, 2.0F);
   const Read read(pcdText("x", "4 2", "F", "2", "binary", bytesOf(1.0F) + "ab" + bytesOf(2.0F) + "cd"));
   ASSERT_EQ(read.count(), 2U);
   EXPECT_EQ(read[1].x, 2.0F);
@@ -241,14 +235,6 @@ TEST(PcdReader, RecordsWhoseTotalWrapsTo0AreRefused) {
   EXPECT_THROW(Read("FIELDS" + repeated("x") + "\nSIZE" + repeated("65536") + "\nTYPE" + repeated("F") + "\nCOUNT" +
                     repeated("65536") + "\nPOINTS 1048576\nDATA binary_compressed\n" + compressedSection("", 0)),
                std::runtime_error);
-}
-
-TEST(PcdReader, AReadForgetsTheOneBefore) {
-  PcdFileReader reader;
-  ASSERT_TRUE(reader.read(writeFile("a.pcd", pcdText("x ring", "4 2", "F U", "1", "ascii", "1 2\n"))));
-  ASSERT_TRUE(reader.read(writeFile("b.pcd", pcdText("y", "4", "F", "0", "ascii", ""))));
-  EXPECT_TRUE(reader.points().empty());
-  EXPECT_FALSE(reader.hasField("ring"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "default/families/default_sdk_KR_parser.h"
 #include "default/families/default_sdk_LM_parser.h"
+#include "tests/support/files.h"
 #include "tests/support/test_environment.h"
 
 #include <QAbstractItemModelTester>
@@ -12,10 +13,7 @@
 #include <QIdentityProxyModel>
 #include <QSignalSpy>
 
-#include <sys/resource.h>
-
 #include <chrono>
-#include <csignal>
 #include <thread>
 
 namespace tarvo::skarnvisor::test {
@@ -177,32 +175,6 @@ TEST_F(MonitorTableTest, RecordsOfAnotherSizeAreDropped) {
   }
 }
 
-/// No file of this process can grow beyond `bytes` while it lives.
-class FullDisk {
- public:
-  explicit FullDisk(int bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_limit);
-    rlimit low = m_limit;
-    low.rlim_cur = static_cast<rlim_t>(bytes);
-    ::setrlimit(RLIMIT_FSIZE, &low);
-  }
-  FullDisk(const FullDisk &) = delete;
-  FullDisk &operator=(const FullDisk &) = delete;
-  ~FullDisk() {
-    ::setrlimit(RLIMIT_FSIZE, &m_limit);
-    std::signal(SIGXFSZ, m_handler);
-  }
-
- private:
-  rlimit m_limit{};
-  void (*m_handler)(int);
-};
-
-QByteArray contents(const QString &path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 TEST_F(MonitorTableTest, IsExportedWithACommaBehindEachValue) {
   rb.setLidarType("VD2");
   rb.updateMonitor(motor(6004).letters(0, 19, "9f").letters(0, 20, "31").data());
@@ -226,18 +198,18 @@ TEST_F(MonitorTableTest, AFailedExportSaysSoAndLeavesTheOldFile) {
   rb.setLidarType("VD2");
   rb.updateMonitor(motor(6004).data());
   auto *const table = qobject_cast<MonitorModel *>(rb.readMonitorModel());
-  const std::uint64_t start = logNow();
+  const LogLines lines;
   EXPECT_FALSE(table->exportMonitorInfo(QStringLiteral("no/such/folder/monitor.csv")));
   EXPECT_FALSE(table->exportMonitorInfo(processFolder()));
   EXPECT_FALSE(table->exportMonitorInfo(QUrl()));
   EXPECT_FALSE(table->exportMonitorInfo(QStringLiteral("/dev/full"))) << "a disk without room";
-  EXPECT_TRUE(messagesAfter(start).empty());
+  EXPECT_TRUE(lines.messages().empty());
 
   const QString path = QDir(processFolder()).filePath(QStringLiteral("kept.csv"));
   ASSERT_TRUE(table->exportMonitorInfo(path));
   const QByteArray before = contents(path);
   {
-    const FullDisk full(before.size() + 8);
+    const FileLimit full(static_cast<rlim_t>(before.size() + 8));
     BlockMaker block;
     for (unsigned cell = 0; cell < 12; ++cell) block.cell(0, cell, 1);
     rb.updateMonitor(block.data());

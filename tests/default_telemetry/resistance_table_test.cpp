@@ -1,6 +1,5 @@
 #include "default/telemetry/resistance_table.h"
-
-#include "contracts/host/log.h"
+#include "tests/support/log_lines.h"
 
 #include <QFile>
 
@@ -21,14 +20,9 @@ void write(const QByteArray &bytes) {
 }
 
 std::vector<std::string> messagesOf(const std::function<void()> &act) {
-  Logger &logger = Logger::GetInstance();
-  logger.flush();
-  const std::uint64_t start = logger.lastSequence();
+  const LogLines log;
   act();
-  logger.flush();
-  std::vector<std::string> messages;
-  for (const LogEntry &entry : logger.entriesAfter(start)) messages.push_back(entry.message);
-  return messages;
+  return log.messages();
 }
 
 TEST(ResistanceTable, ReadsItsFileAndNothingElseChangesIt) {

@@ -8,7 +8,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
-#include <functional>
 #include <memory>
 #include <numeric>
 #include <vector>
@@ -18,16 +17,10 @@
 #include "host/core/plugin_loader.h"
 #include "tests/host/fake_pipeline.h"
 #include "tests/support/test_environment.h"
+#include "tests/support/wait_for.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
-
-bool waitFor(const std::function<bool()> &condition, int milliseconds = 10'000) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!condition() && timer.elapsed() < milliseconds) QCoreApplication::processEvents(QEventLoop::AllEvents, 2);
-  return condition();
-}
 
 QString makeFile(const QString &name, const QByteArray &content = "x") {
   QFile file(processFolder() + QLatin1Char('/') + name);

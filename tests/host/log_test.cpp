@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/core/log/log_queue.h"
+#include "tests/support/log_lines.h"
 
 SKARN_LOG_SOURCE("tests/log");
 
@@ -16,18 +17,11 @@ namespace {
 
 class LogTest : public testing::Test {
  protected:
-  LogTest() {
-    logger.setConsoleMask(0);
-    logger.flush();
-    before = logger.lastSequence();
-  }
+  LogTest() { logger.setConsoleMask(0); }
   ~LogTest() override { logger.setConsoleMask(logDefaultMask); }
-  std::vector<LogEntry> written() {
-    logger.flush();
-    return logger.entriesAfter(before);
-  }
+  std::vector<LogEntry> written() { return lines.entries(); }
   Logger &logger = Logger::GetInstance();
-  std::uint64_t before = 0;
+  test::LogLines lines;
 };
 
 TEST_F(LogTest, ALineArrivesWhole) {
@@ -64,6 +58,7 @@ TEST_F(LogTest, OnlyLevelsInTheMaskGoToTheConsole) {
 
 TEST_F(LogTest, AFloodIsCountedAndNeverWaitedFor) {
   const std::uint64_t droppedBefore = logger.droppedCount();
+  const std::uint64_t before = logger.lastSequence();
   constexpr int writers = 4;
   constexpr int each = 20'000;
   std::vector<std::thread> threads;

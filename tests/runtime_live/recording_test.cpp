@@ -1,27 +1,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pcap/pcap.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <cmath>
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
 
 #include "tests/runtime_live/live_fixture.h"
+#include "tests/support/files.h"
 
 namespace tarvo::lidar::test {
 namespace {
 
+using skarnvisor::test::contents;
+using skarnvisor::test::FileLimit;
 using testing::HasSubstr;
 
 std::string inFolder(const std::string &name) { return skarnvisor::test::processFolder().toStdString() + "/" + name; }
-
-Bytes contentOf(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 struct Counted {
   long packets = -1;
@@ -44,18 +39,6 @@ Counted readWithLibrary(const std::string &path) {
   }
   pcap_close(file);
   return counted;
-}
-
-/// The same by a program that other people use, where it is installed; else the library's count.
-long countWithTool(const std::string &path) {
-  if (std::system("command -v tshark >/dev/null 2>&1") != 0) return readWithLibrary(path).packets;
-  FILE *pipe = ::popen(("tshark -r '" + path + "' -T fields -e frame.number 2>/dev/null | wc -l").c_str(), "r");
-  long count = -1;
-  if (pipe != nullptr) {
-    if (std::fscanf(pipe, "%ld", &count) != 1) count = -1;
-    ::pclose(pipe);
-  }
-  return count;
 }
 
 TEST(Cut, PlaysAgainWithEqualPointsFromEveryFileForm) {
@@ -90,7 +73,6 @@ TEST(Cut, PlaysAgainWithEqualPointsFromEveryFileForm) {
     for (const auto &packet : packets) stamps.insert(packet.ns - packet.ns % c.unitNs);
     const Counted counted = readWithLibrary(path);
     EXPECT_GT(counted.packets, frames * 5);
-    EXPECT_EQ(countWithTool(path), counted.packets);
     for (const std::uint64_t stamp : counted.stamps) EXPECT_TRUE(stamps.contains(stamp)) << stamp;
   }
 }
@@ -143,7 +125,7 @@ TEST(Cut, RefusesWithAMessageAndLeavesTheOldFileWhole) {
   const std::string original = writeCapture("whole.pcap", packetsOf(smallLidar(3)));
   Session whole(original);
   ASSERT_TRUE(whole.indexed(3));
-  const Bytes before = contentOf(original);
+  const QByteArray before = contents(QString::fromStdString(original));
   const std::string old = writeFile("old.pcap", {1, 2, 3});
   struct Case {
     std::string path;
@@ -159,35 +141,14 @@ TEST(Cut, RefusesWithAMessageAndLeavesTheOldFileWhole) {
     EXPECT_FALSE(whole.runtime().CutPcap(c.path, c.first, c.last)) << c.path;
     EXPECT_THAT(whole.runtime().CaptureError(), HasSubstr(c.words));
   }
-  EXPECT_EQ(contentOf(old), (Bytes{1, 2, 3}));
-  EXPECT_EQ(contentOf(original), before);
+  EXPECT_EQ(contents(QString::fromStdString(old)), QByteArray("\1\2\3"));
+  EXPECT_EQ(contents(QString::fromStdString(original)), before);
   EXPECT_FALSE(whole.runtime().StartRecordPcap(inFolder("r.pcap")));
   EXPECT_THAT(whole.runtime().CaptureError(), HasSubstr("Only a live source"));
   // Nothing of a passing name is left.
   for (const auto &entry : std::filesystem::directory_iterator(skarnvisor::test::processFolder().toStdString()))
     EXPECT_THAT(entry.path().filename().string(), testing::Not(HasSubstr("old.pcap.")));
 }
-
-/// Keeps files of this process from growing beyond `bytes`, as a full disk would.
-class FileLimit {
- public:
-  explicit FileLimit(rlim_t bytes) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    handler_ = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FileLimit(const FileLimit &) = delete;
-  FileLimit &operator=(const FileLimit &) = delete;
-
- private:
-  rlimit before_{};
-  void (*handler_)(int) = SIG_DFL;
-};
 
 TEST(Cut, AFullDiskLeavesTheOldFileWhole) {
   Session whole(writeCapture("whole.pcap", packetsOf(smallLidar(5))));
@@ -196,7 +157,7 @@ TEST(Cut, AFullDiskLeavesTheOldFileWhole) {
   const FileLimit limit(2000);
   EXPECT_FALSE(whole.runtime().CutPcap(old, 0, 4));
   EXPECT_THAT(whole.runtime().CaptureError(), HasSubstr("cannot be written"));
-  EXPECT_EQ(contentOf(old), (Bytes{1, 2, 3}));
+  EXPECT_EQ(contents(QString::fromStdString(old)), QByteArray("\1\2\3"));
 }
 
 TEST(Recording, KeepsEveryPacketWithItsAddressesAndPlaysAgain) {
@@ -220,7 +181,7 @@ TEST(Recording, KeepsEveryPacketWithItsAddressesAndPlaysAgain) {
   EXPECT_FALSE(report.running);
   EXPECT_EQ(report.fault, "");
   EXPECT_EQ(report.bytes, std::filesystem::file_size(path));
-  EXPECT_EQ(countWithTool(path), static_cast<long>(report.packets));
+  EXPECT_EQ(readWithLibrary(path).packets, static_cast<long>(report.packets));
   Session again(path);
   ASSERT_TRUE(again.indexed(7));
   EXPECT_EQ(again.runtime().GetPcapPort(), live.port);

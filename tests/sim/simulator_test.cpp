@@ -401,19 +401,4 @@ TEST(SimulatorOptions, AreReadOrRefusedWithAnErrorCode) {
   }
 }
 
-TEST(SimulatorOptions, ReachTheirPlaces) {
-  const char *arguments[] = {"skarnvisor-sim", "--type",   "NB41X",     "--channels", "128",
-                             "--rate",         "20",       "--seconds", "2",          "--calibration",
-                             "none",           "--format", "pcapng",    "--stream",   "[::1]:9000"};
-  Options options;
-  ASSERT_TRUE(parseOptions(std::size(arguments), arguments, options).proceed);
-  EXPECT_EQ(options.type, "NB41X");
-  EXPECT_EQ(options.channels, 128u);
-  EXPECT_EQ(options.frameCount(), 40u);
-  EXPECT_FALSE(options.calibrationInside);
-  EXPECT_EQ(options.form, CaptureForm::PcapNg);
-  EXPECT_EQ(options.streamHost, "::1");
-  EXPECT_EQ(options.streamPort, 9000u);
-}
-
 }  // namespace

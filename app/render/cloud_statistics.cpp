@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::size_t sampleCount = 20000;
 
-std::size_t sampleStep(const VertexCloud &cloud) { return std::max<std::size_t>(1, cloud.size() / sampleCount); }
+/// Odd, so that it meets every channel of a lidar that has a power of two of them.
+std::size_t sampleStep(const VertexCloud &cloud) { return (cloud.size() / sampleCount) | 1U; }
 
 float quantile(std::vector<float> &values, double share) {
   const auto index = static_cast<std::size_t>(share * static_cast<double>(values.size() - 1));

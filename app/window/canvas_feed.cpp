@@ -1,16 +1,34 @@
 #include "app/window/canvas_feed.h"
 
 namespace tarvo::skarnvisor::app {
+namespace {
+
+constexpr int sampleCount = 20000;
+
+QByteArray sampleOf(const QByteArray &bytes) {
+  constexpr int stride = static_cast<int>(vertexStride);
+  // An odd step meets every channel of a lidar that has a power of two of them.
+  const int step = (bytes.size() / stride / sampleCount) | 1;
+  QByteArray sample;
+  sample.reserve((bytes.size() / step / stride + 1) * stride);
+  for (int at = 0; at + stride <= bytes.size(); at += step * stride) sample.append(bytes.constData() + at, stride);
+  return sample;
+}
+
+}  // namespace
 
 void CanvasFeed::read(const RenderView &view, int index) {
   CanvasVertices &canvas = m_canvases[static_cast<std::size_t>(index)];
   canvas.bytes = view.canvas(index);
+  canvas.count = canvas.bytes.size() / static_cast<int>(vertexStride);
   canvas.serial = ++m_serial;
   canvas.counts = countPoints(canvas.bytes);
+  m_samples[index] = sampleOf(canvas.bytes);
 }
 
 void CanvasFeed::readAll(const RenderView &view) {
   m_canvases.resize(static_cast<std::size_t>(view.canvasCount()));
+  m_samples.resize(view.canvasCount());
   m_lastWritten = view.writtenCanvas();
   for (int i = 0; i < view.canvasCount(); ++i) read(view, i);
 }
@@ -27,13 +45,14 @@ void CanvasFeed::readFrame(const RenderView &view) {
   read(view, written);
   m_lastWritten = written;
   for (int i = 0; i < count; ++i) {
-    const int held = m_canvases[static_cast<std::size_t>(i)].bytes.size() / static_cast<int>(vertexStride);
+    const int held = m_canvases[static_cast<std::size_t>(i)].count;
     if (i != written && held != view.canvasPoints(i)) read(view, i);
   }
 }
 
 void CanvasFeed::clear() {
   m_canvases.clear();
+  m_samples.clear();
   m_lastWritten = 0;
 }
 
@@ -47,10 +66,10 @@ PointCounts CanvasFeed::counts() const {
   return sum;
 }
 
-VertexCloud CanvasFeed::cloud() const {
-  QVector<QByteArray> bytes;
-  for (const CanvasVertices &canvas : m_canvases) bytes << canvas.bytes;
-  return VertexCloud(bytes);
+void CanvasFeed::release(std::uint64_t serial) {
+  for (CanvasVertices &canvas : m_canvases) {
+    if (canvas.serial <= serial) canvas.bytes.clear();
+  }
 }
 
 }  // namespace tarvo::skarnvisor::app

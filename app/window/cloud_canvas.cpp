@@ -7,7 +7,6 @@
 
 #include "app/render/ground_grid.h"
 #include "app/render/picking.h"
-#include "app/window/cloud_painter.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -25,22 +24,22 @@ QVector3D placeOf(const VertexPoint &point) { return {point.x, point.y, point.z}
 
 }  // namespace
 
-CloudCanvas::CloudCanvas(QQuickItem *parent) : QQuickFramebufferObject(parent) {
+CloudCanvas::CloudCanvas(QQuickItem *parent) : QQuickItem(parent) {
   setAcceptedMouseButtons(Qt::AllButtons);
   setActiveFocusOnTab(true);
-  // OpenGL's rows go up, the item's go down.
-  setMirrorVertically(true);
+  setFlag(ItemHasContents);
 }
 
-QQuickFramebufferObject::Renderer *CloudCanvas::createRenderer() const { return new CloudPainter; }
+CloudCanvas::~CloudCanvas() = default;
 
 void CloudCanvas::setViewer(Viewer *viewer) {
   if (viewer == m_viewer) return;
   if (m_viewer) m_viewer->disconnect(this);
   m_viewer = viewer;
   if (viewer != nullptr) {
-    connect(viewer, &Viewer::pictureChanged, this, &QQuickItem::update);
+    connect(viewer, &Viewer::pictureChanged, this, &CloudCanvas::orderPicture);
     connect(viewer, &Viewer::lookChanged, this, &CloudCanvas::redraw);
+    connect(viewer, &Viewer::captureChanged, this, &CloudCanvas::redraw);
     connect(viewer, &Viewer::sceneFound, this, [this] { setView(OrbitCamera::viewNames().first()); });
   }
   Q_EMIT viewerChanged();
@@ -60,7 +59,9 @@ void CloudCanvas::fit() {
 }
 
 void CloudCanvas::setOrthographic(bool on) {
+  if (on == m_camera.isOrthographic()) return;
   m_camera.setOrthographic(on);
+  Q_EMIT orthographicChanged();
   redraw();
 }
 
@@ -82,8 +83,8 @@ QRectF CloudCanvas::viewAt(QPointF at) const {
 
 QMatrix4x4 CloudCanvas::viewProjection() const {
   const QRectF view = viewAt({0, 0});
-  return m_camera.projectionMatrix(static_cast<float>(view.width() / std::max(1.0, view.height()))) *
-         m_camera.viewMatrix();
+  const OrbitCamera &camera = m_shown.serial > 0 ? m_shown.camera : m_camera;
+  return camera.projectionMatrix(static_cast<float>(view.width() / std::max(1.0, view.height()))) * camera.viewMatrix();
 }
 
 QPointF CloudCanvas::project(const QVector3D &place) const {
@@ -98,7 +99,7 @@ QMatrix4x4 CloudCanvas::pointMatrix(const QVector3D &place) const { return cubeM
 
 QVariantList CloudCanvas::labels() const {
   QVariantList labels;
-  if (!m_viewer || m_viewer->pointsShown() == 0 || !m_viewer->scene().grid || height() < 1) return labels;
+  if (!m_viewer || m_viewer->scene().canvases.empty() || !m_viewer->scene().grid || height() < 1) return labels;
   for (const GroundGrid::Label &label : groundGrid(m_viewer->scene().extent).labels) {
     const QPointF at = project(label.at);
     if (std::isnan(at.x()) || !viewAt({0, 0}).contains(at)) continue;
@@ -108,8 +109,8 @@ QVariantList CloudCanvas::labels() const {
 }
 
 void CloudCanvas::redraw() {
-  update();
-  Q_EMIT cameraChanged();
+  ++m_view;
+  orderPicture();
 }
 
 void CloudCanvas::setBand(const QRectF &band) {
@@ -120,7 +121,7 @@ void CloudCanvas::setBand(const QRectF &band) {
 std::optional<VertexPoint> CloudCanvas::pick(QPointF at) const {
   if (!m_viewer) return std::nullopt;
   const QRectF view = viewAt(at);
-  return pointUnder(m_viewer->cloud(), viewProjection(), view.size(), at - view.topLeft(), pickReach);
+  return m_viewer->pointUnder(viewProjection(), view.size(), at - view.topLeft(), pickReach);
 }
 
 void CloudCanvas::mousePressEvent(QMouseEvent *event) {
@@ -176,11 +177,6 @@ void CloudCanvas::wheelEvent(QWheelEvent *event) {
   m_camera.zoomAt(std::pow(zoomPerNotch, static_cast<float>(event->angleDelta().y()) / notch), at,
                   static_cast<float>(view.width() / view.height()));
   redraw();
-}
-
-void CloudCanvas::geometryChanged(const QRectF &now, const QRectF &before) {
-  QQuickFramebufferObject::geometryChanged(now, before);
-  Q_EMIT cameraChanged();
 }
 
 }  // namespace tarvo::skarnvisor::app

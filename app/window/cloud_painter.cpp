@@ -3,11 +3,10 @@
 #include <QFile>
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
-#include <QQuickWindow>
+#include <QOpenGLFunctions>
 #include <algorithm>
 
 #include "app/render/ground_grid.h"
-#include "app/window/cloud_canvas.h"
 #include "app/window/vertex_upload.h"
 #include "contracts/host/log.h"
 
@@ -22,12 +21,20 @@ constexpr GLenum pointSprite = 0x8861;
 /// Side that a point has in the scene, metres.
 constexpr float pointExtent = 0.06F;
 constexpr int rampTexels = 256;
+/// A few milliseconds of work.
+constexpr int softwarePartVertices = 50'000;
 
 /// The shaders are written for all of these; the profile decides which one the driver takes.
 QByteArray shaderHeader() {
   const QOpenGLContext *context = QOpenGLContext::currentContext();
   if (context->isOpenGLES()) return "#version 300 es\nprecision highp float;\nprecision highp int;\n";
   return context->format().profile() == QSurfaceFormat::CoreProfile ? "#version 330\n" : "#version 130\n";
+}
+
+bool drawsInSoftware() {
+  const auto *const name = QOpenGLContext::currentContext()->functions()->glGetString(GL_RENDERER);
+  const QByteArray renderer(reinterpret_cast<const char *>(name));
+  return renderer.contains("llvmpipe") || renderer.contains("softpipe") || renderer.contains("Software Rasterizer");
 }
 
 QByteArray shaderText(const QString &file, const QByteArray &defines) {
@@ -39,21 +46,18 @@ QByteArray shaderText(const QString &file, const QByteArray &defines) {
 
 }  // namespace
 
+CloudPainter::CloudPainter() {
+  initializeOpenGLFunctions();
+  if (drawsInSoftware()) m_partVertices = softwarePartVertices;
+  m_attributeProgram = makeProgram("cloud", {});
+  m_velocityProgram = makeProgram("cloud", "#define VELOCITY_WORDS\n");
+  m_gridProgram = makeProgram("grid", {});
+  m_vertexArray.create();
+  m_gridBuffer.create();
+}
+
 CloudPainter::~CloudPainter() {
   for (Held &held : m_held) held.buffer.destroy();
-}
-
-QOpenGLFramebufferObject *CloudPainter::createFramebufferObject(const QSize &size) {
-  QOpenGLFramebufferObjectFormat format;
-  format.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
-  return new QOpenGLFramebufferObject(size, format);
-}
-
-void CloudPainter::synchronize(QQuickFramebufferObject *item) {
-  const auto *canvas = static_cast<CloudCanvas *>(item);
-  m_window = item->window();
-  m_camera = canvas->camera();
-  if (canvas->viewer() != nullptr) m_scene = canvas->viewer()->scene();
 }
 
 std::unique_ptr<QOpenGLShaderProgram> CloudPainter::makeProgram(const char *name, const QByteArray &defines) const {
@@ -66,34 +70,29 @@ std::unique_ptr<QOpenGLShaderProgram> CloudPainter::makeProgram(const char *name
   return program;
 }
 
-void CloudPainter::prepare() {
-  m_prepared = true;
-  initializeOpenGLFunctions();
-  m_attributeProgram = makeProgram("cloud", {});
-  m_velocityProgram = makeProgram("cloud", "#define VELOCITY_WORDS\n");
-  m_gridProgram = makeProgram("grid", {});
-  m_vertexArray.create();
-  m_gridBuffer.create();
-}
-
 /// One upload for each array whose bytes are new; the others stay where they are.
-void CloudPainter::uploadCanvases() {
-  const std::vector<CanvasVertices> &canvases = m_scene.canvases;
+void CloudPainter::uploadCanvases(const std::vector<CanvasVertices> &canvases, DrawnPicture &result) {
   for (std::size_t i = canvases.size(); i < m_held.size(); ++i) m_held[i].buffer.destroy();
   m_held.resize(canvases.size());
   for (std::size_t i = 0; i < canvases.size(); ++i) {
     Held &held = m_held[i];
-    if (held.serial == canvases[i].serial) continue;
+    const CanvasVertices &canvas = canvases[i];
+    if (held.serial == canvas.serial) continue;
+    if (canvas.bytes.isEmpty() && canvas.count > 0) {
+      result.lacksVertices = true;
+      continue;
+    }
     if (!held.buffer.isCreated()) held.buffer.create();
-    held.serial = canvases[i].serial;
-    held.count = uploadVertices(held.buffer, canvases[i].bytes);
+    held.serial = canvas.serial;
+    held.count = uploadVertices(held.buffer, canvas.bytes);
+    result.uploaded = std::max(result.uploaded, canvas.serial);
   }
 }
 
-void CloudPainter::uploadGrid() {
-  if (m_extentSerial == m_scene.extentSerial) return;
-  m_extentSerial = m_scene.extentSerial;
-  const GroundGrid grid = groundGrid(m_scene.extent);
+void CloudPainter::uploadGrid(const CanvasScene &scene) {
+  if (m_extentSerial == scene.extentSerial) return;
+  m_extentSerial = scene.extentSerial;
+  const GroundGrid grid = groundGrid(scene.extent);
   m_gridVertexCount = static_cast<int>(grid.segments.size() * 2);
   static_assert(sizeof(GroundGrid::Segment) == 6 * sizeof(float));
   m_gridBuffer.bind();
@@ -116,15 +115,17 @@ void CloudPainter::uploadRamp(RampTexture &held, const ColorRamp &ramp) {
   held.texture->setWrapMode(QOpenGLTexture::ClampToEdge);
 }
 
-void CloudPainter::render() {
-  if (!m_prepared) prepare();
-  uploadCanvases();
-  uploadGrid();
-  uploadRamp(m_ramps[0], m_scene.main.ramp);
-  uploadRamp(m_ramps[1], m_scene.side.ramp);
+DrawnPicture CloudPainter::paint(const PictureOrder &order, QOpenGLFramebufferObject &target, const GoesOn &goesOn) {
+  const CanvasScene &scene = order.scene;
+  DrawnPicture result{order.serial, order.view, order.camera, 0, false};
+  uploadCanvases(scene.canvases, result);
+  uploadGrid(scene);
+  uploadRamp(m_ramps[0], scene.main.ramp);
+  uploadRamp(m_ramps[1], scene.side.ramp);
 
-  const QSize size = framebufferObject()->size();
-  const QColor &background = m_scene.background;
+  target.bind();
+  const QSize size = target.size();
+  const QColor &background = scene.background;
   glClearColor(static_cast<float>(background.redF()), static_cast<float>(background.greenF()),
                static_cast<float>(background.blueF()), 1);
   glClearDepthf(1);
@@ -133,29 +134,36 @@ void CloudPainter::render() {
   glEnable(GL_DEPTH_TEST);
   glDepthFunc(GL_LESS);
   glDisable(GL_BLEND);
-  if (m_scene.splitView) {
+  if (scene.splitView) {
     const int half = size.width() / 2;
-    drawView(QRect(0, 0, half, size.height()), m_scene.main, false);
-    drawView(QRect(half, 0, size.width() - half, size.height()), m_scene.side, true);
+    drawView(order, QRect(0, 0, half, size.height()), false, goesOn);
+    drawView(order, QRect(half, 0, size.width() - half, size.height()), true, goesOn);
   } else {
-    drawView(QRect(QPoint(0, 0), size), m_scene.main, false);
+    drawView(order, QRect(QPoint(0, 0), size), false, goesOn);
   }
-  if (m_window != nullptr) m_window->resetOpenGLState();
+  target.release();
+  return result;
 }
 
-void CloudPainter::drawView(const QRect &place, const ViewColors &colors, bool side) {
+void CloudPainter::drawView(const PictureOrder &order, const QRect &place, bool side, const GoesOn &goesOn) {
   glViewport(place.x(), place.y(), place.width(), place.height());
   const float aspect = static_cast<float>(place.width()) / static_cast<float>(std::max(1, place.height()));
-  const QMatrix4x4 matrix = m_camera.projectionMatrix(aspect) * m_camera.viewMatrix();
+  const QMatrix4x4 matrix = order.camera.projectionMatrix(aspect) * order.camera.viewMatrix();
   const QOpenGLVertexArrayObject::Binder binder(&m_vertexArray);
-  if (m_scene.grid && !m_held.empty()) drawGrid(matrix);
-  drawPoints(matrix, colors, m_camera.pixelsPerMetre(static_cast<float>(place.height())), side);
+  if (order.scene.grid && !m_held.empty()) drawGrid(matrix, order.scene.gridTint);
+  const ViewColors &colors = side ? order.scene.side : order.scene.main;
+  QOpenGLShaderProgram &program = colors.words == WordKind::Velocity ? *m_velocityProgram : *m_attributeProgram;
+  if (!program.isLinked()) return;
+  preparePoints(program, matrix, order, side, order.camera.pixelsPerMetre(static_cast<float>(place.height())));
+  drawPoints(program, goesOn);
+  m_ramps[side ? 1 : 0].texture->release(0);
+  program.release();
 }
 
-void CloudPainter::drawGrid(const QMatrix4x4 &matrix) {
+void CloudPainter::drawGrid(const QMatrix4x4 &matrix, const QColor &tint) {
   m_gridProgram->bind();
   m_gridProgram->setUniformValue("viewProjection", matrix);
-  m_gridProgram->setUniformValue("tint", m_scene.gridTint);
+  m_gridProgram->setUniformValue("tint", tint);
   m_gridBuffer.bind();
   m_gridProgram->enableAttributeArray("place");
   m_gridProgram->setAttributeBuffer("place", GL_FLOAT, 0, 3);
@@ -165,24 +173,40 @@ void CloudPainter::drawGrid(const QMatrix4x4 &matrix) {
   m_gridProgram->release();
 }
 
-void CloudPainter::drawPoints(const QMatrix4x4 &matrix, const ViewColors &colors, float pixelsPerMetre, bool side) {
-  QOpenGLShaderProgram &program = colors.words == WordKind::Velocity ? *m_velocityProgram : *m_attributeProgram;
-  if (!program.isLinked()) return;
+void CloudPainter::preparePoints(QOpenGLShaderProgram &program, const QMatrix4x4 &matrix, const PictureOrder &order,
+                                 bool side, float pixelsPerMetre) {
   if (!QOpenGLContext::currentContext()->isOpenGLES()) {
     glEnable(programPointSize);
     if (QOpenGLContext::currentContext()->format().profile() != QSurfaceFormat::CoreProfile) glEnable(pointSprite);
   }
+  const ViewColors &colors = side ? order.scene.side : order.scene.main;
   program.bind();
   program.setUniformValue("viewProjection", matrix);
-  program.setUniformValue("leastPixels", m_scene.pointPixels);
+  program.setUniformValue("leastPixels", order.scene.pointPixels * order.pixelRatio);
   program.setUniformValue("extentPixels", pointExtent * pixelsPerMetre);
   program.setUniformValue("range", colors.range.low, std::max(colors.range.high - colors.range.low, 1e-6F));
   program.setUniformValue("velocityLimit", velocityLimit);
   program.setUniformValue("highlight", QColor(highlightColor));
   program.setUniformValue("wordKind", static_cast<int>(colors.words));
   program.setUniformValue("ramp", 0);
-  QOpenGLTexture &ramp = *m_ramps[side ? 1 : 0].texture;
-  ramp.bind(0);
+  m_ramps[side ? 1 : 0].texture->bind(0);
+}
+
+/// One draw, where a graphics card does it. A renderer in software keeps every other context waiting until it is
+/// through with what it was last given, so it is given little at a time.
+bool CloudPainter::drawParts(int count, const GoesOn &goesOn) {
+  for (int first = 0; first < count;) {
+    const int part = std::min(m_partVertices, count - first);
+    glDrawArrays(GL_POINTS, first, part);
+    if (part < count) glFlush();
+    if (!goesOn()) return false;
+    first += part;
+  }
+  return true;
+}
+
+/// One draw for each array.
+void CloudPainter::drawPoints(const QOpenGLShaderProgram &program, const GoesOn &goesOn) {
   const char *const names[] = {"word0", "word1", "colorWord"};
   int locations[3];
   for (int i = 0; i < 3; ++i) {
@@ -197,14 +221,13 @@ void CloudPainter::drawPoints(const QMatrix4x4 &matrix, const ViewColors &colors
       glVertexAttribIPointer(static_cast<GLuint>(locations[i]), 1, GL_UNSIGNED_INT, static_cast<GLsizei>(vertexStride),
                              reinterpret_cast<const void *>(i * sizeof(std::uint32_t)));
     }
-    glDrawArrays(GL_POINTS, 0, held.count);
+    const bool finished = drawParts(held.count, goesOn);
     held.buffer.release();
+    if (!finished) break;
   }
   for (const int location : locations) {
     if (location >= 0) glDisableVertexAttribArray(static_cast<GLuint>(location));
   }
-  ramp.release(0);
-  program.release();
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -5,36 +5,40 @@
 #include <QOpenGLShaderProgram>
 #include <QOpenGLTexture>
 #include <QOpenGLVertexArrayObject>
-#include <QQuickFramebufferObject>
+#include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
-#include "app/render/camera.h"
 #include "app/window/canvas_scene.h"
 
-class QQuickWindow;
+class QOpenGLFramebufferObject;
 
 namespace tarvo::skarnvisor::app {
 
-/// Draws a CanvasScene on the render thread. The vertices go to the graphics card as they are, 12 bytes each; the
-/// vertex shader takes them apart.
-class CloudPainter : public QQuickFramebufferObject::Renderer, protected QOpenGLExtraFunctions {
+/// Draws pictures of a cloud with OpenGL. The vertices go to the graphics card as they are, 12 bytes each, once for
+/// each array that is new; the vertex shader takes them apart. Made, used and destroyed with one and the same OpenGL
+/// context current; what it changes of the context's state stays changed.
+class CloudPainter : protected QOpenGLExtraFunctions {
  public:
-  CloudPainter() = default;
-  ~CloudPainter() override;
+  CloudPainter();
+  ~CloudPainter();
 
-  QOpenGLFramebufferObject *createFramebufferObject(const QSize &size) override;
-  void synchronize(QQuickFramebufferObject *item) override;
-  void render() override;
+  /// Asked between parts of a picture; false abandons it.
+  using GoesOn = std::function<bool()>;
+  /// Draws into `target`; the commands may still be under way afterwards.
+  DrawnPicture paint(const PictureOrder &order, QOpenGLFramebufferObject &target, const GoesOn &goesOn);
 
  private:
-  void prepare();
   std::unique_ptr<QOpenGLShaderProgram> makeProgram(const char *name, const QByteArray &defines) const;
-  void uploadCanvases();
-  void uploadGrid();
-  void drawView(const QRect &place, const ViewColors &colors, bool side);
-  void drawGrid(const QMatrix4x4 &matrix);
-  void drawPoints(const QMatrix4x4 &matrix, const ViewColors &colors, float pixelsPerMetre, bool side);
+  void uploadCanvases(const std::vector<CanvasVertices> &canvases, DrawnPicture &result);
+  void uploadGrid(const CanvasScene &scene);
+  void drawView(const PictureOrder &order, const QRect &place, bool side, const GoesOn &goesOn);
+  void drawGrid(const QMatrix4x4 &matrix, const QColor &tint);
+  void preparePoints(QOpenGLShaderProgram &program, const QMatrix4x4 &matrix, const PictureOrder &order, bool side,
+                     float pixelsPerMetre);
+  void drawPoints(const QOpenGLShaderProgram &program, const GoesOn &goesOn);
+  bool drawParts(int count, const GoesOn &goesOn);
 
   /// What the graphics card holds of one vertex array.
   struct Held {
@@ -49,11 +53,6 @@ class CloudPainter : public QQuickFramebufferObject::Renderer, protected QOpenGL
   };
   static void uploadRamp(RampTexture &held, const ColorRamp &ramp);
 
-  CanvasScene m_scene;
-  OrbitCamera m_camera;
-  QQuickWindow *m_window = nullptr;
-  bool m_prepared = false;
-
   std::unique_ptr<QOpenGLShaderProgram> m_attributeProgram;  ///< glslType 0
   std::unique_ptr<QOpenGLShaderProgram> m_velocityProgram;   ///< glslType 1
   std::unique_ptr<QOpenGLShaderProgram> m_gridProgram;
@@ -63,6 +62,7 @@ class CloudPainter : public QQuickFramebufferObject::Renderer, protected QOpenGL
   RampTexture m_ramps[2];  ///< of the main and of the right view
   std::uint64_t m_extentSerial = ~std::uint64_t{0};
   int m_gridVertexCount = 0;
+  int m_partVertices = std::numeric_limits<int>::max();  ///< of one draw
 };
 
 }  // namespace tarvo::skarnvisor::app

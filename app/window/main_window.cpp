@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 
 #include "app/window/cloud_canvas.h"
+#include "app/window/frame_pacer.h"
 #include "app/window/overlay_picture.h"
 #include "app/window/theme.h"
 
@@ -39,6 +40,7 @@ MainWindow::MainWindow() {
   context.setContextProperty(QStringLiteral("logModel"), &m_log);
   m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));
   if (!m_engine.rootObjects().isEmpty()) m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+  if (m_window != nullptr) new FramePacer(*m_window);
 }
 
 MainWindow::~MainWindow() {
@@ -48,9 +50,13 @@ MainWindow::~MainWindow() {
 
 void MainWindow::setDark(bool dark) { QApplication::setPalette(themePalette(dark)); }
 
-bool MainWindow::saveShot(const QUrl &target) {
-  return m_window != nullptr && m_window->grabWindow().save(target.toLocalFile());
+QImage MainWindow::grab() {
+  if (m_window == nullptr) return {};
+  if (auto *canvas = m_window->findChild<CloudCanvas *>()) canvas->finishPicture();
+  return m_window->grabWindow();
 }
+
+bool MainWindow::saveShot(const QUrl &target) { return grab().save(target.toLocalFile()); }
 
 void MainWindow::copyText(const QString &text) { QApplication::clipboard()->setText(text); }
 

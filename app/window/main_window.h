@@ -23,6 +23,8 @@ class MainWindow : public QObject {
 
   /// The application's palette follows the window's theme.
   Q_INVOKABLE void setDark(bool dark);
+  /// The window with the newest picture of the cloud.
+  QImage grab();
   /// Saves the window as it looks; false if the file cannot be written.
   Q_INVOKABLE bool saveShot(const QUrl &target);
   Q_INVOKABLE void copyText(const QString &text);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include "app/render/picking.h"
 #include "app/window/overlay_picture.h"
 
 namespace tarvo::skarnvisor::app {
@@ -127,14 +128,37 @@ void Viewer::takePicture() {
       Q_EMIT sceneFound();
     }
   }
-  m_colors.measure(m_feed.cloud(), shown);
-  m_sideColors.measure(m_feed.cloud(), shown);
+  m_colors.measure(m_feed.sample(), shown);
+  m_sideColors.measure(m_feed.sample(), shown);
   m_statusText = m_session.view().status().simplified();
   Q_EMIT pictureChanged();
 }
 
+void Viewer::releaseVertices(std::uint64_t serial, bool lacks) {
+  m_feed.release(serial);
+  m_scene.canvases = m_feed.canvases();
+  if (lacks) readPicture();
+}
+
+std::optional<VertexPoint> Viewer::pointUnder(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at,
+                                              double reach) const {
+  const RenderView &view = m_session.view();
+  std::optional<VertexPoint> nearest;
+  float nearestDepth = 0;
+  // One array after the other: a deep stack's vertices take much memory.
+  for (int i = 0; i < view.canvasCount(); ++i) {
+    const auto found = app::pointUnder(VertexCloud({view.canvas(i)}), viewProjection, size, at, reach);
+    if (!found) continue;
+    const float depth = viewProjection.map(QVector3D(found->x, found->y, found->z)).z();
+    if (nearest && depth >= nearestDepth) continue;
+    nearest = found;
+    nearestDepth = depth;
+  }
+  return nearest;
+}
+
 void Viewer::measureScene() {
-  m_scene.extent = sceneExtent(m_feed.cloud());
+  m_scene.extent = sceneExtent(m_feed.sample());
   ++m_scene.extentSerial;
   Q_EMIT lookChanged();
 }

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <optional>
 
 #include "app/session/capture_session.h"
 #include "app/window/canvas_feed.h"
@@ -81,7 +82,12 @@ class Viewer : public QObject {
   Q_INVOKABLE void record(bool on);
 
   const CanvasScene &scene() const { return m_scene; }
-  VertexCloud cloud() const { return m_feed.cloud(); }
+  /// Copies of all vertices that are shown.
+  VertexCloud cloud() const { return m_session.view().cloud(); }
+  /// The shown point under a place of a picture of that size, pixels, within `reach` of it.
+  std::optional<VertexPoint> pointUnder(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at, double reach) const;
+  /// The graphics card has the vertices up to this serial; `lacks`: it has lost others.
+  void releaseVertices(std::uint64_t serial, bool lacks);
   Preferences &preferences() { return m_preferences; }
   Jobs &jobs() { return m_jobs; }
   QImage overlay() const { return m_overlay; }

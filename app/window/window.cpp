@@ -18,7 +18,7 @@ int runWindow(const WindowOptions &options) {
   }
   Viewer &viewer = main.viewer();
   std::unique_ptr<WindowShot> shot;
-  if (!options.shotFile.isEmpty()) shot = std::make_unique<WindowShot>(viewer, *main.window(), options.shotFile);
+  if (!options.shotFile.isEmpty()) shot = std::make_unique<WindowShot>(main, options.shotFile);
   QTimer::singleShot(0, &viewer, [&viewer, &options] {
     viewer.start(options.pluginPath);
     if (!options.capture.isEmpty() && viewer.error().isEmpty()) viewer.open(options.capture);

@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <cstdio>
 
-#include "app/window/viewer.h"
+#include "app/window/main_window.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -15,11 +15,11 @@ constexpr int settlingSwaps = 4;
 
 }  // namespace
 
-WindowShot::WindowShot(Viewer &viewer, QQuickWindow &window, QString file)
-    : m_viewer(viewer), m_window(window), m_file(std::move(file)) {
+WindowShot::WindowShot(MainWindow &main, QString file)
+    : m_main(main), m_viewer(main.viewer()), m_window(*main.window()), m_file(std::move(file)) {
   // The render thread announces the swaps.
-  connect(&window, &QQuickWindow::frameSwapped, this, &WindowShot::countSwap, Qt::QueuedConnection);
-  connect(&viewer, &Viewer::errorChanged, this, [this] {
+  connect(&m_window, &QQuickWindow::frameSwapped, this, &WindowShot::countSwap, Qt::QueuedConnection);
+  connect(&m_viewer, &Viewer::errorChanged, this, [this] {
     if (!m_viewer.error().isEmpty()) finish(m_viewer.error());
   });
   QTimer::singleShot(limitMs, this, [this] { finish(QStringLiteral("no frame was shown in time")); });
@@ -31,7 +31,7 @@ void WindowShot::countSwap() {
     m_window.update();
     return;
   }
-  const bool saved = m_window.grabWindow().save(m_file);
+  const bool saved = m_main.grab().save(m_file);
   finish(saved ? QString() : QStringLiteral("%1 could not be written").arg(m_file));
 }
 

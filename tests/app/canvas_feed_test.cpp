@@ -70,7 +70,7 @@ TEST(CanvasFeed, ASlotOfAnotherSizeAndAStackOfAnotherDepthAreReadAnew) {
   stack.slots = 1;
   feed.readFrame(view);
   EXPECT_EQ(feed.canvases().size(), 1U);
-  EXPECT_EQ(feed.cloud().size(), 1U);
+  EXPECT_EQ(feed.sample().size(), 1U);
 }
 
 TEST(Picking, ABandHoldsWhatIsDrawnInItAndNothingBehindTheEye) {

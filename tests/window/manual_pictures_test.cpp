@@ -42,7 +42,7 @@ class ManualPictures : public WindowTest {
   void save(const QString &name) {
     // What follows the last change by a turn or two: tool tips aside, the tables and labels.
     QTest::qWait(400);
-    const QImage shot = window()->grabWindow().scaledToWidth(880, Qt::SmoothTransformation);
+    const QImage shot = m_main->grab().scaledToWidth(880, Qt::SmoothTransformation);
     EXPECT_TRUE(inFewColours(shot).save(folder() + "/" + name + ".png", "PNG", 0));
   }
 };

@@ -38,7 +38,7 @@ class WindowTest : public testing::Test {
     if (HasFailure() && m_main) {
       const QString file = QString::fromLatin1(testing::UnitTest::GetInstance()->current_test_info()->name()) + ".png";
       const QString kept = QDir::tempPath() + QStringLiteral("/skarnvisor-window-") + file;
-      m_main->window()->grabWindow().save(kept);
+      m_main->grab().save(kept);
       std::printf("the window as it was: %s\n", qPrintable(kept));
     }
     m_main.reset();
@@ -115,7 +115,7 @@ class WindowTest : public testing::Test {
   /// The canvas as it is drawn now.
   QImage picture() {
     const QPointF corner = canvas().mapToScene({0, 0});
-    const QImage all = window()->grabWindow();
+    const QImage all = m_main->grab();
     return all.copy(QRect(corner.toPoint(), QSizeF(canvas().width(), canvas().height()).toSize()));
   }
 

@@ -64,7 +64,12 @@ class WindowTest : public testing::Test {
 
   app::Viewer &viewer() { return m_main->viewer(); }
   QQuickWindow *window() { return m_main->window(); }
-  app::CloudCanvas &canvas() { return *qobject_cast<app::CloudCanvas *>(item("canvas")); }
+  /// The canvas with the picture of the present scene on it: what is clicked and measured is what is seen.
+  app::CloudCanvas &canvas() {
+    auto &canvas = *qobject_cast<app::CloudCanvas *>(item("canvas"));
+    canvas.finishPicture();
+    return canvas;
+  }
   QVariant root(const char *property) { return window()->property(property); }
   Timeline &timeline() { return *static_cast<Timeline *>(viewer().timeline()); }
   int lastFrame() { return timeline().frameCount() - 1; }

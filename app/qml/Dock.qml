@@ -38,7 +38,7 @@ Rectangle {
             Section { title: "Colours and scales"; name: "colors"; open: true; shown: dock.buffer !== null; content: ColorPanel {} }
             Section { title: "Point filter"; name: "filter"; keeps: true; shown: dock.has("filterModel"); content: FilterPanel {} }
             Section { title: "Echoes"; name: "echoes"; keeps: true; shown: dock.has("echoModel") && dock.buffer.echoModel.echoTitles.length > 1; content: EchoPanel {} }
-            Section { title: "Channels"; name: "channels"; shown: dock.buffer !== null && typeof dock.buffer.setDisplayedFlag === "function"; content: ChannelPanel {} }
+            Section { title: "Channels"; name: "channels"; keeps: true; shown: dock.buffer !== null && typeof dock.buffer.setDisplayedFlag === "function"; content: ChannelPanel {} }
             Section {
                 title: "Device monitor"
                 name: "monitor"

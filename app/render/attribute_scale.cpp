@@ -12,7 +12,7 @@ struct Row {
   const char *unit;
 };
 
-constexpr std::array<Row, 13> rows{{
+constexpr std::array<Row, 29> rows{{
     {"timestamp", 1e3, 0, "ms"},
     {"azimuth", 360, 0, "°"},
     {"azimuthCalib", 360, 0, "°"},
@@ -26,6 +26,22 @@ constexpr std::array<Row, 13> rows{{
     {"RawIntensity", 256, 0, ""},
     {"EnvLight", 256, 0, ""},
     {"confidence", 256, 0, ""},
+    {"WeightFactor", 256, 0, ""},
+    {"Field", 4, 0, ""},
+    {"AziState", 256, 0, ""},
+    {"DirtyDegree", 4, 0, ""},
+    {"TurnIndex", 16, 0, ""},
+    {"PointId", 65536, 0, ""},
+    {"GlareInD", 16, 0, ""},
+    {"RainTag", 4, 0, ""},
+    {"DirtyLevel", 4, 0, ""},
+    {"NoiseLevel", 64, 0, ""},
+    {"Peak", 256, 0, ""},
+    {"Background", 256, 0, ""},
+    {"QswConfidence", 256, 0, ""},
+    {"confidence4567", 16, 0, ""},
+    {"confidence01234", 32, 0, ""},
+    {"confidence012345", 64, 0, ""},
 }};
 
 }  // namespace

@@ -81,9 +81,12 @@ void ColorScale::fit() {
   Q_EMIT fitRequested();
 }
 
+QString ColorScale::unit() const {
+  return m_colors.words == WordKind::Velocity ? QStringLiteral("m/s") : attributeScale(title()).unit;
+}
+
 QString ColorScale::legendTitle() const {
-  const QString unit = m_colors.words == WordKind::Velocity ? QStringLiteral("m/s") : attributeScale(title()).unit;
-  return unit.isEmpty() ? title() : QStringLiteral("%1, %2").arg(title(), unit);
+  return unit().isEmpty() ? title() : QStringLiteral("%1, %2").arg(title(), unit());
 }
 
 QStringList ColorScale::legendTicks() const {

@@ -22,6 +22,8 @@ class ColorScale : public QObject {
   /// Ends of the range in the attribute's own unit.
   Q_PROPERTY(double low READ low WRITE setLow NOTIFY changed)
   Q_PROPERTY(double high READ high WRITE setHigh NOTIFY changed)
+  /// Of the ends; empty where the attribute has none.
+  Q_PROPERTY(QString unit READ unit NOTIFY changed)
   /// The colour words hold an attribute whose range the user can choose.
   Q_PROPERTY(bool ranged READ isRanged NOTIFY changed)
   Q_PROPERTY(bool rgb READ isRgb NOTIFY changed)
@@ -35,8 +37,6 @@ class ColorScale : public QObject {
 
   /// A new buffer, or none.
   void takeUp(const RenderView &view);
-  /// The modes or their list changed in the buffer.
-  void refresh();
   /// New vertices: measures the range if that is due.
   void measure(const VertexCloud &cloud, bool shown);
   const ViewColors &colors() const { return m_colors; }
@@ -52,6 +52,7 @@ class ColorScale : public QObject {
   void setLow(double value);
   double high() const;
   void setHigh(double value);
+  QString unit() const;
   bool isRanged() const { return m_colors.words == WordKind::LowHalf || m_colors.words == WordKind::HighHalf; }
   bool isRgb() const { return m_colors.words == WordKind::Rgb; }
   QString legendTitle() const;
@@ -59,6 +60,10 @@ class ColorScale : public QObject {
   QVariantList legendColors() const;
   /// Spreads the ramp over what the picture holds now.
   Q_INVOKABLE void fit();
+
+ public Q_SLOTS:
+  /// The modes or their list changed in the buffer.
+  void refresh();
 
  Q_SIGNALS:
   void changed();

@@ -36,6 +36,7 @@ MainWindow::MainWindow() {
   context.setContextProperty(QStringLiteral("app"), this);
   context.setContextProperty(QStringLiteral("viewer"), &m_viewer);
   context.setContextProperty(QStringLiteral("jobs"), &m_viewer.jobs());
+  context.setContextProperty(QStringLiteral("tableRows"), &m_viewer.tableRows());
   context.setContextProperty(QStringLiteral("prefs"), &m_viewer.preferences());
   context.setContextProperty(QStringLiteral("logModel"), &m_log);
   m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));

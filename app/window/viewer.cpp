@@ -69,8 +69,9 @@ void Viewer::takeUpCapture() {
   if (QObject *buffer = this->buffer()) {
     connect(buffer, SIGNAL(colorModeTitlesChanged()), this, SIGNAL(colorTitlesChanged()), Qt::QueuedConnection);
     for (ColorScale *scale : {&m_colors, &m_sideColors}) {
-      connect(buffer, SIGNAL(colorModeTitlesChanged()), scale, SIGNAL(changed()), Qt::QueuedConnection);
-      connect(buffer, SIGNAL(colorModeChanged()), scale, SIGNAL(changed()), Qt::QueuedConnection);
+      connect(buffer, SIGNAL(colorModeTitlesChanged()), scale, SLOT(refresh()), Qt::QueuedConnection);
+      connect(buffer, SIGNAL(colorModeChanged()), scale, SLOT(refresh()), Qt::QueuedConnection);
+      connect(buffer, SIGNAL(colorModeSplitWindowChanged()), scale, SLOT(refresh()), Qt::QueuedConnection);
     }
     if (buffer->metaObject()->indexOfSignal("rgbOverlayVertexChanged()") >= 0)
       connect(buffer, SIGNAL(rgbOverlayVertexChanged()), this, SLOT(readOverlay()), Qt::QueuedConnection);
@@ -85,6 +86,7 @@ void Viewer::takeUpCapture() {
 
 void Viewer::drop() {
   m_jobs.stop();
+  m_tableRows.stop();
   m_feed.clear();
   m_scene.canvases.clear();
   m_statusText.clear();

@@ -15,6 +15,7 @@
 #include "app/window/color_scale.h"
 #include "app/window/jobs.h"
 #include "app/window/preferences.h"
+#include "app/window/table_rows.h"
 
 namespace tarvo::skarnvisor::app {
 
@@ -90,6 +91,7 @@ class Viewer : public QObject {
   void releaseVertices(std::uint64_t serial, bool lacks);
   Preferences &preferences() { return m_preferences; }
   Jobs &jobs() { return m_jobs; }
+  TableRows &tableRows() { return m_tableRows; }
   QImage overlay() const { return m_overlay; }
 
   QObject *timeline() { return &m_session.timeline(); }
@@ -182,6 +184,7 @@ class Viewer : public QObject {
   double m_pictureRate = 0;
   /// These end first: closing the capture still reaches the fields above.
   Jobs m_jobs;
+  TableRows m_tableRows;
   CaptureSession m_session;
 };
 

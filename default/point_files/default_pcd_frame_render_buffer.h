@@ -120,6 +120,8 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   /// when a file could not be read.
   Q_INVOKABLE bool saveToData(QUrl folder);
   Q_INVOKABLE void detailDataUpdata();
+  /// Lists and sorts the rows of the point table anew. Any thread.
+  Q_INVOKABLE void refreshSelectionDisplay();
   Q_INVOKABLE int glslType() const { return 0; }
   Q_INVOKABLE void updateMask(int mask);
   /// Writes the points of one file to another, whose suffix names the format: .bin, .pcd or .csv. Works on its own, on

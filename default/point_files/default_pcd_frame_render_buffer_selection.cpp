@@ -90,6 +90,11 @@ void DefaultPcdFrameRenderBuffer::refreshSelection() {
   m_spreadSheetModel->setRowCount(static_cast<int>(listed));
 }
 
+void DefaultPcdFrameRenderBuffer::refreshSelectionDisplay() {
+  refreshSelection();
+  Q_EMIT spreadSheetModelChanged();
+}
+
 void DefaultPcdFrameRenderBuffer::setSelectEnabled(bool enabled) {
   m_settings.selectEnabled = enabled;
   Q_EMIT renderStateChanged();

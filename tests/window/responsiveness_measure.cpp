@@ -107,5 +107,31 @@ TEST_F(Responsiveness, OfFramesOfAMillionPoints) {
   turns.print("playing while settings change");
 }
 
+TEST_F(Responsiveness, OfATableOfAMillionRows) {
+  QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                    {"--channels", "256", "--columns", "7812", "--frames", "2", "--out", "table.pcap"});
+  viewer().open("table.pcap");
+  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 1; }));
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, true));
+  TurnClock turns;
+  ASSERT_NO_FATAL_FAILURE(click("allPoints"));
+  play(2000, [](int) {});
+  std::printf("%s\n", qPrintable(textOf("rowCountText")));
+  turns.print("listing all points");
+  auto *const panel = window()->findChild<QObject *>("spreadsheet");
+  for (int round = 0; round < 3; ++round) {
+    QElapsedTimer held;
+    held.start();
+    QMetaObject::invokeMethod(panel, "sortBy", Q_ARG(QVariant, 5));
+    std::printf("sort %d: the call itself took %.1f ms\n", round, static_cast<double>(held.nsecsElapsed()) / 1e6);
+    play(1500, [](int) {});
+  }
+  turns.print("sorting three times");
+  QQuickItem *const table = item("pointTable");
+  play(seconds() * 1000, [table](int turn) { table->setProperty("contentY", 1e4 + turn * 1234.5 * 22); });
+  turns.print("jumping through the table");
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, false));
+}
+
 }  // namespace
 }  // namespace tarvo::skarnvisor::test

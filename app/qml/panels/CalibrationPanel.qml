@@ -69,6 +69,5 @@ Column {
         }
         Check { visible: panel.buffer && panel.buffer.reflectanceMappingFlag || false; text: "Intensity mapping"; checked: panel.buffer && panel.buffer.intensityMapFlag || false; onToggled: panel.buffer.intensityMapping(checked) }
         Check { visible: panel.buffer && panel.buffer.dirtyMappingReflectanceUsefulFlag || false; text: "Dirt into reflectance"; onToggled: panel.buffer.setDirtyMappingReflectanceFlag(checked) }
-        Check { visible: panel.buffer && panel.buffer.useBlindChannels || false; text: "Hide blind channels"; checked: true; onToggled: panel.buffer.setBlindChannelsCheck(checked) }
     }
 }

@@ -3,21 +3,20 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "../parts"
 
-// One row a channel: a check to show it, its number and angles. A click marks a row, Shift marks up to it, Ctrl adds
-// one; the checks of marked rows go together.
+// Which channels are shown: all, none, some by number, or one by one in the table.
 Column {
     id: panel
     readonly property var buffer: viewer.buffer
     readonly property var channels: buffer ? buffer.channelModel : null
-    property int anchor: -1
-    property int rowCount: channels ? channels.rowCount() : 0
-    Connections { target: panel.channels; ignoreUnknownSignals: true; function onModelReset() { panel.rowCount = panel.channels.rowCount() } }
-    spacing: 4
+    // Both follow the model's states.
+    readonly property var shownRows: (table.serial, table.model ? table.all().filter(table.isShown) : [])
+    readonly property string shownText: rangesOf(shownRows)
+    spacing: 6
     topPadding: 6
 
     // The first frame with corrections brings the angles; no signal tells of it while the number of channels stays.
     property string angles: ""
-    onBufferChanged: angles = ""
+    onBufferChanged: { angles = ""; blind.checked = true }
     Connections {
         target: panel.buffer
         ignoreUnknownSignals: true
@@ -32,73 +31,85 @@ Column {
 
     function setShown(rows, shown) {
         rows.forEach(function (row, i) { buffer.setDisplayedFlag(row, shown, i === rows.length - 1) })
+        // A frame without a visible point leaves the picture as it is.
+        if (shownRows.length === 0 && !shown) viewer.tell("All channels are off: the picture stays until one is on")
     }
-    function all() {
-        var rows = []
-        for (var row = 0; row < channels.rowCount(); ++row) rows.push(row)
-        return rows
+    /// Rows by channel numbers as "1-16, 20"; null for what is no such text or names no channel.
+    function rowsOf(text) {
+        var named = {}
+        var parts = text.split(",")
+        for (var i = 0; i < parts.length; ++i) {
+            var ends = /^\s*(\d+)\s*(?:-\s*(\d+)\s*)?$/.exec(parts[i])
+            if (!ends) return null
+            var a = Number(ends[1]), b = ends[2] === undefined ? a : Number(ends[2])
+            for (var channel = Math.max(1, Math.min(a, b)); channel <= Math.min(table.rowCount, Math.max(a, b)); ++channel) named[channel - 1] = true
+        }
+        var rows = Object.keys(named).map(Number)
+        return rows.length > 0 ? rows : null
     }
-    function marked(row) {
-        var flags = channels.selectRows()
-        var rows = all().filter(function (each) { return flags[each] })
-        return rows.indexOf(row) >= 0 ? rows : [row]
+    function rangesOf(rows) {
+        var ranges = []
+        for (var i = 0; i < rows.length; ++i) {
+            var from = i
+            while (i + 1 < rows.length && rows[i + 1] === rows[i] + 1) ++i
+            ranges.push(i === from ? rows[i] + 1 : (rows[from] + 1) + "-" + (rows[i] + 1))
+        }
+        return ranges.join(", ")
     }
-    function mark(row, modifiers) {
-        if (modifiers & Qt.ControlModifier) channels.setSelectRange(row)
-        else if ((modifiers & Qt.ShiftModifier) && anchor >= 0) channels.setSelectRange(anchor, row)
-        else channels.setSelectRange(-1, row)
-        if (!(modifiers & Qt.ShiftModifier)) anchor = row
-        channels.refresh()
+    function showOnly(rows) {
+        table.all().forEach(function (row) { buffer.setDisplayedFlag(row, false, false) })
+        setShown(rows, true)
     }
 
     RowLayout {
         width: parent.width
-        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; onClicked: panel.setShown(panel.all(), true) }
-        PushButton {
-            objectName: "noChannels"
-            text: "None"
-            tip: "Hide all channels"
-            onClicked: {
-                panel.setShown(panel.all(), false)
-                // A frame without a visible point leaves the picture as it is.
-                viewer.tell("All channels are off: the picture stays until one is on")
-            }
-        }
+        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; Layout.preferredWidth: 60; onClicked: panel.setShown(table.all(), true) }
+        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; Layout.preferredWidth: 60; onClicked: panel.setShown(table.all(), false) }
         Item { Layout.fillWidth: true }
-        Label { text: panel.rowCount + " channels"; color: theme.faint; font.pixelSize: 12 }
+        Label { objectName: "channelCount"; text: panel.shownRows.length + " of " + table.rowCount + " shown"; color: theme.faint; font.pixelSize: 12 }
     }
-    Table {
+    RowLayout {
+        width: parent.width
+        Label { text: "Only"; font.pixelSize: 12 }
+        TextField {
+            id: ranges
+            objectName: "channelRanges"
+            property bool wrong: false
+            Layout.fillWidth: true
+            implicitHeight: 26
+            font.pixelSize: 12
+            topPadding: 3
+            bottomPadding: 3
+            selectByMouse: true
+            placeholderText: "none"
+            text: panel.shownText
+            Accessible.name: "Channels to show, as 1-16, 20"
+            ToolTip.visible: hovered
+            ToolTip.delay: 600
+            ToolTip.text: "Channels to show, as 1-16, 20"
+            background: Rectangle { color: theme.field; radius: 3; border.color: ranges.wrong ? "#e0555f" : ranges.activeFocus ? theme.accent : theme.edge }
+            function restore() { wrong = false; text = Qt.binding(function () { return panel.shownText }) }
+            onTextEdited: wrong = false
+            onAccepted: {
+                var rows = panel.rowsOf(text)
+                wrong = rows === null
+                if (wrong) return
+                panel.showOnly(rows)
+                restore()
+                focusHome.forceActiveFocus()
+            }
+            Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
+            onActiveFocusChanged: if (activeFocus) selectAll(); else restore()
+        }
+    }
+    Note { visible: ranges.wrong; text: "Write channels as 1-16, 20, up to " + table.rowCount + "." }
+    ChannelTable {
         id: table
         objectName: "channelTable"
         width: parent.width
         height: 260
         model: panel.channels
-        heads: panel.channels ? panel.channels.headerData : []
-        widths: [34, 56, 96, 96]
-        cell: Rectangle {
-            // A check box has a "display" of its own.
-            readonly property var value: display
-            implicitWidth: 60
-            implicitHeight: 22
-            color: background ? theme.accent : row % 2 ? theme.row : theme.field
-            MouseArea { anchors.fill: parent; onClicked: panel.mark(row, mouse.modifiers) }
-            Check {
-                objectName: column === 0 ? "channel-" + (row + 1) : ""
-                visible: column === 0
-                anchors.centerIn: parent
-                focusPolicy: Qt.NoFocus
-                tip: "Channel " + (row + 1)
-                checked: column === 0 && Boolean(value)
-                onClicked: panel.setShown(panel.marked(row), checked)
-            }
-            Label {
-                visible: column > 0
-                anchors { fill: parent; leftMargin: 6 }
-                verticalAlignment: Text.AlignVCenter
-                font.pixelSize: 12
-                color: background ? "white" : theme.text
-                text: column < 2 ? value : Number(value).toFixed(3) + "\u00b0"
-            }
-        }
+        onShowAsked: panel.setShown(rows, shown)
     }
+    Check { id: blind; objectName: "blindChannels"; visible: panel.buffer !== null && Boolean(panel.buffer.useBlindChannels); text: "Hide blind channels"; tip: "Leave out channels that measure nothing"; checked: true; onToggled: panel.buffer.setBlindChannelsCheck(checked) }
 }

@@ -3,23 +3,27 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "../parts"
 
-// Colour mode, ramp and range of one or both views, and the scale of a colour camera.
+// Colour mode, ramp and range of one or both views, and the scales that only some lidars have.
 Column {
     id: panel
     readonly property var buffer: viewer.buffer
     spacing: 8
     topPadding: 6
+    // Both kinds of buffer take a mask and tell nothing of it; a new one begins with all bits.
+    onBufferChanged: mask.shown = 0xffff
 
-    ScaleEditor { scale: viewer.colors; title: viewer.splitView ? "Left view" : "" }
-    ScaleEditor { visible: viewer.splitView; scale: viewer.sideColors; title: "Right view" }
+    ScaleEditor { objectName: "mainScale"; scale: viewer.colors; title: viewer.splitView ? "Left view" : "" }
+    ScaleEditor { objectName: "sideScale"; visible: viewer.splitView; scale: viewer.sideColors; title: "Right view" }
+    CameraScale { visible: viewer.colors.rgb && panel.buffer !== null && panel.buffer.rgbMin !== undefined; width: parent.width; buffer: panel.buffer }
+    AreaScale { visible: panel.buffer !== null && Boolean(panel.buffer.areaRemapFlag); width: parent.width; buffer: panel.buffer }
 
     Flow {
         width: parent.width
         spacing: 8
         Check { objectName: "splitCheck"; text: "Two views"; tip: "Two views of one frame, each with a colour mode of its own"; checked: viewer.splitView; onToggled: viewer.splitView = checked }
-        Check { text: "Range rings"; checked: viewer.gridVisible; onToggled: { viewer.gridVisible = checked; prefs.setValue("grid", checked) } }
-        Check { text: "Legend"; checked: window.legendShown; onToggled: { window.legendShown = checked; prefs.setValue("legend", checked) } }
-        Check { text: "Frame rate and points"; checked: window.statsShown; onToggled: { window.statsShown = checked; prefs.setValue("stats", checked) } }
+        Check { text: "Range rings"; tip: "Circles around the lidar, with their distance"; checked: viewer.gridVisible; onToggled: { viewer.gridVisible = checked; prefs.setValue("grid", checked) } }
+        Check { text: "Legend"; tip: "The ramp with its values, on the canvas"; checked: window.legendShown; onToggled: { window.legendShown = checked; prefs.setValue("legend", checked) } }
+        Check { text: "Frame rate and points"; tip: "Pictures a second and the number of points, on the canvas"; checked: window.statsShown; onToggled: { window.statsShown = checked; prefs.setValue("stats", checked) } }
     }
     RowLayout {
         width: parent.width
@@ -34,22 +38,37 @@ Column {
         }
         Label { text: viewer.pointSize.toFixed(1) + " px"; font.pixelSize: 12; Layout.preferredWidth: 40 }
     }
-
-    // A colour camera has a scale of its own.
-    GridLayout {
-        visible: viewer.colors.rgb && panel.buffer !== null && panel.buffer.rgbMin !== undefined
+    RowLayout {
         width: parent.width
-        columns: 3
-        Label { text: "Camera"; font.bold: true; font.pixelSize: 12; Layout.columnSpan: 3 }
-        Label { text: "Levels"; font.pixelSize: 12 }
-        NumberField { label: "Dark end of the camera's levels"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbMin || 0; onEntered: panel.buffer.rgbMin = value }
-        NumberField { label: "Bright end of the camera's levels"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbMax || 0; onEntered: panel.buffer.rgbMax = value }
-        Check { text: "Automatic, %"; checked: panel.buffer && panel.buffer.rgbAutoScale || false; onToggled: panel.buffer.rgbAutoScale = checked }
-        NumberField { label: "Share that may be darker, per cent"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbAutoScaleLowPercent || 0; onEntered: panel.buffer.rgbAutoScaleLowPercent = value }
-        NumberField { label: "Share that may not be brighter, per cent"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbAutoScaleHighPercent || 0; onEntered: panel.buffer.rgbAutoScaleHighPercent = value }
-        Label { visible: longFocus.visible; text: "Long focus"; font.pixelSize: 12 }
-        NumberField { id: longFocus; visible: panel.buffer && panel.buffer.rgbDualFocusScaleFlag || false; label: "Dark end, long focus"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbMinLong || 0; onEntered: panel.buffer.rgbMinLong = value }
-        NumberField { visible: longFocus.visible; label: "Bright end, long focus"; Layout.fillWidth: true; decimals: 1; number: panel.buffer && panel.buffer.rgbMaxLong || 0; onEntered: panel.buffer.rgbMaxLong = value }
-        Check { visible: longFocus.visible; text: "Automatic, long"; Layout.columnSpan: 3; checked: panel.buffer && panel.buffer.rgbAutoScaleLong || false; onToggled: panel.buffer.rgbAutoScaleLong = checked }
+        visible: panel.buffer !== null && typeof panel.buffer.updateMask === "function"
+        Label { text: "Bit mask"; font.pixelSize: 12; Layout.fillWidth: true }
+        Label { text: "0x"; font.pixelSize: 12; color: theme.faint }
+        TextField {
+            id: mask
+            property int shown: 0xffff
+            objectName: "bitMask"
+            implicitWidth: 64
+            implicitHeight: 26
+            font.pixelSize: 12
+            topPadding: 3
+            bottomPadding: 3
+            selectByMouse: true
+            text: shown.toString(16)
+            maximumLength: 4
+            validator: RegExpValidator { regExp: /[0-9a-fA-F]{1,4}/ }
+            background: Rectangle { color: theme.field; radius: 3; border.color: mask.activeFocus ? theme.accent : theme.edge }
+            Accessible.name: "Bits of whole-number attributes that are coloured, hexadecimal"
+            ToolTip.visible: hovered
+            ToolTip.delay: 600
+            ToolTip.text: "Colour whole-number attributes by these bits only"
+            function restore() { text = Qt.binding(function () { return shown.toString(16) }) }
+            onEditingFinished: {
+                var value = parseInt(text, 16)
+                if (value !== shown) { shown = value; panel.buffer.updateMask(value) }
+                restore()
+            }
+            onAccepted: focusHome.forceActiveFocus()
+            Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
+        }
     }
 }

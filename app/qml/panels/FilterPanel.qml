@@ -12,26 +12,37 @@ Column {
     property var floatLimits: rows.atStart(rows.floats)
     property var intLimits: rows.atStart(rows.ints)
     property bool on: false
+    property bool any: false
+    property bool highlight: false
+    readonly property var titled: floatLimits.concat(intLimits)
     spacing: 6
     topPadding: 6
 
     FilterRows { id: rows }
-    onFilterChanged: reset()
+    onFilterChanged: begin()
+    Component.onCompleted: begin()
+    Connections { target: panel.filter; ignoreUnknownSignals: true; function onHighlightChanged() { panel.highlight = panel.filter.highlight !== 0 } }
 
+    function begin() {
+        floatLimits = rows.atStart(rows.floats)
+        intLimits = rows.atStart(rows.ints)
+        on = filter !== null && filter.filterEnabled
+        any = filter !== null && filter.filterMode === 1
+        highlight = filter !== null && filter.highlight !== 0
+        for (var i = 0; i < levels.count; ++i) levels.itemAt(i).checked = true
+    }
     function apply() {
         if (!filter) return
+        filter.filterMode = any ? 1 : 0
         filter.setFilter(on, rows.flat(floatLimits), rows.flat(intLimits))
         window.refilter()
     }
     function reset() {
-        floatLimits = rows.atStart(rows.floats)
-        intLimits = rows.atStart(rows.ints)
-        on = false
-        mode.currentIndex = 0
-        highlight.checked = false
         if (!filter) return
+        filter.reset()
         filter.filterMode = 0
         filter.highlight = 0
+        begin()
         apply()
     }
     function setLimit(whole, index, end, value) {
@@ -45,36 +56,42 @@ Column {
 
     RowLayout {
         width: parent.width
-        Check { objectName: "filterOn"; text: "Filter"; checked: panel.on; onToggled: { panel.on = checked; panel.apply() } }
+        Check { objectName: "filterOn"; text: "Filter"; tip: "Test the points against the ranges"; checked: panel.on; onToggled: { panel.on = checked; panel.apply() } }
         Choice {
-            id: mode
+            objectName: "filterMode"
             label: "How the ranges go together"
             Layout.fillWidth: true
             model: ["all must match", "any may match"]
-            onActivated: { panel.filter.filterMode = index; panel.apply() }
+            currentIndex: panel.any ? 1 : 0
+            onActivated: { panel.any = index === 1; panel.apply() }
         }
     }
     RowLayout {
         width: parent.width
-        Check { id: highlight; text: "Highlight instead of hiding"; onToggled: { panel.filter.highlight = checked ? 1 : 0; panel.apply() } }
+        Check { objectName: "filterHighlight"; text: "Highlight instead of hiding"; tip: "Mark the points outside and leave them in the picture"; checked: panel.highlight; onToggled: { panel.filter.highlight = checked ? 1 : 0; panel.apply() } }
         Item { Layout.fillWidth: true }
-        PushButton { text: "Reset"; tip: "All ranges open, the filter off"; onClicked: panel.reset() }
+        PushButton { objectName: "filterReset"; text: "Reset"; tip: "All ranges open, the filter off"; onClicked: panel.reset() }
     }
+    Repeater { model: rows.floats; FilterRow { width: panel.width; visible: panel.filter ? Boolean(panel.filter[row.flag]) : false; row: modelData; whole: false; limits: panel.floatLimits[index]; onEntered: panel.setLimit(false, index, end, value) } }
+    Repeater { model: rows.ints; FilterRow { width: panel.width; visible: panel.filter ? Boolean(panel.filter[row.flag]) : false; row: modelData; whole: true; limits: panel.intLimits[index]; onEntered: panel.setLimit(true, index, end, Math.round(value)) } }
+    Note { visible: panel.titled.some(function (ends) { return ends[0] > ends[1] }); text: "\u21bb goes round: from the first value up, and up to the second." }
+    Note { visible: panel.any && panel.titled.some(function (ends) { return ends[0] === ends[1] }); text: "Equal ends match nothing where any may match." }
 
-    component RangeRow: RowLayout {
-        id: rangeRow
-        property var row
-        property bool whole
-        property int slot
-        readonly property var limits: whole ? panel.intLimits[slot] : panel.floatLimits[slot]
-        readonly property bool changed: limits[0] !== row.low || limits[1] !== row.high
-        visible: panel.filter ? Boolean(panel.filter[row.flag]) : false
-        width: panel.width
-        Label { text: row.title; font.pixelSize: 12; font.bold: rangeRow.changed; Layout.preferredWidth: 120; elide: Text.ElideRight }
-        NumberField { objectName: row.flag + "-low"; label: row.title + ", from"; decimals: whole ? 0 : 3; Layout.fillWidth: true; Layout.preferredWidth: 60; number: rangeRow.limits[0]; onEntered: panel.setLimit(whole, slot, 0, value) }
-        NumberField { objectName: row.flag + "-high"; label: row.title + ", to"; decimals: whole ? 0 : 3; Layout.fillWidth: true; Layout.preferredWidth: 60; number: rangeRow.limits[1]; onEntered: panel.setLimit(whole, slot, 1, value) }
+    // Lidars that grade how dirty their window is.
+    RowLayout {
+        width: parent.width
+        visible: panel.buffer !== null && Boolean(panel.buffer.dirtyMappingReflectanceUsefulFlag)
+        Label { text: "Dirt level"; font.pixelSize: 12; Layout.fillWidth: true }
+        Repeater {
+            id: levels
+            model: 4
+            Check {
+                objectName: "dirt-" + index
+                text: index
+                tip: "Show points of dirt level " + index
+                checked: true
+                onToggled: panel.buffer.toggleDirtry(index, checked)
+            }
+        }
     }
-    Repeater { model: rows.floats; RangeRow { row: modelData; whole: false; slot: index } }
-    Repeater { model: rows.ints; RangeRow { row: modelData; whole: true; slot: index } }
-    Note { text: "From above to: the range goes round, as azimuth 350 to 10 does. Where any may match, equal ends match nothing." }
 }

@@ -15,16 +15,17 @@ GridLayout {
     Label { visible: editor.title.length > 0; text: editor.title; font.bold: true; font.pixelSize: 12; Layout.columnSpan: 2 }
     Label { text: "Colour by"; font.pixelSize: 12 }
     Choice {
-        label: "Colour mode"
+        label: editor.title.length > 0 ? "Colour mode, " + editor.title.toLowerCase() : "Colour mode"
         Layout.fillWidth: true
         model: viewer.colorTitles
         enabled: !editor.scale.rgb
+        displayText: editor.scale.rgb ? "camera colours" : currentText
         currentIndex: editor.scale.mode
         onActivated: editor.scale.mode = index
     }
     Label { text: "Ramp"; font.pixelSize: 12 }
     Choice {
-        label: "Colour ramp"
+        label: editor.title.length > 0 ? "Colour ramp, " + editor.title.toLowerCase() : "Colour ramp"
         Layout.fillWidth: true
         enabled: editor.scale.ranged
         model: viewer.rampNames
@@ -34,9 +35,10 @@ GridLayout {
     Label { text: "Range"; font.pixelSize: 12 }
     RowLayout {
         enabled: editor.scale.ranged
-        NumberField { label: "Low end of the colour range"; Layout.fillWidth: true; number: editor.scale.low; onEntered: editor.scale.low = value }
+        NumberField { objectName: "rangeLow"; label: "Low end of the colour range"; Layout.fillWidth: true; Layout.preferredWidth: 60; number: editor.scale.low; onEntered: editor.scale.low = value }
         Label { text: "to"; font.pixelSize: 12 }
-        NumberField { label: "High end of the colour range"; Layout.fillWidth: true; number: editor.scale.high; onEntered: editor.scale.high = value }
+        NumberField { objectName: "rangeHigh"; label: "High end of the colour range"; Layout.fillWidth: true; Layout.preferredWidth: 60; number: editor.scale.high; onEntered: editor.scale.high = value }
+        Label { visible: text.length > 0; text: editor.scale.unit; font.pixelSize: 12 }
     }
     Item { width: 1; height: 1 }
     RowLayout {

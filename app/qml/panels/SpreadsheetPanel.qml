@@ -9,8 +9,10 @@ Rectangle {
     objectName: "spreadsheet"
     readonly property var buffer: viewer.buffer
     readonly property var points: buffer ? buffer.spreadSheetModel : null
+    readonly property bool sortable: points !== null && typeof points.setSort === "function"
     property var names: []
     property int rowCount: 0
+    property int sortSerial: 0
     color: theme.panel
 
     // Reading the property loads the table anew; the counts follow it. A refresh leaves the heads standing, since the
@@ -19,6 +21,7 @@ Rectangle {
     onPointsChanged: {
         if (points !== null && points === headsOf) return
         headsOf = points
+        table.currentRow = -1
         readHeads()
     }
     Connections {
@@ -27,19 +30,21 @@ Rectangle {
         function onModelReset() { panel.rowCount = panel.points.rowCount() }
         function onColumnNamesChanged() { panel.readHeads() }
     }
+    // A picked point is the row in hand.
+    Connections { target: window.canvas; function onPointClicked(place) { if (panel.visible && window.selecting) tableRows.find(panel.points, place) } }
+    Connections { target: tableRows; function onFound(row) { table.centerRow(row) } }
+
     function readHeads() {
         names = points ? points.columnNames : []
         rowCount = points ? points.rowCount() : 0
     }
-    function refresh() {
-        if (typeof buffer.refreshSelectionDisplay === "function") buffer.refreshSelectionDisplay()
-        else buffer.selectionMatrix = buffer.selectionMatrix  // runs the selection again
-    }
+    function refresh() { tableRows.list(buffer) }
     function sortBy(column) {
         var order = points.getSort(column)
         points.setSort(column, order === 1 ? -1 : order === -1 ? 0 : 1)
+        table.currentRow = -1
+        ++sortSerial
         refresh()
-        readHeads()
     }
     // The rows stay sorted by the column that they were sorted by, wherever it goes.
     function move(from, to) {
@@ -56,24 +61,27 @@ Rectangle {
         refresh()
         readHeads()
     }
-    readonly property bool sortable: points !== null && typeof points.setSort === "function"
+    function copyRow(row) {
+        app.copyText(names.map(function (name, column) { return points.data(points.index(row, column)) }).join("\t"))
+        viewer.tell("Row " + (row + 1) + " copied")
+    }
 
     ColumnLayout {
         anchors { fill: parent; margins: 6 }
         spacing: 4
         RowLayout {
-            Label { objectName: "rowCountText"; text: panel.rowCount.toLocaleString(Qt.locale("en"), "f", 0) + " rows"; font.pixelSize: 12 }
+            Label { objectName: "rowCountText"; text: panel.rowCount.toLocaleString(Qt.locale("en"), "f", 0) + (panel.rowCount === 1 ? " row" : " rows"); font.pixelSize: 12; Layout.minimumWidth: 74 }
             Check {
                 id: all
                 objectName: "allPoints"
                 text: "All shown points"
+                tip: "List every point that is shown, not the selected ones alone"
                 checked: panel.points !== null && Boolean(panel.points.allDisplayed)
                 onToggled: { panel.points.allDisplayed = checked; panel.refresh() }
             }
-            PushButton { text: "Decimals"; tip: "3 or 6 decimals"; visible: panel.buffer !== null && typeof panel.buffer.detailDataUpdata === "function"; onClicked: panel.buffer.detailDataUpdata() }
-            Item { Layout.fillWidth: true }
-            Note { Layout.fillWidth: false; text: panel.rowCount === 0 ? "Select points with S, or list all that are shown" : "" ; wrapMode: Text.NoWrap; width: implicitWidth }
-            Item { Layout.fillWidth: true }
+            PushButton { objectName: "decimals"; text: "Decimals"; tip: "3 or 6 decimals"; visible: panel.buffer !== null && typeof panel.buffer.detailDataUpdata === "function"; onClicked: panel.buffer.detailDataUpdata() }
+            BusyIndicator { running: tableRows.listing; implicitWidth: 22; implicitHeight: 22; padding: 0 }
+            Label { text: panel.rowCount === 0 ? "Select points with S, or list all that are shown" : ""; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; Layout.fillWidth: true; horizontalAlignment: Text.AlignHCenter }
             PushButton { objectName: "saveOrder"; text: "Save order"; tip: "Keep this order of the columns"; visible: panel.sortable; onClicked: { panel.points.saveCurrentColumnNames(); viewer.tell("The order of the columns is kept") } }
             PushButton {
                 objectName: "exportTable"
@@ -86,19 +94,24 @@ Rectangle {
             PushButton { text: "\u2715"; tip: "Close the table (F10)"; implicitWidth: 28; onClicked: window.showTable(false) }
         }
         Table {
+            id: table
             objectName: "pointTable"
             Layout.fillWidth: true
             Layout.fillHeight: true
+            label: "Points"
             model: panel.points
             heads: panel.names
+            numeric: true
+            rowNumbers: true
             headsClickable: panel.sortable
             headMark: function (column) {
                 if (!panel.sortable) return ""
-                var order = panel.points.getSort(column)
+                var order = (panel.sortSerial, panel.points.getSort(column))
                 return order === 1 ? " \u25b4" : order === -1 ? " \u25be" : ""
             }
             onHeadClicked: panel.sortBy(column)
             onColumnMoved: panel.move(from, to)
+            Keys.onPressed: if (event.matches(StandardKey.Copy) && currentRow >= 0) panel.copyRow(currentRow)
         }
     }
 }

@@ -1,14 +1,12 @@
 // "calibration": what a capture or the default files brought, written out; files of the user's, taken in.
-#include "app/cli/calibration_command.h"
-
 #include <CLI/CLI.hpp>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <array>
 
 #include "app/cli/report.h"
+#include "app/cli/source_command.h"
 #include "app/session/capture_session.h"
 #include "contracts/host/log.h"
 #include "contracts/runtime/sv_sdk_runtime.h"
@@ -16,38 +14,46 @@
 namespace tarvo::skarnvisor::app {
 namespace {
 
+using lidar::CalibrationTable;
 using lidar::SvSdkRuntime;
 
-/// One kind of calibration file: its name on the command line, the render buffer's operation that takes one in, the
-/// runtime's that writes it (null: the buffer's `exporter`), and the suffix of what is written.
+/// What "calibration" is asked for; with nothing asked it lists the kinds.
+struct CalibrationOptions : SourceOptions {
+  QString exportFolder;
+  QStringList imports;  ///< KIND=FILE each, in the order given
+};
+
+/// One kind of calibration file: its name on the command line, the render buffer's operation that takes one in, and the
+/// runtime's that writes it (null: the buffer's `exporter`; the buffer then names the file that is in force).
 struct Kind {
   const char *name;
   const char *importer;
+  CalibrationTable table;
   int (*write)(SvSdkRuntime &runtime, const std::string &path, int channels);
   const char *exporter;
 };
 
 constexpr std::array kinds{
-    Kind{"corrections", "importCorrectionsFile",
+    Kind{"corrections", "importCorrectionsFile", CalibrationTable::Corrections,
          [](SvSdkRuntime &runtime, const std::string &path, int channels) {
            return runtime.ExportCorrectionsFile(path, channels);
          },
          nullptr},
-    Kind{"firetimes", "importFiretimesFile",
+    Kind{"firetimes", "importFiretimesFile", CalibrationTable::Firetimes,
          [](SvSdkRuntime &runtime, const std::string &path, int channels) {
            return runtime.ExportFiretimesFile(path, channels);
          },
          nullptr},
-    Kind{"dcf", "importDcfFile",
+    Kind{"dcf", "importDcfFile", CalibrationTable::Dcf,
          [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportDcfConfigFile(path); },
          nullptr},
-    Kind{"nonlinear", "importNonlinearMappingFile",
+    Kind{"nonlinear", "importNonlinearMappingFile", CalibrationTable::NonlinearMapping,
          [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportNonlinearMappingFile(path); },
          nullptr},
-    Kind{"channels", "importChannelConfigFile",
+    Kind{"channels", "importChannelConfigFile", CalibrationTable::ChannelConfig,
          [](SvSdkRuntime &runtime, const std::string &path, int) { return runtime.ExportChannelConfigFile(path); },
          nullptr},
-    Kind{"gains", "importChannelEqFile", nullptr, "exportChannelEqFile"},
+    Kind{"gains", "importChannelEqFile", {}, nullptr, "exportChannelEqFile"},
 };
 
 const Kind *findKind(const QString &name) {
@@ -121,23 +127,33 @@ Written writeOne(const Kind &kind, QObject *buffer, SvSdkRuntime &runtime, int c
   return {true, reason.isEmpty() ? QStringLiteral("%1 could not be written").arg(path) : reason};
 }
 
-}  // namespace
-
-void addCalibrationOptions(CLI::App &command, CalibrationOptions &options) {
-  command.add_option_function<std::string>(
-      "--export", [&options](const std::string &text) { options.exportFolder = QString::fromLocal8Bit(text.c_str()); },
-      "Folder to write every kind to that is loaded");
-  command
-      .add_option_function<std::vector<std::string>>(
-          "--import",
-          [&options](const std::vector<std::string> &texts) {
-            for (const std::string &text : texts) options.imports << QString::fromLocal8Bit(text.c_str());
-          },
-          "KIND=FILE to load and to keep as the default of the lidar type; KIND is " + kindNames().toStdString())
-      ->allow_extra_args(false);
+bool isLoaded(const Kind &kind, const QObject &buffer, const SvSdkRuntime &runtime) {
+  return kind.write != nullptr ? runtime.HasCalibration(kind.table)
+                               : !buffer.property("channelEqFileDir").toString().isEmpty();
 }
 
-QString runCalibration(CaptureSession &session, const CalibrationOptions &options) {
+/// A row a kind: whether it is loaded.
+void list(Report &report, const QObject &buffer, const SvSdkRuntime &runtime) {
+  for (const Kind &kind : kinds)
+    report.add(kind.name, isLoaded(kind, buffer, runtime) ? QStringLiteral("loaded") : QStringLiteral("not loaded"));
+}
+
+/// A row a kind: the file that it was written to. An empty string, or why one could not be written.
+QString writeAll(Report &report, CaptureSession &session, const QDir &folder) {
+  if (!QDir().mkpath(folder.path())) return QStringLiteral("the folder %1 cannot be made").arg(folder.path());
+  for (const Kind &kind : kinds) {
+    const QString path =
+        folder.absoluteFilePath(QStringLiteral("%1_%2.csv").arg(session.lidarType(), QLatin1String(kind.name)));
+    const Written written =
+        writeOne(kind, session.view().buffer(), *session.runtime(), session.view().channelCount(), path);
+    if (!written.fault.isEmpty()) return written.fault;
+    report.add(kind.name, written.loaded ? path : QStringLiteral("not loaded"));
+  }
+  return {};
+}
+
+/// Imports first, then exports or lists.
+QString run(CaptureSession &session, const CalibrationOptions &options) {
   QObject *const buffer = session.view().buffer();
   SvSdkRuntime *const runtime = session.runtime();
   if (buffer == nullptr || runtime == nullptr ||
@@ -147,21 +163,35 @@ QString runCalibration(CaptureSession &session, const CalibrationOptions &option
     const QString fault = importOne(buffer, request);
     if (!fault.isEmpty()) return fault;
   }
-  const bool keep = !options.exportFolder.isEmpty();
-  QTemporaryDir scratch;  // where a listing has the kinds written to, to see which are loaded
-  const QDir folder(keep ? options.exportFolder : scratch.path());
-  if (!QDir().mkpath(folder.path())) return QStringLiteral("the folder %1 cannot be made").arg(folder.path());
   Report report;
   report.add("type", session.lidarType());
-  for (const Kind &kind : kinds) {
-    const QString path =
-        folder.absoluteFilePath(QStringLiteral("%1_%2.csv").arg(session.lidarType(), QLatin1String(kind.name)));
-    const Written written = writeOne(kind, buffer, *runtime, session.view().channelCount(), path);
-    if (!written.fault.isEmpty()) return written.fault;
-    report.add(kind.name, !written.loaded ? QStringLiteral("not loaded") : keep ? path : QStringLiteral("loaded"));
+  if (options.exportFolder.isEmpty()) {
+    list(report, *buffer, *runtime);
+  } else if (const QString fault = writeAll(report, session, QDir(options.exportFolder)); !fault.isEmpty()) {
+    return fault;
   }
   report.print();
   return {};
+}
+
+}  // namespace
+
+void addCalibrationCommand(CommandLine &line) {
+  const auto options = std::make_shared<CalibrationOptions>();
+  CLI::App &command = addSourceCommand(
+      line, "calibration", "List, write out or take in the calibration files of a capture and its lidar type", options,
+      run);
+  addFile(command, *options);
+  addSensorPort(command, options->sensorPort);
+  addText(command, "--export", options->exportFolder, "Folder to write every kind to that is loaded");
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--import",
+          [&imports = options->imports](const std::vector<std::string> &texts) {
+            for (const std::string &text : texts) imports << fromArgument(text);
+          },
+          "KIND=FILE to load and to keep as the default of the lidar type; KIND is " + kindNames().toStdString())
+      ->allow_extra_args(false);
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -20,8 +20,8 @@ std::optional<Span<Value>> parseSpan(const std::string &text) {
 }
 
 template <typename Value>
-CLI::Option *addSpan(CLI::App &command, const char *name, std::optional<Span<Value>> &target, const char *help) {
-  return command.add_option_function<std::string>(
+void addSpan(CLI::App &command, const char *name, std::optional<Span<Value>> &target, const char *help) {
+  command.add_option_function<std::string>(
       name,
       [name, &target](const std::string &text) {
         target = parseSpan<Value>(text);
@@ -32,46 +32,22 @@ CLI::Option *addSpan(CLI::App &command, const char *name, std::optional<Span<Val
 
 }  // namespace
 
-void addSensorPort(CLI::App &command, CaptureOptions &options) {
-  command
-      .add_option("--port", options.sensorPort, "UDP port of the sensor, for a capture with several (the first found)")
-      ->check(CLI::Range(1, 65535));
+void addFrames(CLI::App &command, std::optional<Span<int>> &frames) {
+  addSpan(command, "--frames", frames, "Frames A:B, counted from 0, both included");
 }
 
-void addFrames(CLI::App &command, CaptureOptions &options) {
-  addSpan(command, "--frames", options.frames, "Frames A:B, counted from 0, both included");
+void addSecondSpan(CLI::App &command, std::optional<Span<double>> &seconds) {
+  addSpan(command, "--seconds", seconds, "Frames that begin from second A to second B of the capture");
 }
 
-void addCutOptions(CLI::App &command, CaptureOptions &options) {
-  CLI::Option_group *const what = command.add_option_group("what");
-  addFrames(*what, options);
-  addSpan(*what, "--seconds", options.secondSpan, "Frames that begin from second A to second B of the capture");
-  what->require_option(1);
-  addSensorPort(command, options);
-}
-
-void addRecordOptions(CLI::App &command, CaptureOptions &options) {
-  LiveOptions &live = options.live;
-  command.add_option("--port", live.udpPort, "UDP port that the lidar sends to")
-      ->required()
-      ->check(CLI::Range(1, 65535));
-  const auto addAddress = [&command](const char *name, QString &target, const char *help) {
-    command.add_option_function<std::string>(
-        name, [&target](const std::string &text) { target = QString::fromStdString(text); }, help);
-  };
-  addAddress("--group", live.multicastGroup, "Multicast group to join");
-  addAddress("--bind", live.bindAddress, "Address of the interface to listen on (all)");
-  addSeconds(command, options);
-}
-
-void addSeconds(CLI::App &command, CaptureOptions &options) {
-  command.add_option("--seconds", options.seconds, "How long to listen to a live source (until interrupted)")
+void addSeconds(CLI::App &command, double &seconds) {
+  command.add_option("--seconds", seconds, "How long to listen to a live source (until interrupted)")
       ->check([](const std::string &text) {
-        double seconds = 0;
+        double number = 0;
         const char *const end = text.data() + text.size();
-        const bool number = std::from_chars(text.data(), end, seconds).ptr == end;
+        const bool whole = std::from_chars(text.data(), end, number).ptr == end;
         // "nan" is not above 0 either.
-        return number && seconds > 0 ? std::string() : "a number above 0 was expected, not \"" + text + "\"";
+        return whole && number > 0 ? std::string() : "a number above 0 was expected, not \"" + text + "\"";
       });
 }
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QString>
 #include <optional>
-
-#include "host/core/host_core.h"
 
 namespace CLI {
 class App;
@@ -18,27 +15,11 @@ struct Span {
   Value last{};
 };
 
-/// What the commands ask that work on captures and sockets themselves.
-struct CaptureOptions {
-  int sensorPort = 0;  ///< of a capture with several sensors; 0: the first found
-  // cut, export
-  std::optional<Span<int>> frames;
-  std::optional<Span<double>> secondSpan;  ///< from the begin of the capture
-  // record
-  LiveOptions live;
-  // record, play of a live source
-  double seconds = 0;  ///< 0: until interrupted
-  bool soak = false;   ///< play: change settings all the time and report every ten seconds
-};
-
-/// Adds "--port" to a command on a capture.
-void addSensorPort(CLI::App &command, CaptureOptions &options);
-/// Adds "--frames", a span of frames.
-void addFrames(CLI::App &command, CaptureOptions &options);
-/// Add what "cut" and "record" take beside their files.
-void addCutOptions(CLI::App &command, CaptureOptions &options);
-void addRecordOptions(CLI::App &command, CaptureOptions &options);
-/// Adds "--seconds", how long a live source is listened to.
-void addSeconds(CLI::App &command, CaptureOptions &options);
+/// Adds "--frames", a span of frames counted from 0.
+void addFrames(CLI::App &command, std::optional<Span<int>> &frames);
+/// Adds "--seconds" as a span from the begin of the capture.
+void addSecondSpan(CLI::App &command, std::optional<Span<double>> &seconds);
+/// Adds "--seconds", how long a live source is listened to; 0: until interrupted.
+void addSeconds(CLI::App &command, double &seconds);
 
 }  // namespace tarvo::skarnvisor::app

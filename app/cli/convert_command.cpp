@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
@@ -9,9 +10,9 @@
 #include <thread>
 #include <vector>
 
-#include "app/cli/commands.h"
 #include "app/cli/point_file_rows.h"
 #include "app/cli/progress_bar.h"
+#include "app/cli/source_command.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
@@ -19,6 +20,11 @@ namespace {
 
 constexpr std::chrono::milliseconds lookInterval{20};
 constexpr const char *convertSignature = "convertFile(QString,QString)";
+
+struct ConvertOptions : SourceOptions {
+  QString format;  ///< "bin", "pcd" or "csv"
+  QString out;
+};
 
 struct Job {
   QString source;
@@ -64,14 +70,12 @@ void work(QObject *converter, std::vector<Job> &jobs, std::atomic<std::size_t> &
   }
 }
 
-}  // namespace
-
-QString runConvert(CaptureSession &session, const Options &options) {
+QString run(CaptureSession &session, const ConvertOptions &options) {
   QObject *const converter = session.view().buffer();
   if (converter == nullptr || converter->metaObject()->indexOfMethod(convertSignature) < 0)
     return QStringLiteral("%1 is no folder of point files: only those can be converted").arg(options.file);
   if (!QDir().mkpath(options.out)) return QStringLiteral("the folder %1 cannot be made").arg(options.out);
-  std::vector<Job> jobs = makeJobs(pointFilesOf(session), QDir(options.out), options.targetFormat);
+  std::vector<Job> jobs = makeJobs(pointFilesOf(session), QDir(options.out), options.format);
   refuseTargetsAmongSources(jobs);
 
   std::atomic<std::size_t> next{0};
@@ -93,6 +97,17 @@ QString runConvert(CaptureSession &session, const Options &options) {
   std::printf("%d of %d files written to %s\n", total - failures, total,
               qPrintable(QDir::toNativeSeparators(options.out)));
   return failures == 0 ? QString() : QStringLiteral("%1 of %2 files could not be converted").arg(failures).arg(total);
+}
+
+}  // namespace
+
+void addConvertCommand(CommandLine &line) {
+  const auto options = std::make_shared<ConvertOptions>();
+  CLI::App &command = addSourceCommand(
+      line, "convert", "Write the point files of a folder in another format, on all cores", options, run);
+  addText(command, "file", options->file, "Folder of point files (pcd, ply, bin), or one of them")->required();
+  addText(command, "--to", options->format, "Format to write")->required()->check(CLI::IsMember({"bin", "pcd", "csv"}));
+  addText(command, "--out", options->out, "Folder to write to")->required();
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -1,5 +1,3 @@
-#include "app/cli/export_command.h"
-
 #include <CLI/CLI.hpp>
 #include <QAbstractItemModel>
 #include <QDir>
@@ -12,13 +10,22 @@
 #include <string>
 #include <vector>
 
+#include "app/cli/capture_options.h"
 #include "app/cli/interrupt.h"
-#include "app/cli/options.h"
 #include "app/cli/progress_bar.h"
+#include "app/cli/source_command.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
+
+struct ExportOptions : SourceOptions {
+  std::optional<Span<int>> frames;
+  QString format;      ///< "pcd" or "csv"
+  QStringList fields;  ///< empty: those that are on by default, or every column
+  QString out;
+  QString selectionFile;  ///< empty: all visible points
+};
 
 constexpr const char *exportSignature = "startExport(QString,QStringList)";
 
@@ -84,13 +91,13 @@ class ExportWait : public QObject {
 /// The frames of a span, each into a file of its own.
 class Exporter {
  public:
-  Exporter(CaptureSession &session, const Options &options)
+  Exporter(CaptureSession &session, const ExportOptions &options)
       : m_session(session), m_options(options), m_buffer(*session.view().buffer()) {}
 
   QString run();
 
  private:
-  bool asTable() const { return m_options.exports.format == QLatin1String("csv"); }
+  bool asTable() const { return m_options.format == QLatin1String("csv"); }
   QString takeSpan();
   QString takeSelection();
   QString takeFields();
@@ -99,7 +106,7 @@ class Exporter {
   QString finish(int planned) const;
 
   CaptureSession &m_session;
-  const Options &m_options;
+  const ExportOptions &m_options;
   QObject &m_buffer;
   Span<int> m_span;
   QStringList m_titles;
@@ -109,7 +116,7 @@ class Exporter {
 };
 
 QString Exporter::takeSpan() {
-  m_span = m_options.capture.frames.value_or(Span<int>{0, m_session.frameCount() - 1});
+  m_span = m_options.frames.value_or(Span<int>{0, m_session.frameCount() - 1});
   if (m_span.last < m_session.frameCount()) return {};
   return QStringLiteral("there is no frame %1: the capture has frames 0 to %2")
       .arg(m_span.last)
@@ -117,9 +124,9 @@ QString Exporter::takeSpan() {
 }
 
 QString Exporter::takeSelection() {
-  if (m_options.exports.selectionFile.isEmpty()) return {};
+  if (m_options.selectionFile.isEmpty()) return {};
   QMatrix4x4 matrix;
-  const QString fault = readMatrix(m_options.exports.selectionFile, matrix);
+  const QString fault = readMatrix(m_options.selectionFile, matrix);
   if (!fault.isEmpty()) return fault;
   m_buffer.setProperty("selectionMatrix", matrix);
   m_buffer.setProperty("selectEnabled", true);
@@ -128,12 +135,12 @@ QString Exporter::takeSelection() {
 
 QString Exporter::takeFields() {
   const QStringList names = namesOf(m_buffer, "getPcdFieldListString");
-  for (const QString &field : m_options.exports.fields)
+  for (const QString &field : m_options.fields)
     if (!names.contains(field))
       return QStringLiteral("there is no field \"%1\"; this lidar has %2").arg(field, names.join(QStringLiteral(", ")));
-  for (int i = 0; i < names.size() && !m_options.exports.fields.isEmpty(); ++i)
+  for (int i = 0; i < names.size() && !m_options.fields.isEmpty(); ++i)
     QMetaObject::invokeMethod(&m_buffer, "setPcdFieldEnabled", Qt::DirectConnection, Q_ARG(int, i),
-                              Q_ARG(bool, m_options.exports.fields.contains(names[i])));
+                              Q_ARG(bool, m_options.fields.contains(names[i])));
   return {};
 }
 
@@ -142,7 +149,7 @@ QString Exporter::takeColumns() {
   auto *const table = m_buffer.property("spreadSheetModel").value<QObject *>();
   if (table == nullptr) return QStringLiteral("this source has no point table");
   const QStringList titles = table->property("columnNames").toStringList();
-  for (const QString &field : m_options.exports.fields) {
+  for (const QString &field : m_options.fields) {
     QString found;
     for (const QString &title : titles)
       if (found.isEmpty() && (title == field || title.startsWith(field + QLatin1Char('(')))) found = title;
@@ -151,7 +158,7 @@ QString Exporter::takeColumns() {
           .arg(field, titles.join(QStringLiteral(", ")));
     m_titles.append(found);
   }
-  table->setProperty("allDisplayed", m_options.exports.selectionFile.isEmpty());
+  table->setProperty("allDisplayed", m_options.selectionFile.isEmpty());
   m_buffer.setProperty("spreadSheetEnabled", true);
   return {};
 }
@@ -171,8 +178,7 @@ QString Exporter::writeFrames() {
     } else if (!m_buffer.property("showsFrame").toBool()) {
       ++m_empty;  // the picture is an earlier frame's
     } else {
-      const QString name =
-          QStringLiteral("frame-%1.%2").arg(frame, 4, 10, QLatin1Char('0')).arg(m_options.exports.format);
+      const QString name = QStringLiteral("frame-%1.%2").arg(frame, 4, 10, QLatin1Char('0')).arg(m_options.format);
       const QString file = QDir(m_options.out).filePath(name);
       const QString reason = wait.write(m_buffer, file, m_titles);
       if (!reason.isEmpty()) return QStringLiteral("%1 could not be written: %2").arg(file, reason);
@@ -201,39 +207,36 @@ QString Exporter::run() {
   return fault.isEmpty() ? finish(m_span.last - m_span.first + 1) : fault;
 }
 
-}  // namespace
-
-void addExportCommand(CLI::App &program, Options &options) {
-  ExportOptions &exports = options.exports;
-  CLI::App *command = program.add_subcommand("export", "Write the points of frames as PCD or CSV files, one a frame");
-  const auto addText = [command](const char *name, QString &target, const char *help) {
-    return command->add_option_function<std::string>(
-        name, [&target](const std::string &text) { target = QString::fromLocal8Bit(text.c_str()); }, help);
-  };
-  addText("file", options.file, "Capture (pcap, pcapng)")->required();
-  addFrames(*command, options.capture);
-  addText("--format", exports.format, "Format to write")->required()->check(CLI::IsMember({"pcd", "csv"}));
-  command
-      ->add_option_function<std::vector<std::string>>(
-          "--fields",
-          [&exports](const std::vector<std::string> &names) {
-            for (const std::string &name : names) exports.fields.append(QString::fromStdString(name));
-          },
-          "PCD fields or table columns, separated by commas (ring,x,y,z,intensity; all columns)")
-      ->delimiter(',')
-      ->allow_extra_args(false);  // what follows may be the capture
-  addText("--out", options.out, "Folder to write frame-NNNN files to")->required();
-  addText("--selected", exports.selectionFile, "Only points inside the box of this file's 4x4 matrix, row by row");
-  addSensorPort(*command, options.capture);
-  command->callback([&options] { options.command = Command::Export; });
-}
-
-QString runExport(CaptureSession &session, const Options &options) {
+QString run(CaptureSession &session, const ExportOptions &options) {
   const QObject *const buffer = session.view().buffer();
   if (buffer == nullptr || buffer->metaObject()->indexOfMethod(exportSignature) < 0)
     return QStringLiteral("%1 is no capture of a lidar: point files are written by \"convert\"").arg(options.file);
   const Interrupt interrupt;
   return Exporter(session, options).run();
+}
+
+}  // namespace
+
+void addExportCommand(CommandLine &line) {
+  const auto options = std::make_shared<ExportOptions>();
+  CLI::App &command =
+      addSourceCommand(line, "export", "Write the points of frames as PCD or CSV files, one a frame", options, run);
+  addText(command, "file", options->file, "Capture (pcap, pcapng)")->required();
+  addFrames(command, options->frames);
+  addText(command, "--format", options->format, "Format to write")->required()->check(CLI::IsMember({"pcd", "csv"}));
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--fields",
+          [&fields = options->fields](const std::vector<std::string> &names) {
+            for (const std::string &name : names) fields.append(QString::fromStdString(name));
+          },
+          "PCD fields or table columns, separated by commas (ring,x,y,z,intensity; all columns)")
+      ->delimiter(',')
+      ->allow_extra_args(false);  // what follows may be the capture
+  addText(command, "--out", options->out, "Folder to write frame-NNNN files to")->required();
+  addText(command, "--selected", options->selectionFile,
+          "Only points inside the box of this file's 4x4 matrix, row by row");
+  addSensorPort(command, options->sensorPort);
 }
 
 }  // namespace tarvo::skarnvisor::app

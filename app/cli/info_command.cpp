@@ -1,11 +1,12 @@
+#include <CLI/CLI.hpp>
 #include <QByteArray>
 #include <QFileInfo>
 #include <cstdio>
 
 #include "app/cli/capture_rows.h"
-#include "app/cli/commands.h"
 #include "app/cli/point_file_rows.h"
 #include "app/cli/report.h"
+#include "app/cli/source_command.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
 
@@ -24,9 +25,7 @@ QString showFirstReadable(CaptureSession &session, const QStringList &pointFiles
   }
 }
 
-}  // namespace
-
-QString runInfo(CaptureSession &session, const Options &options) {
+QString run(CaptureSession &session, const SourceOptions &options) {
   const QStringList pointFiles = pointFilesOf(session);
   int frame = 0;
   const QString fault = showFirstReadable(session, pointFiles, frame);
@@ -45,6 +44,16 @@ QString runInfo(CaptureSession &session, const Options &options) {
   if (pointFiles.isEmpty()) addHealthRows(report, session.captureReport());
   report.print();
   return {};
+}
+
+}  // namespace
+
+void addInfoCommand(CommandLine &line) {
+  const auto options = std::make_shared<SourceOptions>();
+  CLI::App &command =
+      addSourceCommand(line, "info", "Print lidar type, port, channels, frames, points, times and size", options, run);
+  addFile(command, *options);
+  addSensorPort(command, options->sensorPort);
 }
 
 }  // namespace tarvo::skarnvisor::app

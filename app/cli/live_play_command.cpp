@@ -2,10 +2,11 @@
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
+#include <optional>
 
 #include "app/cli/capture_rows.h"
-#include "app/cli/commands.h"
 #include "app/cli/interrupt.h"
+#include "app/cli/play_options.h"
 #include "app/cli/progress_bar.h"
 #include "app/cli/soak.h"
 #include "app/render/cloud_statistics.h"
@@ -20,7 +21,7 @@ constexpr int lookIntervalMs = 20;
 }  // namespace
 
 /// The timeline follows a live source by itself; this counts what it shows.
-QString runLivePlay(CaptureSession &session, const Options &options) {
+QString runLivePlay(CaptureSession &session, const PlayOptions &options) {
   const bool stacked = options.stack > 1;
   FrameStack stack(session);
   if (stacked) {
@@ -55,12 +56,12 @@ QString runLivePlay(CaptureSession &session, const Options &options) {
   QObject::connect(&session, &CaptureSession::closing, &loop, &QEventLoop::quit);
   QTimer look;
   QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-    const double limit = options.capture.seconds;
+    const double limit = options.seconds;
     if (Interrupt::came() || (limit > 0 && static_cast<double>(clock.elapsed()) >= limit * 1000)) loop.quit();
   });
   look.start(lookIntervalMs);
   std::optional<Soak> soak;
-  if (options.capture.soak) soak.emplace(session, frames);
+  if (options.soak) soak.emplace(session, frames);
   session.timeline().play();
   loop.exec();
   soak.reset();

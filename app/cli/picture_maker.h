@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-#include "app/cli/options.h"
+#include "app/cli/look_options.h"
 #include "app/render/cloud_picture.h"
 
 namespace tarvo::skarnvisor::app {

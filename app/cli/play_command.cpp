@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -6,10 +7,12 @@
 #include <set>
 #include <utility>
 
-#include "app/cli/commands.h"
+#include "app/cli/capture_options.h"
+#include "app/cli/capture_rows.h"
 #include "app/cli/picture_maker.h"
+#include "app/cli/play_options.h"
 #include "app/cli/progress_bar.h"
-#include "app/cli/report.h"
+#include "app/cli/stack_option.h"
 #include "app/render/cloud_statistics.h"
 #include "app/session/capture_session.h"
 #include "app/session/frame_stack.h"
@@ -20,7 +23,7 @@ namespace {
 /// Plays, counts, and takes pictures at the frames that were chosen for it.
 class Player {
  public:
-  Player(CaptureSession &session, const Options &options)
+  Player(CaptureSession &session, const PlayOptions &options)
       : m_session(session),
         m_options(options),
         m_stack(session),
@@ -44,7 +47,7 @@ class Player {
   QString finish();
 
   CaptureSession &m_session;
-  const Options &m_options;
+  const PlayOptions &m_options;
   FrameStack m_stack;
   bool m_isNew = true;  ///< the canvas has points that are not counted yet
   PictureMaker m_maker;
@@ -213,8 +216,37 @@ QString Player::finish() {
   return m_options.summaryFile.isEmpty() ? QString() : report.write(m_options.summaryFile);
 }
 
+QString run(CaptureSession &session, const PlayOptions &options) {
+  return isLive(options) ? runLivePlay(session, options) : Player(session, options).run();
+}
+
 }  // namespace
 
-QString runPlay(CaptureSession &session, const Options &options) { return Player(session, options).run(); }
+void addPlayCommand(CommandLine &line) {
+  const auto options = std::make_shared<PlayOptions>();
+  CLI::App &command =
+      addSourceCommand(line, "play", "Play a capture without a window and print what it held and how fast it went",
+                       options, run, Opening::CaptureOrLive);
+  addFile(command, *options);
+  addSensorPort(command, options->sensorPort);
+  addSeconds(command, options->seconds);
+  command.add_flag("--soak", options->soak,
+                   "With a live source: change settings ten times a second and print a line every ten seconds");
+  CLI::Option *const byTime = command.add_flag(
+      "--by-time", options->byTime, "Follow the clock, showing what lies before the cursor, instead of every frame");
+  addStackOption(command, options->stack)->excludes(byTime);
+  command
+      .add_option("--speed", options->speed,
+                  "Times real time, 0.1 to 10; without it frames follow as fast as they come")
+      ->check(numberFrom(0.1, 10.0));
+  command.add_option("--frames-limit", options->frameLimit, "Stop after so many frames")
+      ->check(CLI::Range(1, 1'000'000'000));
+  addText(command, "--pictures", options->pictureFolder, "Write pictures frame-NNNN.png into this folder");
+  command.add_option("--count", options->pictureCount, "How many pictures, spread over the capture (5)")
+      ->check(CLI::Range(1, 10000));
+  addText(command, "--summary", options->summaryFile, "Write what was found to this file");
+  addLook(command, options->look);
+  addPointOptions(command, options->points);
+}
 
 }  // namespace tarvo::skarnvisor::app

@@ -1,16 +1,26 @@
+#include <CLI/CLI.hpp>
 #include <QDir>
 #include <cstdio>
 
-#include "app/cli/commands.h"
 #include "app/cli/picture_maker.h"
+#include "app/cli/point_options.h"
+#include "app/cli/source_command.h"
+#include "app/cli/stack_option.h"
 #include "app/session/capture_session.h"
 #include "app/session/frame_stack.h"
 
 namespace tarvo::skarnvisor::app {
-
 namespace {
 
-QString showStack(CaptureSession &session, const Options &options) {
+struct RenderOptions : SourceOptions {
+  int frame = 0;
+  int stack = 1;  ///< frames shown at once
+  QString out;
+  LookOptions look;
+  PointOptions points;
+};
+
+QString showStack(CaptureSession &session, const RenderOptions &options) {
   FrameStack stack(session);
   QString fault = stack.request(options.stack);
   if (!fault.isEmpty()) return fault;
@@ -20,9 +30,7 @@ QString showStack(CaptureSession &session, const Options &options) {
   return fault.isEmpty() ? stack.showBefore(options.frame) : fault;
 }
 
-}  // namespace
-
-QString runRender(CaptureSession &session, const Options &options) {
+QString run(CaptureSession &session, const RenderOptions &options) {
   const auto choosePoints = [&] {
     const QString fault = applyPointOptions(session, options.points);
     return fault.isEmpty() && !session.waitForPicture() ? QStringLiteral("the frame could not be shown") : fault;
@@ -39,6 +47,21 @@ QString runRender(CaptureSession &session, const Options &options) {
   if (fault.isEmpty()) fault = maker.write(options.out);
   if (fault.isEmpty()) std::printf("%s\n", qPrintable(QDir::toNativeSeparators(options.out)));
   return fault;
+}
+
+}  // namespace
+
+void addRenderCommand(CommandLine &line) {
+  const auto options = std::make_shared<RenderOptions>();
+  CLI::App &command =
+      addSourceCommand(line, "render", "Draw one frame into a picture file; needs no window and no GPU", options, run);
+  addFile(command, *options);
+  addSensorPort(command, options->sensorPort);
+  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  addStackOption(command, options->stack);
+  addText(command, "--out", options->out, "Picture file, .png or .jpg")->required();
+  addLook(command, options->look);
+  addPointOptions(command, options->points);
 }
 
 }  // namespace tarvo::skarnvisor::app

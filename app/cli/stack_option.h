@@ -7,9 +7,7 @@ class Option;
 
 namespace tarvo::skarnvisor::app {
 
-struct Options;
-
 /// Adds "--stack", how many frames are shown at once.
-CLI::Option *addStackOption(CLI::App &command, Options &options);
+CLI::Option *addStackOption(CLI::App &command, int &stack);
 
 }  // namespace tarvo::skarnvisor::app

@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <QAbstractItemModel>
 #include <QList>
 #include <QStringList>
@@ -5,11 +6,16 @@
 #include <cstdio>
 #include <vector>
 
-#include "app/cli/commands.h"
+#include "app/cli/source_command.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
+
+struct TelemetryOptions : SourceOptions {
+  int frame = 0;
+  QString csvFile;
+};
 
 constexpr int sourceBeganImu = 0;  ///< imuConfig once a sample came; below that none has come
 
@@ -74,9 +80,7 @@ QString writeCsv(QAbstractItemModel *monitor, const QString &file) {
   return written ? QString() : QStringLiteral("%1 could not be written").arg(file);
 }
 
-}  // namespace
-
-QString runTelemetry(CaptureSession &session, const Options &options) {
+QString run(CaptureSession &session, const TelemetryOptions &options) {
   QObject *const buffer = session.view().buffer();
   if (buffer == nullptr || buffer->metaObject()->indexOfProperty("faultmessageModel") < 0)
     return QStringLiteral("%1 is no capture of a lidar: it says nothing of a device").arg(options.file);
@@ -99,6 +103,18 @@ QString runTelemetry(CaptureSession &session, const Options &options) {
   std::fputs(text.toLocal8Bit().constData(), stdout);
   std::fflush(stdout);
   return options.csvFile.isEmpty() ? QString() : writeCsv(monitor, options.csvFile);
+}
+
+}  // namespace
+
+void addTelemetryCommand(CommandLine &line) {
+  const auto options = std::make_shared<TelemetryOptions>();
+  CLI::App &command =
+      addSourceCommand(line, "telemetry", "Print what the lidar says of itself at one frame", options, run);
+  addFile(command, *options);
+  addSensorPort(command, options->sensorPort);
+  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  addText(command, "--csv", options->csvFile, "Write the monitor table to this file too");
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -1,5 +1,3 @@
-#include "app/cli/types_command.h"
-
 #include <CLI/CLI.hpp>
 #include <QVariant>
 #include <algorithm>
@@ -7,8 +5,8 @@
 #include <exception>
 #include <memory>
 
-#include "app/cli/options.h"
 #include "app/cli/report.h"
+#include "app/cli/source_command.h"
 #include "contracts/host/registration.h"
 
 namespace tarvo::skarnvisor::app {
@@ -46,17 +44,7 @@ void printRow(const QVariantMap &type) {
   report.print();
 }
 
-}  // namespace
-
-void addTypesCommand(CLI::App &program, Options &options) {
-  CLI::App *types = program.add_subcommand("types", "List the lidar types, or what one of them offers");
-  types->add_option_function<std::string>(
-      "type", [&options](const std::string &name) { options.lidarType = QString::fromLocal8Bit(name.c_str()); },
-      "Lidar type, exactly as a capture names it");
-  types->callback([&options] { options.command = Command::Types; });
-}
-
-QString runTypes(const Options &options) {
+QString run(const QString &lidarType) {
   QVariantList rows;
   try {
     rows = typeTable();
@@ -64,17 +52,27 @@ QString runTypes(const Options &options) {
     return QString::fromLocal8Bit(fault.what());
   }
   if (rows.isEmpty()) return QStringLiteral("the plug-in has no table of lidar types");
-  if (options.lidarType.isEmpty()) {
+  if (lidarType.isEmpty()) {
     printTable(rows);
     return {};
   }
   const auto found = std::find_if(rows.begin(), rows.end(), [&](const QVariant &row) {
-    return row.toMap().value(QStringLiteral("type")).toString() == options.lidarType;
+    return row.toMap().value(QStringLiteral("type")).toString() == lidarType;
   });
   if (found == rows.end())
-    return QStringLiteral("no lidar type is called \"%1\"; \"types\" lists those that are").arg(options.lidarType);
+    return QStringLiteral("no lidar type is called \"%1\"; \"types\" lists those that are").arg(lidarType);
   printRow(found->toMap());
   return {};
+}
+
+}  // namespace
+
+void addTypesCommand(CommandLine &line) {
+  const auto lidarType = std::make_shared<QString>();  // empty: the whole table
+  CLI::App &command = line.add("types", "List the lidar types, or what one of them offers", [&line, lidarType] {
+    return onSource(line, {}, Opening::Plugin, [&lidarType](CaptureSession &) { return run(*lidarType); });
+  });
+  addText(command, "type", *lidarType, "Lidar type, exactly as a capture names it");
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -254,7 +254,10 @@ void HostCore::failCurrent(const QString &reason) {
     if (auto *const files = propertyOfType<FileToggle>(m_current->loader.data())) files->fileSource().reset();
   }
   const QString because = reason.endsWith('.') ? reason.chopped(1) : reason;
-  const QString sentence = QStringLiteral("%1 cannot be opened: %2.").arg(m_current->title, because);
+  // A reason that speaks of the source by its title is the sentence already.
+  const bool named = because.startsWith(m_current->title + QLatin1Char(' '));
+  const QString sentence =
+      (named ? because : QStringLiteral("%1 cannot be opened: %2").arg(m_current->title, because)) + QLatin1Char('.');
   SKARN_LOG(LogLevel::Error, "%s", qPrintable(sentence));
   endCurrent();
   Q_EMIT openFailed(sentence);

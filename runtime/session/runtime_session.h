@@ -59,6 +59,7 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   [[nodiscard]] bool IsCorrectionLoadSuccess() const override;
   [[nodiscard]] bool IsFiretimesLoadSuccess() const override;
   [[nodiscard]] bool IsDcfLoadSuccess() const override;
+  [[nodiscard]] bool HasCalibration(CalibrationTable table) const override;
   void SetCorrectionLoadFlag(bool loaded) override;
   int LoadCorrectionFile(const std::string &path) override;
   int ExportCorrectionsFile(const std::string &path, int channelCount) override;

@@ -83,6 +83,23 @@ std::string RuntimeSession::CaptureError() const {
 bool RuntimeSession::IsCorrectionLoadSuccess() const { return store_.isLoaded(CalibrationKind::Corrections); }
 bool RuntimeSession::IsFiretimesLoadSuccess() const { return store_.isLoaded(CalibrationKind::Firetimes); }
 bool RuntimeSession::IsDcfLoadSuccess() const { return store_.isLoaded(CalibrationKind::Dcf); }
+bool RuntimeSession::HasCalibration(CalibrationTable table) const {
+  const auto held = store_.snapshot();
+  switch (table) {
+    case CalibrationTable::Corrections:
+      return held->corrections != nullptr;
+    case CalibrationTable::Firetimes:
+      return held->firetimes != nullptr;
+    case CalibrationTable::Dcf:
+      return held->dcf != nullptr;
+    case CalibrationTable::NonlinearMapping:
+      return held->nonlinear != nullptr;
+    case CalibrationTable::ChannelConfig:
+      return held->channelConfig != nullptr;
+  }
+  return false;
+}
+
 void RuntimeSession::SetCorrectionLoadFlag(bool loaded) { store_.setCorrectionLoaded(loaded); }
 
 int RuntimeSession::loadFile(CalibrationKind kind, const std::string &path) {

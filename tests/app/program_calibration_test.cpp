@@ -21,6 +21,9 @@ TEST(ProgramCalibration, WritesWhatTheCaptureBroughtAndTakesItInWhereItIsMissing
   makeCapture(without, size("none"));
   const ProgramResult written = skarnvisor({"calibration", with, "--export", folder.filePath("out")});
   ASSERT_EQ(written.exitCode, 0) << written.err.toStdString();
+  const ProgramResult listed = skarnvisor({"calibration", with});
+  EXPECT_EQ(listed.value("corrections") + ", " + listed.value("dcf"), "loaded, not loaded");
+  EXPECT_EQ(skarnvisor({"calibration", without}).value("corrections"), "not loaded");
   const QString corrections = written.value("corrections");
   const QByteArray table = contents(corrections);
   EXPECT_EQ(table.count('\n'), 17) << table.toStdString();

@@ -40,6 +40,7 @@ TEST(Program, AWrongArgumentFailsAndNamesIt) {
                       {{"render", "some.pcap", "--out", "x.png", "--ramp", "mud"}, {"mud"}},
                       {{"render", "some.pcap", "--out", "x.png", "--frame", "-1"}, {"--frame"}},
                       {{"play", "some.pcap", "--speed", "0"}, {"--speed"}},
+                      {{"play", "some.pcap", "--speed", "nan"}, {"a number from 0.1 to 10 was expected, not \"nan\""}},
                       {{"play", "some.pcap", "--count", "0"}, {"--count"}},
                       {{"play", "udp://:2368", "--seconds", "nan"}, {"a number above 0"}}});
 }

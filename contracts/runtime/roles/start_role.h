@@ -28,6 +28,9 @@ class IdentityRole {
   [[nodiscard]] virtual int GetPcapPort() const = 0;           // UDP port of the capture's data; 0 for a live source
 };
 
+// The kinds of calibration tables that a runtime holds.
+enum class CalibrationTable { Corrections, Firetimes, Dcf, NonlinearMapping, ChannelConfig };
+
 // Which calibration is in use.
 class LoadStateRole {
  public:
@@ -36,6 +39,9 @@ class LoadStateRole {
   [[nodiscard]] virtual bool IsFiretimesLoadSuccess() const = 0;
   [[nodiscard]] virtual bool IsDcfLoadSuccess() const = 0;
   virtual void SetCorrectionLoadFlag(bool loaded) = 0;
+  // Whether a table of this kind is held, so that an export would write one; SetCorrectionLoadFlag does not matter. Any
+  // thread.
+  [[nodiscard]] virtual bool HasCalibration(CalibrationTable) const { return false; }
 };
 
 }  // namespace tarvo::lidar

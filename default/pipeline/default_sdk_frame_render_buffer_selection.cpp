@@ -10,18 +10,12 @@
 #include "default/pipeline/announcements.h"
 #include "default/pipeline/once_a_second.h"
 
-
 #include <algorithm>
 #include <vector>
 
 namespace tarvo::skarnvisor {
 
 using tarvo::lidar::SDKSource;
-
-namespace {
-
-
-}  // namespace
 
 Frustum DefaultSDKFrameRenderBuffer::selectionFrustum() const {
   const auto matrix = m_settings.selectionMatrix.take();
@@ -120,11 +114,11 @@ void DefaultSDKFrameRenderBuffer::setSelectEnabled(bool enabled) {
   if (enabled) {
     storeShownPoints();
     refreshSelectionDisplay();
-  } else {
-    repeatParse();
+    return;
   }
+  repeatParse();
   // A repeat parse redraws one frame; the marks of the others in the stack would stay.
-  if (!enabled) filterMultiPoints();
+  filterMultiPoints();
 }
 
 void DefaultSDKFrameRenderBuffer::setSelectionMatrix(const QMatrix4x4 &matrix) {

@@ -23,7 +23,6 @@ TEST(ProgramCalibration, WritesWhatTheCaptureBroughtAndTakesItInWhereItIsMissing
   ASSERT_EQ(written.exitCode, 0) << written.err.toStdString();
   const ProgramResult listed = skarnvisor({"calibration", with});
   EXPECT_EQ(listed.value("corrections") + ", " + listed.value("dcf"), "loaded, not loaded");
-  EXPECT_EQ(skarnvisor({"calibration", without}).value("corrections"), "not loaded");
   const QString corrections = written.value("corrections");
   const QByteArray table = contents(corrections);
   EXPECT_EQ(table.count('\n'), 17) << table.toStdString();

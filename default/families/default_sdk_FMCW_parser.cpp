@@ -29,23 +29,6 @@ void DefaultFMCWFrameRenderBuffer::addColumnAttribute(std::string name, int posi
     SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-bool DefaultFMCWFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
-  struct FlagRow {
-    std::string_view name;
-    Relaxed<bool> Flags::*flag;
-  };
-  static constexpr std::array rows{
-      FlagRow{"fmcwPostProcessUseful", &Flags::fmcwPostProcessUseful},
-  };
-  for (const FlagRow &row : rows) {
-    if (row.name == propertyName) {
-      m_flags.*row.flag = on;
-      return true;
-    }
-  }
-  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
 DefaultFMCWParser::DefaultFMCWParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
   takeOver(new DefaultFMCWFrameRenderBuffer(this));
 }

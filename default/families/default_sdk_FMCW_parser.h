@@ -14,15 +14,9 @@ class DefaultFMCWFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
 
   void addColumnAttribute(std::string name, int position) override;
   QString toolBoxSource() const override;
-  bool setCapability(std::string_view propertyName, bool on) override;
 
-  bool fmcwPostProcessUseful() const { return m_flags.fmcwPostProcessUseful; }
-
- private:
-  struct Flags {
-    Relaxed<bool> fmcwPostProcessUseful{true};
-  };
-  Flags m_flags;
+  // What QML reads through the properties of the same names.
+  FamilyCapability fmcwPostProcessUseful{familyCapabilities(), "fmcwPostProcessUseful", true};
 };
 
 /// Parser that owns the family's render buffer.

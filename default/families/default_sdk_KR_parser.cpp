@@ -115,40 +115,6 @@ void DefaultKRFrameRenderBuffer::redrawCalibrated() {
   announce(&DefaultKRFrameRenderBuffer::renderStateChanged);
 }
 
-bool DefaultKRFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
-  struct FlagRow {
-    std::string_view name;
-    Relaxed<bool> Flags::*flag;
-  };
-  static constexpr std::array rows{
-      FlagRow{"frameModelUseful", &Flags::frameModelUseful},
-      FlagRow{"displayModeKr2HudFlag", &Flags::displayModeKr2HudFlag},
-      FlagRow{"LidarStandbyModeFlag", &Flags::LidarStandbyModeFlag},
-      FlagRow{"setConfidence0FilterFlag", &Flags::setConfidence0FilterFlag},
-      FlagRow{"setLidarReturnModeFlag", &Flags::setLidarReturnModeFlag},
-      FlagRow{"nbqSmoothingFlag", &Flags::nbqSmoothingFlag},
-      FlagRow{"nbqRgbModeFlag", &Flags::nbqRgbModeFlag},
-      FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
-      FlagRow{"bankReflectivityFilterFlag", &Flags::bankReflectivityFilterFlag},
-      FlagRow{"energyDeductFilterFlag", &Flags::energyDeductFilterFlag},
-      FlagRow{"subChannelFilterFlag", &Flags::subChannelFilterFlag},
-      FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
-      FlagRow{"nbNoiseFilterFlag", &Flags::nbNoiseFilterFlag},
-      FlagRow{"rtlEgOrderKFlag", &Flags::rtlEgOrderKFlag},
-      FlagRow{"ispFlag", &Flags::ispFlag},
-      FlagRow{"rgbDisplay1260Flag", &Flags::rgbDisplay1260Flag},
-      FlagRow{"rgbDisplayLayoutFlag", &Flags::rgbDisplayLayoutFlag},
-      FlagRow{"areaRemapFlag", &Flags::areaRemapFlag},
-  };
-  for (const FlagRow &row : rows) {
-    if (row.name == propertyName) {
-      m_flags.*row.flag = on;
-      return true;
-    }
-  }
-  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
 DefaultKRParser::DefaultKRParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
   takeOver(new DefaultKRFrameRenderBuffer(this));
 }

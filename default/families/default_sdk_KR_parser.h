@@ -34,52 +34,29 @@ class DefaultKRFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
   QString toolBoxSource() const override;
   QString modeEditorSource() const override;
   void updateMonitor(const unsigned char *block) override;
-  bool setCapability(std::string_view propertyName, bool on) override;
 
-  bool frameModelUseful() const { return m_flags.frameModelUseful; }
-  bool displayModeKr2HudFlag() const { return m_flags.displayModeKr2HudFlag; }
-  bool LidarStandbyModeFlag() const { return m_flags.LidarStandbyModeFlag; }
-  bool setConfidence0FilterFlag() const { return m_flags.setConfidence0FilterFlag; }
-  bool setLidarReturnModeFlag() const { return m_flags.setLidarReturnModeFlag; }
-  bool nbqSmoothingFlag() const { return m_flags.nbqSmoothingFlag; }
-  bool nbqRgbModeFlag() const { return m_flags.nbqRgbModeFlag; }
-  bool roadMarkerFilterFlag() const { return m_flags.roadMarkerFilterFlag; }
-  bool bankReflectivityFilterFlag() const { return m_flags.bankReflectivityFilterFlag; }
-  bool energyDeductFilterFlag() const { return m_flags.energyDeductFilterFlag; }
-  bool subChannelFilterFlag() const { return m_flags.subChannelFilterFlag; }
-  bool nbBloomingFilterFlag() const { return m_flags.nbBloomingFilterFlag; }
-  bool nbNoiseFilterFlag() const { return m_flags.nbNoiseFilterFlag; }
-  bool rtlEgOrderKFlag() const { return m_flags.rtlEgOrderKFlag; }
-  bool ispFlag() const { return m_flags.ispFlag; }
-  bool rgbDisplay1260Flag() const { return m_flags.rgbDisplay1260Flag; }
-  bool rgbDisplayLayoutFlag() const { return m_flags.rgbDisplayLayoutFlag; }
-  bool areaRemapFlag() const { return m_flags.areaRemapFlag; }
+  // What QML reads through the properties of the same names.
+  FamilyCapability frameModelUseful{familyCapabilities(), "frameModelUseful"};
+  FamilyCapability displayModeKr2HudFlag{familyCapabilities(), "displayModeKr2HudFlag"};
+  FamilyCapability LidarStandbyModeFlag{familyCapabilities(), "LidarStandbyModeFlag"};
+  FamilyCapability setConfidence0FilterFlag{familyCapabilities(), "setConfidence0FilterFlag"};
+  FamilyCapability setLidarReturnModeFlag{familyCapabilities(), "setLidarReturnModeFlag"};
+  FamilyCapability nbqSmoothingFlag{familyCapabilities(), "nbqSmoothingFlag"};
+  FamilyCapability nbqRgbModeFlag{familyCapabilities(), "nbqRgbModeFlag"};
+  FamilyCapability roadMarkerFilterFlag{familyCapabilities(), "roadMarkerFilterFlag"};
+  FamilyCapability bankReflectivityFilterFlag{familyCapabilities(), "bankReflectivityFilterFlag"};
+  FamilyCapability energyDeductFilterFlag{familyCapabilities(), "energyDeductFilterFlag"};
+  FamilyCapability subChannelFilterFlag{familyCapabilities(), "subChannelFilterFlag"};
+  FamilyCapability nbBloomingFilterFlag{familyCapabilities(), "nbBloomingFilterFlag"};
+  FamilyCapability nbNoiseFilterFlag{familyCapabilities(), "nbNoiseFilterFlag"};
+  FamilyCapability rtlEgOrderKFlag{familyCapabilities(), "rtlEgOrderKFlag"};
+  FamilyCapability ispFlag{familyCapabilities(), "ispFlag"};
+  FamilyCapability rgbDisplay1260Flag{familyCapabilities(), "rgbDisplay1260Flag"};
+  FamilyCapability rgbDisplayLayoutFlag{familyCapabilities(), "rgbDisplayLayoutFlag"};
+  FamilyCapability areaRemapFlag{familyCapabilities(), "areaRemapFlag"};
 
  protected:
   void redrawCalibrated() override;
-
- private:
-  struct Flags {
-    Relaxed<bool> frameModelUseful{false};
-    Relaxed<bool> displayModeKr2HudFlag{false};
-    Relaxed<bool> LidarStandbyModeFlag{false};
-    Relaxed<bool> setConfidence0FilterFlag{false};
-    Relaxed<bool> setLidarReturnModeFlag{false};
-    Relaxed<bool> nbqSmoothingFlag{false};
-    Relaxed<bool> nbqRgbModeFlag{false};
-    Relaxed<bool> roadMarkerFilterFlag{false};
-    Relaxed<bool> bankReflectivityFilterFlag{false};
-    Relaxed<bool> energyDeductFilterFlag{false};
-    Relaxed<bool> subChannelFilterFlag{false};
-    Relaxed<bool> nbBloomingFilterFlag{false};
-    Relaxed<bool> nbNoiseFilterFlag{false};
-    Relaxed<bool> rtlEgOrderKFlag{false};
-    Relaxed<bool> ispFlag{false};
-    Relaxed<bool> rgbDisplay1260Flag{false};
-    Relaxed<bool> rgbDisplayLayoutFlag{false};
-    Relaxed<bool> areaRemapFlag{false};
-  };
-  Flags m_flags;
 };
 
 /// Parser that owns the family's render buffer.

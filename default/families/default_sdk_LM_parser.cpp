@@ -33,29 +33,6 @@ void DefaultLMFrameRenderBuffer::addColumnAttribute(std::string name, int positi
     SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-bool DefaultLMFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
-  struct FlagRow {
-    std::string_view name;
-    Relaxed<bool> Flags::*flag;
-  };
-  static constexpr std::array rows{
-      FlagRow{"frameModelUseful", &Flags::frameModelUseful},
-      FlagRow{"useWeakEcho", &Flags::useWeakEcho},
-      FlagRow{"useEdgePointFilter", &Flags::useEdgePointFilter},
-      FlagRow{"useToggleGroundFilter", &Flags::useToggleGroundFilter},
-      FlagRow{"useOnlyShowRealChannel", &Flags::useOnlyShowRealChannel},
-      FlagRow{"usePixelChannelLayout", &Flags::usePixelChannelLayout},
-      FlagRow{"roadMarkerFilterFlag", &Flags::roadMarkerFilterFlag},
-  };
-  for (const FlagRow &row : rows) {
-    if (row.name == propertyName) {
-      m_flags.*row.flag = on;
-      return true;
-    }
-  }
-  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
 DefaultLMParser::DefaultLMParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
   takeOver(new DefaultLMFrameRenderBuffer(this));
 }

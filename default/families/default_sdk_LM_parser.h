@@ -22,27 +22,15 @@ class DefaultLMFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
   QString toolBoxSource() const override;
   QString modeEditorSource() const override;
   void updateMonitor(const unsigned char *block) override;
-  bool setCapability(std::string_view propertyName, bool on) override;
 
-  bool frameModelUseful() const { return m_flags.frameModelUseful; }
-  bool useWeakEcho() const { return m_flags.useWeakEcho; }
-  bool useEdgePointFilter() const { return m_flags.useEdgePointFilter; }
-  bool useToggleGroundFilter() const { return m_flags.useToggleGroundFilter; }
-  bool useOnlyShowRealChannel() const { return m_flags.useOnlyShowRealChannel; }
-  bool usePixelChannelLayout() const { return m_flags.usePixelChannelLayout; }
-  bool roadMarkerFilterFlag() const { return m_flags.roadMarkerFilterFlag; }
-
- private:
-  struct Flags {
-    Relaxed<bool> frameModelUseful{false};
-    Relaxed<bool> useWeakEcho{false};
-    Relaxed<bool> useEdgePointFilter{false};
-    Relaxed<bool> useToggleGroundFilter{false};
-    Relaxed<bool> useOnlyShowRealChannel{false};
-    Relaxed<bool> usePixelChannelLayout{false};
-    Relaxed<bool> roadMarkerFilterFlag{false};
-  };
-  Flags m_flags;
+  // What QML reads through the properties of the same names.
+  FamilyCapability frameModelUseful{familyCapabilities(), "frameModelUseful"};
+  FamilyCapability useWeakEcho{familyCapabilities(), "useWeakEcho"};
+  FamilyCapability useEdgePointFilter{familyCapabilities(), "useEdgePointFilter"};
+  FamilyCapability useToggleGroundFilter{familyCapabilities(), "useToggleGroundFilter"};
+  FamilyCapability useOnlyShowRealChannel{familyCapabilities(), "useOnlyShowRealChannel"};
+  FamilyCapability usePixelChannelLayout{familyCapabilities(), "usePixelChannelLayout"};
+  FamilyCapability roadMarkerFilterFlag{familyCapabilities(), "roadMarkerFilterFlag"};
 };
 
 /// Parser that owns the family's render buffer.

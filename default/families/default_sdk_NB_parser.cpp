@@ -28,25 +28,6 @@ void DefaultNBFrameRenderBuffer::addColumnAttribute(std::string name, int positi
     SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-bool DefaultNBFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
-  struct FlagRow {
-    std::string_view name;
-    Relaxed<bool> Flags::*flag;
-  };
-  static constexpr std::array rows{
-      FlagRow{"broadbandFilterFlag", &Flags::broadbandFilterFlag},
-      FlagRow{"nbBloomingFilterFlag", &Flags::nbBloomingFilterFlag},
-      FlagRow{"lidarStandbyModeFlag", &Flags::lidarStandbyModeFlag},
-  };
-  for (const FlagRow &row : rows) {
-    if (row.name == propertyName) {
-      m_flags.*row.flag = on;
-      return true;
-    }
-  }
-  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
 DefaultNBParser::DefaultNBParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
   takeOver(new DefaultNBFrameRenderBuffer(this));
 }

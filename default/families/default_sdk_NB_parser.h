@@ -16,19 +16,11 @@ class DefaultNBFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
 
   void addColumnAttribute(std::string name, int position) override;
   QString toolBoxSource() const override;
-  bool setCapability(std::string_view propertyName, bool on) override;
 
-  bool broadbandFilterFlag() const { return m_flags.broadbandFilterFlag; }
-  bool nbBloomingFilterFlag() const { return m_flags.nbBloomingFilterFlag; }
-  bool lidarStandbyModeFlag() const { return m_flags.lidarStandbyModeFlag; }
-
- private:
-  struct Flags {
-    Relaxed<bool> broadbandFilterFlag{false};
-    Relaxed<bool> nbBloomingFilterFlag{false};
-    Relaxed<bool> lidarStandbyModeFlag{false};
-  };
-  Flags m_flags;
+  // What QML reads through the properties of the same names.
+  FamilyCapability broadbandFilterFlag{familyCapabilities(), "broadbandFilterFlag"};
+  FamilyCapability nbBloomingFilterFlag{familyCapabilities(), "nbBloomingFilterFlag"};
+  FamilyCapability lidarStandbyModeFlag{familyCapabilities(), "lidarStandbyModeFlag"};
 };
 
 /// Parser that owns the family's render buffer.

@@ -36,26 +36,6 @@ void DefaultQSFrameRenderBuffer::addColumnAttribute(std::string name, int positi
     SKARN_LOG(LogLevel::Error, "add column error : %s", name.c_str());
 }
 
-bool DefaultQSFrameRenderBuffer::setCapability(std::string_view propertyName, bool on) {
-  struct FlagRow {
-    std::string_view name;
-    Relaxed<bool> Flags::*flag;
-  };
-  static constexpr std::array rows{
-      FlagRow{"retroConfFilterUse", &Flags::retroConfFilterUse},
-      FlagRow{"qs4_4LidarChooseUse", &Flags::qs4_4LidarChooseUse},
-      FlagRow{"qswDragPointFilter", &Flags::qswDragPointFilter},
-      FlagRow{"qswDirtyDiagnostic", &Flags::qswDirtyDiagnostic},
-  };
-  for (const FlagRow &row : rows) {
-    if (row.name == propertyName) {
-      m_flags.*row.flag = on;
-      return true;
-    }
-  }
-  return DefaultSDKFrameRenderBuffer::setCapability(propertyName, on);
-}
-
 DefaultQSParser::DefaultQSParser(QObject *parent) : DefaultSDKParser(parent, nullptr) {
   takeOver(new DefaultQSFrameRenderBuffer(this));
 }

@@ -17,21 +17,12 @@ class DefaultQSFrameRenderBuffer : public DefaultSDKFrameRenderBuffer {
 
   void addColumnAttribute(std::string name, int position) override;
   QString toolBoxSource() const override;
-  bool setCapability(std::string_view propertyName, bool on) override;
 
-  bool retroConfFilterUse() const { return m_flags.retroConfFilterUse; }
-  bool qs4_4LidarChooseUse() const { return m_flags.qs4_4LidarChooseUse; }
-  bool qswDragPointFilter() const { return m_flags.qswDragPointFilter; }
-  bool qswDirtyDiagnostic() const { return m_flags.qswDirtyDiagnostic; }
-
- private:
-  struct Flags {
-    Relaxed<bool> retroConfFilterUse{false};
-    Relaxed<bool> qs4_4LidarChooseUse{false};
-    Relaxed<bool> qswDragPointFilter{false};
-    Relaxed<bool> qswDirtyDiagnostic{false};
-  };
-  Flags m_flags;
+  // What QML reads through the properties of the same names.
+  FamilyCapability retroConfFilterUse{familyCapabilities(), "retroConfFilterUse"};
+  FamilyCapability qs4_4LidarChooseUse{familyCapabilities(), "qs4_4LidarChooseUse"};
+  FamilyCapability qswDragPointFilter{familyCapabilities(), "qswDragPointFilter"};
+  FamilyCapability qswDirtyDiagnostic{familyCapabilities(), "qswDirtyDiagnostic"};
 };
 
 /// Parser that owns the family's render buffer.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+#include <vector>
+
 #include "default/models/settings_value.h"
 
 namespace tarvo::skarnvisor {
@@ -29,6 +32,31 @@ struct Capabilities {
   Relaxed<bool> yfnNoiseFilter{false};
   Relaxed<bool> elevationFovFilterFlag{false};
   Relaxed<bool> vd8OffineFilterFlag{false};
+};
+
+class FamilyCapability;
+
+/// What the types of one family can do beside that, in the order in which the family declares it.
+using FamilyCapabilities = std::vector<FamilyCapability *>;
+
+/// One capability of a family: a member that is named as its property, whose READ calls it. Read from any thread.
+class FamilyCapability {
+ public:
+  /// Enters itself into `all`, which stands in the same object.
+  FamilyCapability(FamilyCapabilities &all, std::string_view property, bool on = false)
+      : m_property(property), m_on(on) {
+    all.push_back(this);
+  }
+  FamilyCapability(const FamilyCapability &) = delete;
+  FamilyCapability &operator=(const FamilyCapability &) = delete;
+
+  bool operator()() const { return m_on; }
+  void set(bool on) { m_on = on; }
+  std::string_view property() const { return m_property; }
+
+ private:
+  std::string_view m_property;
+  Relaxed<bool> m_on;
 };
 
 }  // namespace tarvo::skarnvisor

@@ -213,7 +213,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Bytes of a record that `updateFaultMessages` reads; batches of another stride are not handed to it.
   virtual std::size_t faultRecordBytes() const;
   /// Sets a capability by the name of its property; false for a name that is none.
-  virtual bool setCapability(std::string_view propertyName, bool on);
+  bool setCapability(std::string_view propertyName, bool on);
 
   // ---- properties: the picture
   QByteArray vertex() const;
@@ -542,6 +542,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void frameAllocationFinished(bool success, int actualFrames, QString message);
 
  protected:
+  FamilyCapabilities &familyCapabilities() { return m_familyCapabilities; }
   using Signal = void (DefaultSDKFrameRenderBuffer::*)();
   /// Emits once no lock of this buffer is held any more.
   void announce(Signal signal);
@@ -625,6 +626,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Relaxed<int> m_laserNum{128};
   Relaxed<double> m_motorSpeed{0.0};
   Capabilities m_capabilities;
+  FamilyCapabilities m_familyCapabilities;
   CalibrationPaths m_paths;
   DisplaySettings m_settings;
   ColorSettings m_colors;

@@ -66,6 +66,12 @@ bool DefaultSDKFrameRenderBuffer::setCapability(std::string_view propertyName, b
       return true;
     }
   }
+  for (FamilyCapability *const capability : m_familyCapabilities) {
+    if (capability->property() == propertyName) {
+      capability->set(on);
+      return true;
+    }
+  }
   return false;
 }
 

@@ -115,12 +115,12 @@ inline void packVertices(const float *x, const float *y, const float *z, const s
   Words colors;
   load(colors, color);
   // Four vertices are three lanes' worth of words: l0 h0 c0 l1, h1 c1 l2 h2, c2 l3 h3 c3.
-  const Words pairs01 = __builtin_shuffle(low, high, Words{0, 4, 1, 5});  // l0 h0 l1 h1
-  const Words pairs23 = __builtin_shuffle(low, high, Words{2, 6, 3, 7});  // l2 h2 l3 h3
+  const Words pairs01 = __builtin_shufflevector(low, high, 0, 4, 1, 5);  // l0 h0 l1 h1
+  const Words pairs23 = __builtin_shufflevector(low, high, 2, 6, 3, 7);  // l2 h2 l3 h3
   const Words out[3] = {
-      __builtin_shuffle(pairs01, colors, Words{0, 1, 4, 2}),
-      __builtin_shuffle(__builtin_shuffle(pairs01, colors, Words{3, 5, 0, 0}), pairs23, Words{0, 1, 4, 5}),
-      __builtin_shuffle(pairs23, colors, Words{6, 2, 3, 7}),
+      __builtin_shufflevector(pairs01, colors, 0, 1, 4, 2),
+      __builtin_shufflevector(__builtin_shufflevector(pairs01, colors, 3, 5, 0, 0), pairs23, 0, 1, 4, 5),
+      __builtin_shufflevector(pairs23, colors, 6, 2, 3, 7),
   };
   static_assert(sizeof out == width * sizeof(Vertex));
   std::memcpy(vertices, out, sizeof out);

@@ -71,7 +71,7 @@ void ChannelModel::refresh() {
 }
 
 ColumnModel::ColumnModel(QObject *parent, QStringList headers, Cell cell)
-    : ChannelModel(parent, selectableRows, selectableRows, std::move(headers), std::move(cell)) {}
+    : ChannelModel(parent, columnRows, columnRows, std::move(headers), std::move(cell)) {}
 
 MonitorModel::MonitorModel(QObject *parent, int columnCount, QStringList columnNames, Cell cell)
     : QAbstractTableModel(parent),

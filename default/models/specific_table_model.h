@@ -74,7 +74,7 @@ class ColumnModel : public ChannelModel {
   Q_OBJECT
 
  public:
-  static constexpr int selectableRows = 512;
+  static constexpr int columnRows = 512;
 
   ColumnModel(QObject *parent, QStringList headers, Cell cell);
 };

@@ -21,7 +21,8 @@ constexpr int pollsPerWait = 1000;
 
 // Whole microseconds: what is finer than that does not reach the runtime.
 double runtimeSeconds(TimePoint time) {
-  return static_cast<double>(time.time_since_epoch().count() / 10) / 1'000'000.0;
+  const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(time.time_since_epoch());
+  return static_cast<double>(whole.count()) / 1'000'000.0;
 }
 
 }  // namespace

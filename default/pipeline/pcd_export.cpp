@@ -145,7 +145,7 @@ std::int64_t PcdWriter::format(const PointSlots &slots, std::size_t begin, std::
 }
 
 WriteOutcome PcdWriter::write(OutputFile &file, const PictureHold &hold) {
-  const WriteOutcome changed{WriteOutcome::End::NotWritten, QStringLiteral("the picture changed meanwhile")};
+  WriteOutcome changed{WriteOutcome::End::NotWritten, QStringLiteral("the picture changed meanwhile")};
   std::unique_lock lock(m_picture.frameMutex);
   PointSlots slots(m_picture, m_ring);
   const std::size_t total = slots.count();

@@ -72,7 +72,7 @@ class Pipeline : public QObject, public TimelineTrack {
   [[nodiscard]] bool isLive() const override { return m_origin.live; }
   [[nodiscard]] bool isBusy() const override;
   void show(TimePoint cursor) override;
-  void setPlaying(bool playing) override;
+  void setPlaying(bool playing) final;
 
  Q_SIGNALS:
   /// After the first load of the clip. `error` is what an exception of the loader said, else empty.

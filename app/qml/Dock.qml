@@ -9,6 +9,24 @@ Rectangle {
     objectName: "dock"
     color: theme.panel
     readonly property var buffer: viewer.buffer
+    readonly property bool logSeen: visible && logSection.open && logSection.y + 60 < flick.contentY + flick.height
+    // An error opens the log; who has hidden the panels asks for it with the button in the status line.
+    function openLog() {
+        logSection.open = true
+        // Not under the hands of who works in a panel.
+        if (!holds(window.activeFocusItem)) toLog.restart()
+    }
+    function showLog() {
+        window.showDock(true)
+        logSection.open = true
+        toLog.restart()
+    }
+    // The log stands last, and has its height a moment after it is opened.
+    Timer { id: toLog; interval: 50; onTriggered: flick.contentY = Math.max(0, Math.min(logSection.y, flick.contentHeight - flick.height)) }
+    function holds(item) {
+        for (var up = item; up; up = up.parent) if (up === column) return true
+        return false
+    }
     function has(property) { return buffer !== null && buffer[property] !== undefined && buffer[property] !== null }
 
     Flickable {
@@ -23,8 +41,7 @@ Rectangle {
             target: window
             function onActiveFocusItemChanged() {
                 var item = window.activeFocusItem
-                for (var up = item; up; up = up.parent) if (up === column) break
-                if (!item || up !== column) return
+                if (!dock.holds(item)) return
                 var y = item.mapToItem(column, 0, 0).y
                 if (y < flick.contentY) flick.contentY = y
                 else if (y + item.height > flick.contentY + flick.height) flick.contentY = y + item.height - flick.height
@@ -43,13 +60,13 @@ Rectangle {
                 title: "Device monitor"
                 name: "monitor"
                 shown: dock.has("monitorViewUseful") && dock.buffer.monitorViewUseful
-                content: TablePanel { modelName: "monitorModel"; enabledName: "monitorViewEnabled"; widths: [40, 170, 90]; emptyText: "This source has sent no device status yet." }
+                content: TablePanel { modelName: "monitorModel"; enabledName: "monitorViewEnabled"; title: "the device monitor"; widths: [30, 0, 68]; emptyText: "The lidar has sent no status yet: play, or step on." }
             }
             Section {
                 title: "Faults"
                 name: "faults"
                 shown: dock.has("faultmessageViewUsed") && dock.buffer.faultmessageViewUsed
-                content: TablePanel { modelName: "faultmessageModel"; enabledName: "faultmessageViewEnabled"; widths: [190, 100]; emptyText: "No fault message has come since this panel was opened." }
+                content: TablePanel { modelName: "faultmessageModel"; enabledName: "faultmessageViewEnabled"; title: "the faults"; widths: [0, 68]; emptyText: "No fault message has come since this panel was opened." }
             }
             Section { title: "Motion sensor"; name: "motion"; shown: dock.has("imuConfig") && dock.buffer.imuConfig >= 0; content: MotionPanel {} }
             Section { title: "Calibration files"; name: "calibration"; shown: dock.buffer !== null && typeof dock.buffer.setDcfCorrectionState === "function"; content: CalibrationPanel {} }
@@ -62,7 +79,7 @@ Rectangle {
                 title: "Log"
                 name: "log"
                 content: LogPanel {}
-                Connections { target: logModel; function onErrorLogged(message) { logSection.open = true } }
+                Connections { target: logModel; function onNewsLogged() { dock.openLog() } }
             }
         }
     }

@@ -20,6 +20,8 @@ QtObject {
     readonly property color errorBack: dark ? "#5a1f24" : "#f6d5d7"
     readonly property color errorText: dark ? "#ffd7d9" : "#7a1119"
     readonly property color noticeBack: dark ? "#1d3b2c" : "#d5ecdf"
+    readonly property color logError: dark ? "#ff8a8a" : "#b00020"
+    readonly property color logWarning: dark ? "#ffc46b" : "#8a5a00"
     readonly property color mark: dark ? "#ff40ff" : "#c000c0"
     readonly property int small: 12
 }

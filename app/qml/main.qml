@@ -30,8 +30,7 @@ ApplicationWindow {
     property bool tableShown: prefs.value("table", false)
     // The buffer tells of its selection with its other signals; the window, which alone sets it, keeps it too.
     property bool selecting: false
-    property bool exporting: false
-    property var exporter: null
+    readonly property alias exporting: frameExport.running
     readonly property var buffer: viewer.buffer
     // While a control has the keyboard, its keys are its own.
     readonly property bool keysFree: activeFocusItem === null || activeFocusItem.focusPolicy === undefined
@@ -44,6 +43,7 @@ ApplicationWindow {
     CutDialog { id: cutDialog }
     HelpSheet { id: help }
     Shortcuts { id: shortcuts }
+    FrameExport { id: frameExport }
 
     function applyTheme() {
         app.setDark(theme.dark)
@@ -79,7 +79,7 @@ ApplicationWindow {
     function screenshot() {
         chooser.ask("Save a picture of the window", ["Pictures (*.png)"], true, function (url) {
             if (app.saveShot(url)) viewer.tell("Picture saved")
-            else viewer.fail("The picture could not be saved: choose a folder that you may write to.")
+            else viewer.fail("The picture was not saved: " + (files.writeFault(url) || "choose another folder") + ".")
         })
     }
     function select(matrix) {
@@ -94,37 +94,32 @@ ApplicationWindow {
     // A buffer that writes in the background tells how far it is; the others are called on a thread of ours.
     readonly property var pointExport: buffer && buffer.pointExport || null
     function exportPoints(url, target, method, what) {
-        var path = decodeURIComponent(url.toString().replace(/^file:\/\//, ""))
+        var path = files.path(url)
         // The buffer goes by the suffix; with another name the function itself is called.
         var namedAsTable = /\.csv$/i.test(path)
         if (pointExport === null || namedAsTable !== (target !== buffer)) return jobs.exportTo(target, method, url, what)
+        exportTarget = url
         if (!buffer.startExport(path)) viewer.fail("Wait until the export under way has ended.")
     }
+    property url exportTarget
     function exportFrame(url) { exportPoints(url, buffer, "capture2PCD", "this frame") }
     function exportTable(url) { exportPoints(url, buffer.spreadSheetModel, "exportPointsInformation", "the points") }
     Connections {
         target: window.pointExport
         ignoreUnknownSignals: true
         function onFinished(written, reason) {
-            if (written) viewer.tell("Points saved")
-            else if (reason.length > 0) viewer.fail(reason)
+            if (written) viewer.tell("Saved " + files.path(window.exportTarget))
+            else if (reason.length > 0) viewer.fail(files.path(window.exportTarget) + " was not written: " + (files.writeFault(window.exportTarget) || reason) + ".")
             else viewer.tell("Export cancelled")
         }
     }
-    function startFrameExport(target, type, url) {
-        exporter = target
-        target.setDetailExport(true, type, url)
-        exporting = true
-        viewer.tell("Each frame that is played is saved; press play")
-    }
+    function startFrameExport(target, type, url) { frameExport.start(target, type, url) }
     function endFrameExport() {
-        if (exporting && exporter) exporter.setDetailExport(false, 0, "")
-        exporting = false
-        exporter = null
+        frameExport.end()
         syncTable()
     }
 
-    onBufferChanged: { selecting = exporting = false; exporter = null; if (buffer) syncTable() }
+    onBufferChanged: { selecting = false; frameExport.forget(); if (buffer) syncTable() }
     onVisibilityChanged: if (visibility === ApplicationWindow.Windowed) geometryTimer.restart()
     onWidthChanged: geometryTimer.restart()
     onHeightChanged: geometryTimer.restart()

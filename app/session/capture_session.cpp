@@ -133,7 +133,7 @@ void CaptureSession::noteFrameEnd(const QString &error) {
   Q_EMIT chainEnded();
   if (error == m_frameFault) return;
   m_frameFault = error;
-  if (!error.isEmpty()) Q_EMIT frameFailed(error);
+  Q_EMIT frameFailed(error);
 }
 
 bool CaptureSession::waitUntil(const std::function<bool()> &done, int limitMs) {

@@ -83,7 +83,7 @@ class CaptureSession : public QObject {
   /// Same frame or stack, other vertices or colours.
   void pictureChanged();
   void closing();
-  /// The frame at the cursor could not be made.
+  /// The frame at the cursor could not be made; with an empty reason, it could again.
   void frameFailed(const QString &reason);
   /// The chain has run to its end, with a frame or without.
   void chainEnded();

@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QtConcurrent>
 
+#include "app/window/file_calls.h"
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -52,7 +54,7 @@ void Jobs::finish() {
   m_running = false;
   const Outcome outcome = m_watcher.result();
   Q_EMIT changed();
-  const QString reason = outcome.done || !m_faultSource ? QString() : m_faultSource();
+  const QString reason = !outcome.hasFault || !m_faultSource ? QString() : m_faultSource();
   if (outcome.done)
     Q_EMIT succeeded(outcome.message);
   else
@@ -66,7 +68,7 @@ void Jobs::cut(QObject *clip, const QUrl &target, int first, int last) {
     bool written = false;
     QMetaObject::invokeMethod(clip, "cutPcap", Qt::DirectConnection, Q_RETURN_ARG(bool, written), Q_ARG(QUrl, target),
                               Q_ARG(int, first), Q_ARG(int, last));
-    if (!written) return {false, QStringLiteral("%1 was not written.").arg(name)};
+    if (!written) return {false, QStringLiteral("%1 was not written.").arg(name), true};
     if (m_cancelled) {
       QFile::remove(target.toLocalFile());
       return {true, QStringLiteral("Cancelled, and %1 removed").arg(name)};
@@ -106,8 +108,11 @@ void Jobs::exportTo(QObject *object, const QString &method, const QUrl &target, 
     bool written = false;
     QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, Q_RETURN_ARG(bool, written),
                               Q_ARG(QString, path));
-    if (!written)
-      return {false, QStringLiteral("%1 could not be written: choose a folder that you may write to.").arg(path)};
+    if (!written) {
+      const QString fault = FileCalls::writeFault(target);
+      return {false, QStringLiteral("%1 was not written: %2.")
+                         .arg(path, fault.isEmpty() ? QStringLiteral("choose another folder") : fault)};
+    }
     if (m_cancelled) {
       QFile::remove(path);
       return {true, QStringLiteral("Cancelled, and %1 removed").arg(path)};

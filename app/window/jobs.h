@@ -39,7 +39,7 @@ class Jobs : public QObject {
   Q_INVOKABLE void cancel();
   /// Gives up what runs and waits for its end; before the objects that it works on go.
   void stop();
-  /// What the last failed work said beside its result; asked on the GUI thread.
+  /// What the source said of its last cut that failed; asked on the GUI thread.
   void setFaultSource(std::function<QString()> source) { m_faultSource = std::move(source); }
 
  Q_SIGNALS:
@@ -52,6 +52,7 @@ class Jobs : public QObject {
   struct Outcome {
     bool done = false;
     QString message;
+    bool hasFault = false;  ///< the source knows why
   };
   using Work = std::function<Outcome()>;
 

@@ -6,6 +6,7 @@ namespace tarvo::skarnvisor::app {
 namespace {
 
 constexpr int lookIntervalMs = 250;
+constexpr std::int64_t stillnessMicroseconds = 60'000'000;
 
 QString levelName(LogLevel level) {
   switch (level) {
@@ -75,23 +76,29 @@ void LogModel::look() {
   beginInsertRows({}, count(), count() + static_cast<int>(fresh.size()) - 1);
   m_entries.insert(m_entries.end(), fresh.begin(), fresh.end());
   endInsertRows();
+  tellErrors(fresh);
   Q_EMIT countChanged();
-  for (const LogEntry &entry : fresh)
-    if (entry.level == LogLevel::Error || entry.level == LogLevel::Internal) Q_EMIT errorLogged(messageOf(entry));
+}
+
+void LogModel::tellErrors(const std::vector<LogEntry> &fresh) {
+  bool news = false;
+  for (const LogEntry &entry : fresh) {
+    if (entry.level != LogLevel::Error && entry.level != LogLevel::Internal) continue;
+    ++m_errorCount;
+    std::int64_t &last = m_lastErrors[{entry.source, entry.line}];
+    news = news || entry.unixMicroseconds - last > stillnessMicroseconds;
+    last = entry.unixMicroseconds;
+    Q_EMIT errorLogged(messageOf(entry));
+  }
+  if (news) Q_EMIT newsLogged();
 }
 
 void LogModel::clear() {
   beginResetModel();
   m_entries.clear();
+  m_errorCount = 0;
   endResetModel();
   Q_EMIT countChanged();
-}
-
-QString LogModel::text() const {
-  QString text;
-  for (const LogEntry &entry : m_entries)
-    text += QStringLiteral("%1 %2 %3\n").arg(timeOf(entry), levelName(entry.level), messageOf(entry));
-  return text;
 }
 
 }  // namespace tarvo::skarnvisor::app

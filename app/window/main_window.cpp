@@ -39,6 +39,8 @@ MainWindow::MainWindow() {
   context.setContextProperty(QStringLiteral("tableRows"), &m_viewer.tableRows());
   context.setContextProperty(QStringLiteral("prefs"), &m_viewer.preferences());
   context.setContextProperty(QStringLiteral("logModel"), &m_log);
+  context.setContextProperty(QStringLiteral("logView"), &m_logView);
+  context.setContextProperty(QStringLiteral("files"), &m_files);
   m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));
   if (!m_engine.rootObjects().isEmpty()) m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
   if (m_window != nullptr) new FramePacer(*m_window);

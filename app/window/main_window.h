@@ -3,7 +3,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
-#include "app/window/log_model.h"
+#include "app/window/file_calls.h"
+#include "app/window/log_view.h"
 #include "app/window/viewer.h"
 
 namespace tarvo::skarnvisor::app {
@@ -34,6 +35,8 @@ class MainWindow : public QObject {
  private:
   Viewer m_viewer;
   LogModel m_log;
+  LogView m_logView{m_log};
+  FileCalls m_files;
   QQmlApplicationEngine m_engine;
   QQuickWindow *m_window = nullptr;
 };

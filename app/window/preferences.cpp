@@ -1,5 +1,6 @@
 #include "app/window/preferences.h"
 
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace tarvo::skarnvisor::app {
@@ -7,6 +8,7 @@ namespace {
 
 constexpr int recentLimit = 12;
 const QString recentKey = QStringLiteral("Viewer/recent");
+const QString lastPcdKey = QStringLiteral("LastSavePcdFilePath");
 
 QString settingsFile() {
   return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
@@ -27,6 +29,16 @@ QVariant Preferences::value(const QString &key, const QVariant &fallback) const 
 
 void Preferences::setValue(const QString &key, const QVariant &value) {
   m_settings.setValue(QStringLiteral("Viewer/") + key, value);
+}
+
+QUrl Preferences::lastPcdFolder() const {
+  const QString file = m_settings.value(lastPcdKey).toString();
+  return file.isEmpty() ? QUrl() : QUrl::fromLocalFile(QFileInfo(file).absolutePath());
+}
+
+void Preferences::notePcdFile(const QUrl &file) {
+  m_settings.setValue(lastPcdKey, file.toLocalFile());
+  Q_EMIT lastPcdFolderChanged();
 }
 
 QStringList Preferences::recent() const { return m_settings.value(recentKey).toStringList(); }

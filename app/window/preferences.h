@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
+#include <QUrl>
 #include <QVariant>
 
 namespace tarvo::skarnvisor::app {
@@ -12,6 +13,8 @@ class Preferences : public QObject {
   Q_OBJECT
   /// What was opened last, newest first.
   Q_PROPERTY(QStringList recent READ recent NOTIFY recentChanged)
+  /// Where the last PCD file was saved, by this program or by a buffer's own dialog; empty at first.
+  Q_PROPERTY(QUrl lastPcdFolder READ lastPcdFolder NOTIFY lastPcdFolderChanged)
 
  public:
   explicit Preferences(QObject *parent = nullptr);
@@ -22,6 +25,9 @@ class Preferences : public QObject {
   /// Whether a capture opened from now on asks for two views. The render buffer reads it.
   Q_INVOKABLE void setSplitWindow(bool split) { m_settings.setValue(QStringLiteral("SplitWindow"), split); }
 
+  QUrl lastPcdFolder() const;
+  Q_INVOKABLE void notePcdFile(const QUrl &file);
+
   bool splitWindow() const { return m_settings.value(QStringLiteral("SplitWindow")).toBool(); }
 
   QStringList recent() const;
@@ -30,6 +36,7 @@ class Preferences : public QObject {
 
  Q_SIGNALS:
   void recentChanged();
+  void lastPcdFolderChanged();
 
  private:
   QSettings m_settings;

@@ -17,18 +17,27 @@ QString grouped(Number number) {
   return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
 }
 
+/// The first line of a status text; the others are lists of their own. Without the source's title, which the window
+/// shows anyway.
+QString lineOf(const QString &status, const QString &title) {
+  QStringList parts;
+  for (const QString &part : status.section(QLatin1Char('\n'), 0, 0).split(QLatin1Char('\t'), Qt::SkipEmptyParts))
+    if (const QString text = part.simplified(); !text.isEmpty() && text != title) parts << text;
+  return parts.join(QStringLiteral("   "));
+}
+
 }  // namespace
 
 Viewer::Viewer(QObject *parent)
     : QObject(parent), m_colors(ColorHalf::Main, this), m_sideColors(ColorHalf::SplitWindow, this) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
   connect(&m_session, &CaptureSession::failed, this, &Viewer::setError);
-  connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::setError);
+  connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::noteFrame);
   connect(&m_session, &CaptureSession::frameShown, this, &Viewer::readFrame);
   connect(&m_session, &CaptureSession::pictureChanged, this, &Viewer::readPicture);
   connect(&m_session, &CaptureSession::closing, this, &Viewer::drop);
   connect(&m_session.host(), &HostCore::openingChanged, this, &Viewer::openingChanged);
-  connect(&m_jobs, &Jobs::failed, this, &Viewer::setError);
+  connect(&m_jobs, &Jobs::failed, this, &Viewer::fail);
   connect(&m_jobs, &Jobs::succeeded, this, &Viewer::tell);
   m_jobs.setFaultSource([this] { return m_session.runtimeFault(); });
   for (ColorScale *scale : {&m_colors, &m_sideColors}) {
@@ -132,7 +141,7 @@ void Viewer::takePicture() {
   }
   m_colors.measure(m_feed.sample(), shown);
   m_sideColors.measure(m_feed.sample(), shown);
-  m_statusText = m_session.view().status().simplified();
+  m_statusText = lineOf(m_session.view().status(), title());
   Q_EMIT pictureChanged();
 }
 
@@ -211,7 +220,7 @@ void Viewer::record(bool on) {
     QMetaObject::invokeMethod(target, "setRecord", Qt::DirectConnection, Q_RETURN_ARG(bool, done), Q_ARG(bool, on));
   lookAtHealth();
   if (!on && done) tell(QStringLiteral("The recording has ended"));
-  if (on && done && !m_recording.running) setError(m_session.runtimeFault());
+  if (on && done && !m_recording.running) fail(m_session.runtimeFault());
 }
 
 void Viewer::setCanvasColors(const QColor &background, const QColor &grid) {
@@ -247,7 +256,19 @@ void Viewer::setPlayByFrame(bool byFrame) {
   Q_EMIT playByFrameChanged();
 }
 
+void Viewer::fail(const QString &error) {
+  m_passingError = error;
+  setError(error);
+}
+
+void Viewer::noteFrame(const QString &fault) {
+  if (fault.isEmpty() && m_error == m_frameError) setError({});
+  m_frameError = fault;
+  if (!fault.isEmpty()) setError(fault);
+}
+
 void Viewer::tell(const QString &notice) {
+  if (m_error == m_passingError) setError({});
   m_notice = notice;
   Q_EMIT noticeChanged();
 }

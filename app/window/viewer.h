@@ -73,7 +73,8 @@ class Viewer : public QObject {
   Q_INVOKABLE void close();
   Q_INVOKABLE void cancelOpening();
   Q_INVOKABLE void clearError() { setError({}); }
-  Q_INVOKABLE void fail(const QString &error) { setError(error); }
+  /// For something the user asked for: the next thing that is done takes the message away.
+  Q_INVOKABLE void fail(const QString &error);
   Q_INVOKABLE void tell(const QString &notice);
   /// Colours of the canvas, by the theme.
   Q_INVOKABLE void setCanvasColors(const QColor &background, const QColor &grid);
@@ -160,6 +161,7 @@ class Viewer : public QObject {
   void takePicture();
   void drop();
   void setError(const QString &error);
+  void noteFrame(const QString &fault);
   void lookAtHealth();
 
   Preferences m_preferences;
@@ -169,6 +171,8 @@ class Viewer : public QObject {
   ColorScale m_sideColors;
   QString m_requested;  ///< as the user named it
   QString m_error;
+  QString m_frameError;    ///< of the frame at the cursor
+  QString m_passingError;  ///< of what was asked for last
   QString m_notice;
   QString m_statusText;
   QString m_lossText;

@@ -91,10 +91,13 @@ void DefaultSDKFrameRenderBuffer::exportDetail(double timestamp) {
   const QString name =
       *m_settings.detailExportPath.take() + QStringLiteral("/points_info_") + QString::number(timestamp, 'f', 6);
   WriteProgress progress;
-  if (type == tableExport)
-    m_spreadSheetModel->writeTable(name + QStringLiteral(".csv"), {}, progress);
-  else
+  if (type != tableExport) {
     tell(name + QStringLiteral(".pcd"), writePicture(name + QStringLiteral(".pcd"), {}, progress));
+  } else if (const WriteOutcome outcome = m_spreadSheetModel->writeTable(name + QStringLiteral(".csv"), {}, progress);
+             !outcome.written()) {
+    SKARN_LOG(LogLevel::Error, "%s.csv was not written: %s", QFile::encodeName(name).constData(),
+              qPrintable(outcome.reason));
+  }
 }
 
 }  // namespace tarvo::skarnvisor

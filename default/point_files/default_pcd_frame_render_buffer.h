@@ -116,6 +116,8 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   /// Asks for a file and writes the shown points to it, the selected ones while selecting. False when cancelled or not
   /// written.
   Q_INVOKABLE bool capture2PCD();
+  /// The same without asking. Any thread.
+  Q_INVOKABLE bool capture2PCD(const QString &path);
   /// Writes every PLY and PCD file of the track as a BIN file into the folder. False without a track of one clip, and
   /// when a file could not be read.
   Q_INVOKABLE bool saveToData(QUrl folder);

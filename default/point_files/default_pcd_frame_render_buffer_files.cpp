@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "contracts/host/log.h"
 #include "default/files/settings_file.h"
 #include "default/frame/half_float.h"
 #include "default/point_files/default_pcd_file_buffer.h"
@@ -11,6 +12,8 @@
 #include "default/point_files/default_pcd_parser.h"
 #include "default/point_files/default_pcd_track_buffer.h"
 #include "default/point_files/point_file_writer.h"
+
+SKARN_LOG_SOURCE("default/default_pcd_frame_render_buffer");
 
 namespace tarvo::skarnvisor {
 
@@ -25,7 +28,10 @@ bool DefaultPcdFrameRenderBuffer::capture2PCD() {
   const QString path = m_askForFile(settings.value(lastFileKey).toString());
   if (path.isEmpty()) return false;
   settings.setValue(lastFileKey, path);
+  return capture2PCD(path);
+}
 
+bool DefaultPcdFrameRenderBuffer::capture2PCD(const QString &path) {
   const QByteArray shownPath = QFile::encodeName(path);
   const bool selectedOnly = m_settings.selectEnabled;
   QString fault;
@@ -42,6 +48,7 @@ bool DefaultPcdFrameRenderBuffer::capture2PCD() {
   }
   if (!fault.isEmpty()) {
     std::printf("pcd file: %s open failed\n", shownPath.constData());
+    SKARN_LOG(LogLevel::Error, "%s", qPrintable(fault));
     return false;
   }
   std::printf("pcd file is saved to %s\n", shownPath.constData());

@@ -1,6 +1,5 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
-import QtQuick.Layouts 1.15
 import "../parts"
 
 // Saving what is shown as point files: one frame, every frame while playing, or a whole folder in another format.
@@ -8,59 +7,73 @@ Column {
     id: panel
     readonly property var buffer: viewer.buffer
     readonly property var fields: buffer && typeof buffer.getPcdFieldListString === "function" ? buffer.getPcdFieldListString() : []
-    readonly property var exporter: viewer.track && typeof viewer.track.setDetailExport === "function" ? viewer.track
-                                  : viewer.clip && typeof viewer.clip.setDetailExport === "function" ? viewer.clip : null
-    readonly property bool pathTaken: fields.length > 0
+    readonly property bool savesFrames: viewer.track !== null && typeof viewer.track.setDetailExport === "function"
     spacing: 8
     topPadding: 6
 
-    Column {
+    component Title: Label { font { pixelSize: 12; bold: true } }
+
+    Title { text: "This frame"; visible: frameButton.visible }
+    Flow {
         width: parent.width
         visible: panel.fields.length > 0
-        Label { text: "Fields of a PCD file"; font.pixelSize: 12; font.bold: true }
-        Flow {
-            width: parent.width
-            spacing: 4
-            Repeater {
-                model: panel.fields
-                Check {
-                    objectName: "pcd-" + modelData
-                    text: modelData
-                    checked: panel.buffer !== null && panel.buffer.getPcdFieldEnabled(index)
-                    onToggled: panel.buffer.setPcdFieldEnabled(index, checked)
-                }
+        spacing: 4
+        Repeater {
+            model: panel.fields
+            Check {
+                objectName: "pcd-" + modelData
+                text: modelData
+                tip: "Field of the PCD files"
+                checked: panel.buffer !== null && panel.buffer.getPcdFieldEnabled(index)
+                onToggled: panel.buffer.setPcdFieldEnabled(index, checked)
             }
         }
     }
     PushButton {
+        id: frameButton
+        objectName: "saveFrame"
         visible: panel.buffer !== null && typeof panel.buffer.capture2PCD === "function"
-        text: "Save this frame as PCD\u2026"
-        tip: "The points shown, or the selected ones"
+        enabled: viewer.pointsShown > 0 && !jobs.running
+        text: "Save as PCD\u2026"
+        tip: "Save the points shown, or the selected ones"
         onClicked: {
-            if (!panel.pathTaken) { if (panel.buffer.capture2PCD()) viewer.tell("Frame saved"); return }
-            chooser.ask("Save this frame", ["pcd files (*.pcd)"], true, window.exportFrame)
+            if (prefs.lastPcdFolder != "") chooser.folder = prefs.lastPcdFolder
+            chooser.ask("Save this frame", ["pcd files (*.pcd)"], true, function (url) { prefs.notePcdFile(url); window.exportFrame(url) })
         }
     }
-    RowLayout {
-        visible: panel.exporter !== null && !window.exporting
+
+    Title { text: "Each frame that is played"; visible: panel.savesFrames }
+    Flow {
+        width: parent.width
+        spacing: 6
+        visible: panel.savesFrames && !window.exporting
         PushButton {
-            visible: panel.exporter !== null
-            text: "Each frame as CSV\u2026"
-            tip: "Writes a table of points for each frame that is played"
-            onClicked: chooser.askFolder("Folder for the tables of points", function (url) { window.startFrameExport(panel.exporter, 1, url) })
+            objectName: "framesAsTables"
+            text: "As CSV\u2026"
+            tip: "Save the points of each frame that is played as a table"
+            onClicked: chooser.askFolder("Folder for the tables of points", function (url) { window.startFrameExport(viewer.track, 1, url) })
         }
         PushButton {
-            visible: panel.fields.length > 0
-            text: "Each frame as PCD\u2026"
-            tip: "Writes a PCD file for each frame that is played"
-            onClicked: chooser.askFolder("Folder for the PCD files", function (url) { window.startFrameExport(panel.exporter, 2, url) })
+            text: "As PCD\u2026"
+            tip: "Save each frame that is played as a PCD file"
+            onClicked: chooser.askFolder("Folder for the PCD files", function (url) { window.startFrameExport(viewer.track, 2, url) })
         }
     }
-    PushButton { visible: window.exporting; text: "End the export of frames"; onClicked: window.endFrameExport() }
-    RowLayout {
+    PushButton { visible: window.exporting; text: "End the saving"; onClicked: window.endFrameExport() }
+
+    Title { text: "All files in another format"; visible: conversion.visible }
+    Flow {
+        id: conversion
+        width: parent.width
+        spacing: 6
         visible: panel.buffer !== null && typeof panel.buffer.convertFile === "function"
-        Label { text: "Convert all files to"; font.pixelSize: 12 }
-        Choice { id: suffix; label: "Format"; model: ["bin", "pcd", "csv"]; Layout.preferredWidth: 80 }
-        PushButton { text: "Folder\u2026"; tip: "Choose where the converted files go"; onClicked: chooser.askFolder("Folder for the converted files", function (url) { jobs.convert(panel.buffer, viewer.clip, url, suffix.currentText) }) }
+        Choice { id: suffix; objectName: "convertTo"; label: "Format"; model: ["bin", "pcd", "csv"]; width: 80 }
+        PushButton {
+            objectName: "convert"
+            text: "Convert\u2026"
+            tip: "Choose the folder that the converted files go to"
+            enabled: !jobs.running
+            onClicked: chooser.askFolder("Folder for the converted files", function (url) { jobs.convert(panel.buffer, viewer.clip, url, suffix.currentText) })
+        }
     }
 }

@@ -2,22 +2,42 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "../parts"
 
-// What the lidar's motion sensor says: the direction of its acceleration here, all of it in the status line.
+// What the lidar's motion sensor says: the direction of its acceleration, and the values that its status text lists.
 Column {
     id: panel
     readonly property var buffer: viewer.buffer
-    readonly property var axes: buffer && buffer.imuData ? buffer.imuData : []
+    readonly property bool on: buffer !== null && buffer.imuConfig > 0
+    readonly property var axes: on && buffer.imuData ? buffer.imuData : []
+    // Behind the first line: "name: value", parted by tabs.
+    readonly property var values: on ? buffer.status.split("\n").slice(1).join("\t").split("\t").filter(function (text) { return text.indexOf(": ") > 0 }) : []
     spacing: 6
     topPadding: 6
+
+    component Value: Row {
+        property string name
+        property string value
+        width: panel.width
+        Label { width: parent.width / 2; text: parent.name; font.pixelSize: 12; elide: Text.ElideRight }
+        Label { width: parent.width / 2; text: parent.value; font { pixelSize: 12; family: "DejaVu Sans Mono" } horizontalAlignment: Text.AlignRight }
+    }
 
     Check {
         objectName: "imuOn"
         text: "Read the motion sensor"
-        checked: panel.buffer !== null && panel.buffer.imuConfig > 0
+        checked: panel.on
         onToggled: panel.buffer.imuConfig = checked ? 1 : 0
     }
-    Note {
-        visible: panel.buffer !== null && panel.buffer.imuConfig > 0
-        text: panel.axes.length === 3 ? "Acceleration points to x " + panel.axes[0].toFixed(3) + ", y " + panel.axes[1].toFixed(3) + ", z " + panel.axes[2].toFixed(3) + ". The values are in the status line." : ""
+    Repeater {
+        model: panel.values.length
+        Value {
+            readonly property var parts: (panel.values[index] || "").split(": ")
+            name: parts[0]
+            value: parts.length > 1 ? parts[1] : ""
+        }
+    }
+    Note { visible: panel.values.length > 0; text: "Acceleration in g, turning in degrees a second; its direction:" }
+    Repeater {
+        model: panel.axes.length === 3 ? ["x", "y", "z"] : []
+        Value { name: modelData; value: panel.axes.length === 3 ? panel.axes[index].toFixed(3) : "" }
     }
 }

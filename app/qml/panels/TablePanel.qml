@@ -8,31 +8,64 @@ Column {
     readonly property var buffer: viewer.buffer
     property string modelName
     property string enabledName
+    property string title
     property string emptyText
-    property string exportName
-    property var widths: []
+    property var widths: []  // 0: what the others leave
     readonly property var rows: buffer && buffer[modelName] || null
+    property int rowCount: 0
     spacing: 4
     topPadding: 6
 
     function enable(on) { if (buffer && buffer[enabledName] !== undefined && buffer[enabledName] !== on) buffer[enabledName] = on }
-    onBufferChanged: enable(true)
-    Component.onCompleted: enable(true)
+    onBufferChanged: enable(visible)
+    onVisibleChanged: enable(visible)
+    Component.onCompleted: enable(visible)
     Component.onDestruction: enable(false)
+
+    // The buffer resets its table with each reading of it.
+    onRowsChanged: rowCount = rows ? rows.rowCount() : 0
+    Connections {
+        target: panel.rows
+        function onModelReset() { panel.rowCount = panel.rows.rowCount() }
+    }
 
     Table {
         id: table
+        readonly property real rest: width - panel.widths.reduce(function (sum, width) { return sum + width }, 0)
         objectName: panel.modelName
         width: parent.width
-        height: 240
+        height: panel.rowCount > 0 ? 240 : 90
         model: panel.rows
         heads: panel.rows ? panel.rows.columnNames : []
-        widths: panel.widths
-        Note { anchors.centerIn: parent; width: parent.width - 20; visible: !panel.rows || panel.rows.rowCount() === 0; text: panel.emptyText; horizontalAlignment: Text.AlignHCenter }
+        widths: panel.widths.map(function (width) { return width > 0 ? width : Math.max(100, table.rest) })
+        cell: Rectangle {
+            implicitHeight: 22
+            color: row % 2 ? theme.row : theme.field
+            Label {
+                id: content
+                anchors { fill: parent; leftMargin: 6; rightMargin: 4 }
+                text: display === undefined ? "" : display
+                font.pixelSize: 12
+                elide: Text.ElideRight
+                verticalAlignment: Text.AlignVCenter
+                HoverHandler { id: hover }
+                ToolTip.visible: hover.hovered && truncated
+                ToolTip.text: text
+            }
+        }
+        Note {
+            anchors { centerIn: parent; verticalCenterOffset: 12 }
+            width: parent.width - 20
+            visible: panel.rowCount === 0
+            text: panel.emptyText
+            horizontalAlignment: Text.AlignHCenter
+        }
     }
     PushButton {
+        objectName: panel.modelName + "-export"
         text: "Export\u2026"
-        enabled: panel.rows !== null
-        onClicked: chooser.ask("Export the table", ["CSV files (*.csv)"], true, function (url) { jobs.exportTo(panel.rows, "exportMonitorInfo", url, "the table") })
+        tip: "Save the table of " + panel.title + " as CSV"
+        enabled: panel.rowCount > 0 && !jobs.running
+        onClicked: chooser.ask(tip, ["CSV files (*.csv)"], true, function (url) { jobs.exportTo(panel.rows, "exportMonitorInfo", url, "the table") })
     }
 }

@@ -1,0 +1,76 @@
+#include "app/window/file_calls.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QStorageInfo>
+
+#include "contracts/host/log.h"
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+constexpr qint64 hardlyAnyRoom = 1 << 20;
+
+/// The first error logged behind `sequence`: the cause comes before those who pass it on. For a call that failed, a
+/// warning will do where there is no error.
+QString loggedSince(std::uint64_t sequence, bool failed) {
+  Logger &log = Logger::GetInstance();
+  log.flush();
+  QString warning;
+  for (const LogEntry &entry : log.entriesAfter(sequence)) {
+    const QString message = QString::fromLocal8Bit(entry.message.c_str());
+    if (entry.level == LogLevel::Error || entry.level == LogLevel::Internal) return message;
+    if (entry.level == LogLevel::Warning && warning.isEmpty()) warning = message;
+  }
+  return failed ? warning : QString();
+}
+
+bool invoke(QObject *object, const QString &method, const QUrl &file) {
+  const QByteArray name = method.toLatin1();
+  const QMetaObject &type = *object->metaObject();
+  bool done = false;
+  const auto result = Q_RETURN_ARG(bool, done);
+  if (file.isEmpty())
+    QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, result);
+  else if (type.indexOfMethod(QByteArray(name + "(QString)").constData()) >= 0)
+    QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, result,
+                              Q_ARG(QString, file.toLocalFile()));
+  else
+    QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, result, Q_ARG(QUrl, file));
+  return done;
+}
+
+}  // namespace
+
+QVariantMap FileCalls::call(QObject *object, const QString &method, const QUrl &file) {
+  Logger &log = Logger::GetInstance();
+  log.flush();
+  const std::uint64_t before = log.lastSequence();
+  const bool done = object != nullptr && invoke(object, method, file);
+  return {{QStringLiteral("done"), done}, {QStringLiteral("reason"), loggedSince(before, !done)}};
+}
+
+QString FileCalls::writeFault(const QUrl &target) {
+  const QFileInfo file(target.toLocalFile());
+  const QFileInfo folder(file.isDir() ? file.filePath() : file.absolutePath());
+  if (!folder.isDir()) return QStringLiteral("the folder %1 is not there: choose another one").arg(folder.filePath());
+  if (!folder.isWritable() && !(file.exists() && file.isWritable()))
+    return QStringLiteral("choose a folder that you may write to");
+  if (const qint64 room = QStorageInfo(folder.filePath()).bytesAvailable(); room >= 0 && room < hardlyAnyRoom)
+    return QStringLiteral("there is no room in %1: make room, or choose another folder").arg(folder.filePath());
+  return {};
+}
+
+QString FileCalls::calibrationFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
+         QStringLiteral("/SkarnvisorDataFiles/correction");
+}
+
+bool FileCalls::showCalibrationFolder() {
+  QDir().mkpath(calibrationFolder());
+  return QDesktopServices::openUrl(QUrl::fromLocalFile(calibrationFolder()));
+}
+
+}  // namespace tarvo::skarnvisor::app

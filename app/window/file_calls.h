@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+#include <QVariantMap>
+
+namespace tarvo::skarnvisor::app {
+
+/// Calls the invokables of a buffer that read or write a file, and tells why one failed in the words that the log got.
+/// GUI thread.
+class FileCalls : public QObject {
+  Q_OBJECT
+
+ public:
+  using QObject::QObject;
+
+  /// Calls `method`, which takes a path or a URL (or nothing, with an empty `file`) and returns whether it was done.
+  /// @return `done`, and `reason`: what the call logged as wrong, empty if nothing. A call may be done and yet have a
+  /// reason, as an import whose copy for the next start could not be written.
+  Q_INVOKABLE QVariantMap call(QObject *object, const QString &method, const QUrl &file);
+
+  /// Path of a local file; empty for another address.
+  Q_INVOKABLE static QString path(const QUrl &file) { return file.toLocalFile(); }
+
+  /// What stands against writing this file, or a file into this folder, and what to do about it: a clause without a
+  /// full stop; empty if nothing does.
+  Q_INVOKABLE static QString writeFault(const QUrl &target);
+
+  /// Shows the folder of the default calibration files in the desktop's file manager; false if there is none.
+  Q_INVOKABLE static bool showCalibrationFolder();
+  Q_INVOKABLE static QString calibrationFolder();
+};
+
+}  // namespace tarvo::skarnvisor::app

@@ -96,11 +96,11 @@ TEST_F(WindowPanels, SavingEachFrameEndsWithAMessageWhenItsFolderGoes) {
   ASSERT_NO_FATAL_FAILURE(WindowTest::open());
   QDir().mkpath("Tabellen");
   ASSERT_NO_FATAL_FAILURE(choose("framesAsTables", "Tabellen"));
-  press(Qt::Key_Right);
+  timeline().stepFrames(1);
   ASSERT_TRUE(eventually([] { return !QDir("Tabellen").isEmpty(); }));
   EXPECT_TRUE(root("exporting").toBool());
   QDir("Tabellen").removeRecursively();
-  press(Qt::Key_Right);
+  timeline().stepFrames(1);
   EXPECT_TRUE(eventually([this] { return !root("exporting").toBool(); }));
   EXPECT_TRUE(viewer().error().contains("is not there")) << viewer().error().toStdString();
 }

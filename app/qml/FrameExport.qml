@@ -8,7 +8,7 @@ Item {
     property url folder
 
     function start(track, type, url) {
-        var fault = files.writeFault(url)
+        var fault = files.folderFault(url)
         if (fault) return viewer.fail("No frame is saved: " + fault + ".")
         folder = url
         target = track
@@ -29,7 +29,7 @@ Item {
         target: logModel
         function onErrorLogged(message) {
             if (!frames.running || message.indexOf(files.path(frames.folder)) < 0) return
-            viewer.fail("The saving of frames has ended: " + (files.writeFault(frames.folder) || message) + ".")
+            viewer.fail("The saving of frames has ended: " + (files.folderFault(frames.folder) || message) + ".")
             window.endFrameExport()
         }
     }

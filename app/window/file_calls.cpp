@@ -52,14 +52,18 @@ QVariantMap FileCalls::call(QObject *object, const QString &method, const QUrl &
   return {{QStringLiteral("done"), done}, {QStringLiteral("reason"), loggedSince(before, !done)}};
 }
 
-QString FileCalls::writeFault(const QUrl &target) {
-  const QFileInfo file(target.toLocalFile());
-  const QFileInfo folder(file.isDir() ? file.filePath() : file.absolutePath());
-  if (!folder.isDir()) return QStringLiteral("the folder %1 is not there: choose another one").arg(folder.filePath());
-  if (!folder.isWritable() && !(file.exists() && file.isWritable()))
-    return QStringLiteral("choose a folder that you may write to");
-  if (const qint64 room = QStorageInfo(folder.filePath()).bytesAvailable(); room >= 0 && room < hardlyAnyRoom)
-    return QStringLiteral("there is no room in %1: make room, or choose another folder").arg(folder.filePath());
+QString FileCalls::writeFault(const QUrl &file) {
+  const QFileInfo target(file.toLocalFile());
+  if (target.isDir()) return QStringLiteral("%1 is a folder: enter the name of a file").arg(target.filePath());
+  return folderFault(QUrl::fromLocalFile(target.absolutePath()));
+}
+
+QString FileCalls::folderFault(const QUrl &folder) {
+  const QFileInfo target(folder.toLocalFile());
+  if (!target.isDir()) return QStringLiteral("the folder %1 is not there: choose another one").arg(target.filePath());
+  if (!target.isWritable()) return QStringLiteral("choose a folder that you may write to");
+  if (const qint64 room = QStorageInfo(target.filePath()).bytesAvailable(); room >= 0 && room < hardlyAnyRoom)
+    return QStringLiteral("there is no room in %1: make room, or choose another folder").arg(target.filePath());
   return {};
 }
 

@@ -22,9 +22,10 @@ class FileCalls : public QObject {
   /// Path of a local file; empty for another address.
   Q_INVOKABLE static QString path(const QUrl &file) { return file.toLocalFile(); }
 
-  /// What stands against writing this file, or a file into this folder, and what to do about it: a clause without a
-  /// full stop; empty if nothing does.
-  Q_INVOKABLE static QString writeFault(const QUrl &target);
+  /// What stands against writing this file, or files into this folder, and what to do about it: a clause without a full
+  /// stop; empty if nothing does.
+  Q_INVOKABLE static QString writeFault(const QUrl &file);
+  Q_INVOKABLE static QString folderFault(const QUrl &folder);
 
   /// Shows the folder of the default calibration files in the desktop's file manager; false if there is none.
   Q_INVOKABLE static bool showCalibrationFolder();

@@ -32,7 +32,7 @@ QString messageOf(const LogEntry &entry) { return QString::fromLocal8Bit(entry.m
 
 }  // namespace
 
-LogModel::LogModel(QObject *parent) : QAbstractListModel(parent) {
+LogModel::LogModel(QObject *parent) : QAbstractListModel(parent), m_old(Logger::GetInstance().lastSequence()) {
   connect(&m_timer, &QTimer::timeout, this, &LogModel::look);
   m_timer.start(lookIntervalMs);
 }
@@ -83,7 +83,7 @@ void LogModel::look() {
 void LogModel::tellErrors(const std::vector<LogEntry> &fresh) {
   bool news = false;
   for (const LogEntry &entry : fresh) {
-    if (entry.level != LogLevel::Error && entry.level != LogLevel::Internal) continue;
+    if (entry.sequence <= m_old || (entry.level != LogLevel::Error && entry.level != LogLevel::Internal)) continue;
     ++m_errorCount;
     std::int64_t &last = m_lastErrors[{entry.source, entry.line}];
     news = news || entry.unixMicroseconds - last > stillnessMicroseconds;

@@ -15,7 +15,7 @@ namespace tarvo::skarnvisor::app {
 class LogModel : public QAbstractListModel {
   Q_OBJECT
   Q_PROPERTY(int count READ count NOTIFY countChanged)
-  /// Errors since the list was emptied, those that have left it included.
+  /// Errors since the list was made or emptied, those that have left it included.
   Q_PROPERTY(int errorCount READ errorCount NOTIFY countChanged)
 
  public:
@@ -37,7 +37,7 @@ class LogModel : public QAbstractListModel {
 
  Q_SIGNALS:
   void countChanged();
-  /// An error or a mistake of our own came in.
+  /// An error or a mistake of our own came in, after this object was made.
   void errorLogged(const QString &message);
   /// The same, but one that comes again and again from one place in the code counts once until it has been still for a
   /// minute: worth opening the log for.
@@ -50,6 +50,7 @@ class LogModel : public QAbstractListModel {
   std::map<std::pair<std::string, int>, std::int64_t> m_lastErrors;  ///< Unix microseconds by source and line
   int m_errorCount = 0;
   std::uint64_t m_sequence = 0;
+  std::uint64_t m_old;  ///< the newest line from before there was somebody to tell
   QTimer m_timer;
 };
 

@@ -29,6 +29,7 @@ Column {
         function onModelReset() { panel.rowCount = panel.rows.rowCount() }
     }
 
+    FontMetrics { id: metrics; font.pixelSize: 12 }
     Table {
         id: table
         readonly property real rest: width - panel.widths.reduce(function (sum, width) { return sum + width }, 0)
@@ -38,20 +39,11 @@ Column {
         model: panel.rows
         heads: panel.rows ? panel.rows.columnNames : []
         widths: panel.widths.map(function (width) { return width > 0 ? width : Math.max(100, table.rest) })
-        cell: Rectangle {
-            implicitHeight: 22
-            color: row % 2 ? theme.row : theme.field
-            Label {
-                id: content
-                anchors { fill: parent; leftMargin: 6; rightMargin: 4 }
-                text: display === undefined ? "" : display
-                font.pixelSize: 12
-                elide: Text.ElideRight
-                verticalAlignment: Text.AlignVCenter
-                HoverHandler { id: hover }
-                ToolTip.visible: hover.hovered && truncated
-                ToolTip.text: text
-            }
+        label: panel.title
+        cell: TableCell {
+            HoverHandler { id: hover }
+            ToolTip.visible: hover.hovered && metrics.advanceWidth(text) > width - 12
+            ToolTip.text: text
         }
         Note {
             anchors { centerIn: parent; verticalCenterOffset: 12 }

@@ -12,7 +12,11 @@ namespace {
 
 namespace fields = lidar::fields;
 
-double microseconds(const lidar::SDKPointInfo &point) { return fields::timeNs.get(point) / 1000U; }
+/// Whole ones.
+double microseconds(const lidar::SDKPointInfo &point) {
+  const std::uint32_t whole = fields::timeNs.get(point) / 1000U;
+  return whole;
+}
 
 constexpr std::array columns{
     PointColumn{"Ch", "Ch", valueOf<fields::channel>, CellFormat::Integer, {}},

@@ -85,7 +85,8 @@ bool lzfDecompress(const std::uint8_t *input, std::uint32_t inputSize, std::uint
     if (distance > op) {
       // The address is only printed; it is worked out as a number, since no pointer may stand before the block.
       const auto reference = reinterpret_cast<std::uintptr_t>(output) + op - distance;
-      std::printf("错误: 无效的引用位置 (ref=%p, output_start=%p)\n", reinterpret_cast<void *>(reference),
+      std::printf("错误: 无效的引用位置 (ref=%p, output_start=%p)\n",
+                  reinterpret_cast<void *>(reference),  // NOLINT(performance-no-int-to-ptr)
                   static_cast<void *>(output));
       return false;
     }

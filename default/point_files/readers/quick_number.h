@@ -118,7 +118,8 @@ inline Quick parseQuickly(const char *&position, const char *end, float &value) 
   if (c != end && !isBlank(*c)) return Quick::declined;
   if (mantissa > (std::uint64_t{1} << 53) || exponent < -largestPower || exponent > largestPower)
     return Quick::declined;
-  const double wide = static_cast<double>(mantissa) * powersOfTen[static_cast<std::size_t>(exponent + largestPower)];
+  const int row = exponent + largestPower;
+  const double wide = static_cast<double>(mantissa) * powersOfTen[static_cast<std::size_t>(row)];
   if (!narrow(negative ? -wide : wide, value)) return Quick::declined;
   position = c;
   return Quick::done;

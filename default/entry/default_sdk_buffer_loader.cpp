@@ -177,7 +177,7 @@ void DefaultSDKLoader::wire(const FamilyRow &family, const std::string &type, in
   connectRerun(parts);
   describeTrack(parts, *source, type, port);
   configure(family, parts, *source, type);
-  made.release();  // now the category's alone
+  static_cast<void>(made.release());  // now the category's alone
 }
 
 void DefaultSDKLoader::handOver(const Parts &parts, SDKSource &source) {

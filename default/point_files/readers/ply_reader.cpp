@@ -66,6 +66,8 @@ bool readVertexLine(NumberLine line, const std::vector<VertexProperty> &properti
     if (property.property.isList()) {
       float length = 0.0F;
       if (!line.read(length) || !(length >= 0.0F)) return false;
+      // Whatever the length, it ends with the words of the line.
+      // NOLINTNEXTLINE(clang-analyzer-security.FloatLoopCounter)
       for (float i = 0.0F; i < length; i += 1.0F)
         if (!line.skipWord()) return false;
     } else if (!line.read(property.member ? point.*property.member : passedOver)) {

@@ -17,6 +17,7 @@ constexpr std::size_t smallestInHugePages = 2 * hugePage;
 void preferHugePages(void *memory, std::size_t bytes) noexcept {
   const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + hugePage - 1) / hugePage * hugePage;
   const auto end = (reinterpret_cast<std::uintptr_t>(memory) + bytes) / hugePage * hugePage;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the border of a page is a number
   if (begin < end) ::madvise(reinterpret_cast<void *>(begin), end - begin, MADV_HUGEPAGE);
 }
 

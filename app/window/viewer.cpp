@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include "app/render/picking.h"
+#include "app/session/live_address.h"
 #include "app/window/overlay_picture.h"
 
 namespace tarvo::skarnvisor::app {
@@ -31,7 +32,7 @@ QString lineOf(const QString &status, const QString &title) {
 Viewer::Viewer(QObject *parent)
     : QObject(parent), m_colors(ColorHalf::Main, this), m_sideColors(ColorHalf::SplitWindow, this) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
-  connect(&m_session, &CaptureSession::failed, this, &Viewer::setError);
+  connect(&m_session, &CaptureSession::failed, this, &Viewer::tellWhatElseToOpen);
   connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::noteFrame);
   connect(&m_session, &CaptureSession::frameShown, this, &Viewer::readFrame);
   connect(&m_session, &CaptureSession::pictureChanged, this, &Viewer::readPicture);
@@ -54,7 +55,16 @@ Viewer::Viewer(QObject *parent)
   m_sinceRate.start();
 }
 
-void Viewer::start(const QString &pluginPath) { setError(m_session.loadPlugin(pluginPath)); }
+void Viewer::start(const QString &pluginPath) {
+  const QString fault = m_session.loadPlugin(pluginPath);
+  setError(fault.isEmpty() ? fault : fault + QStringLiteral("; install the program again, nothing opens without it."));
+}
+
+void Viewer::tellWhatElseToOpen(const QString &fault) {
+  const QString clause = fault.endsWith(QLatin1Char('.')) ? fault.chopped(1) : fault;
+  setError(clause + (namesLiveSource(m_requested) ? QStringLiteral("; try again with Ctrl+L.")
+                                                  : QStringLiteral("; open another file with Ctrl+O.")));
+}
 
 void Viewer::open(const QString &source) {
   setError({});

@@ -162,6 +162,7 @@ class Viewer : public QObject {
   void drop();
   void setError(const QString &error);
   void noteFrame(const QString &fault);
+  void tellWhatElseToOpen(const QString &fault);
   void lookAtHealth();
 
   Preferences m_preferences;

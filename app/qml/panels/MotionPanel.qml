@@ -35,9 +35,9 @@ Column {
             value: parts.length > 1 ? parts[1] : ""
         }
     }
-    Note { visible: panel.values.length > 0; text: "Acceleration in g, turning in degrees a second; its direction:" }
+    Note { visible: panel.on; text: panel.values.length > 0 ? "Acceleration in g, angular velocity in degrees a second. The acceleration points to:" : "No value has come yet: play, or step on." }
     Repeater {
         model: panel.axes.length === 3 ? ["x", "y", "z"] : []
-        Value { name: modelData; value: panel.axes.length === 3 ? panel.axes[index].toFixed(3) : "" }
+        Value { name: modelData; visible: panel.values.length > 0; value: panel.axes.length === 3 ? panel.axes[index].toFixed(3) : "" }
     }
 }

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "tests/window/complaints.h"
 #include "tests/window/display.h"
 
 int main(int argc, char **argv) {
@@ -19,11 +20,14 @@ int main(int argc, char **argv) {
   for (const char *folder : {"/home/Documents", "/work", "/run"}) QDir().mkpath(own.path() + folder);
   qputenv("HOME", (own.path() + "/home").toLocal8Bit());
   qputenv("XDG_RUNTIME_DIR", (own.path() + "/run").toLocal8Bit());
-  for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "WAYLAND_DISPLAY"}) qunsetenv(name);
+  for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "WAYLAND_DISPLAY",
+                           "XDG_CURRENT_DESKTOP", "QT_QPA_PLATFORMTHEME"})
+    qunsetenv(name);
   QFile::setPermissions(own.path() + "/run", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   qputenv("DISPLAY", display.name());
   qputenv("QT_QPA_PLATFORM", "xcb");
   QDir::setCurrent(own.path() + "/work");
+  tarvo::skarnvisor::test::collectComplaints();
   QApplication application(argc, argv);
   return RUN_ALL_TESTS();
 }

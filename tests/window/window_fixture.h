@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
 #include <QProcess>
 #include <QQuickItem>
 #include <QTest>
@@ -11,6 +15,7 @@
 
 #include "app/window/cloud_canvas.h"
 #include "app/window/main_window.h"
+#include "tests/window/complaints.h"
 
 namespace tarvo::skarnvisor::test {
 
@@ -42,6 +47,7 @@ class WindowTest : public testing::Test {
       std::printf("the window as it was: %s\n", qPrintable(kept));
     }
     m_main.reset();
+    EXPECT_EQ(takeComplaints().toStdString(), "");
   }
 
   void start(const QString &plugin = QStringLiteral(SKARNVISOR_PLUGIN)) {
@@ -77,7 +83,15 @@ class WindowTest : public testing::Test {
   static bool eventually(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, deadlineMs); }
 
   /// The visible item of that object name; null where there is none.
-  QQuickItem *item(const QString &name) { return find(window()->contentItem(), name); }
+  QQuickItem *item(const QString &name) {
+    return find(window()->contentItem(), [&](const QQuickItem &each) { return each.objectName() == name; });
+  }
+  /// The visible button, check box, or entry of a menu or a box, that says this.
+  QQuickItem *saying(const QString &text) {
+    return find(window()->contentItem(), [&](const QQuickItem &each) {
+      return each.inherits("QQuickAbstractButton") && each.property("text").toString() == text;
+    });
+  }
   QString textOf(const QString &name) { return item(name) ? item(name)->property("text").toString() : QString(); }
 
   void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -85,12 +99,15 @@ class WindowTest : public testing::Test {
   }
 
   void click(const QString &name) {
-    ASSERT_TRUE(eventually([&] { return item(name) != nullptr; })) << name.toStdString();
-    // Items that were opened or moved take their places when the window is drawn.
-    window()->grabWindow();
-    QQuickItem *target = item(name);
-    const QPointF middle = target->mapToScene({target->width() / 2, target->height() / 2});
-    QTest::mouseClick(window(), Qt::LeftButton, {}, middle.toPoint());
+    clickOn([this, name] { return item(name); }, name);
+  }
+  void clickText(const QString &text) {
+    clickOn([this, text] { return saying(text); }, text);
+  }
+  /// Opens a box and clicks the entry.
+  void choose(const QString &box, const QString &entry) {
+    ASSERT_NO_FATAL_FAILURE(click(box));
+    clickText(entry);
   }
 
   /// Replaces what stands in a field and enters it.
@@ -100,6 +117,23 @@ class WindowTest : public testing::Test {
     press(Qt::Key_A, Qt::ControlModifier);
     for (const QChar character : text) QTest::keyClick(window(), character.toLatin1());
     press(Qt::Key_Return);
+  }
+
+  /// Pastes a path into the file dialog that the program has opened, and takes it.
+  void answerDialog(const QString &path) {
+    QFileDialog *dialog = nullptr;
+    ASSERT_TRUE(eventually([&] {
+      for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && qobject_cast<QFileDialog *>(widget)) dialog = static_cast<QFileDialog *>(widget);
+      }
+      return dialog != nullptr;
+    }));
+    auto *name = dialog->findChild<QLineEdit *>();
+    name->selectAll();
+    QApplication::clipboard()->setText(path);
+    QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_TRUE(eventually([&] { return !dialog->isVisible(); }));
   }
 
   void drag(QPointF from, QPointF to) {
@@ -127,14 +161,25 @@ class WindowTest : public testing::Test {
   std::unique_ptr<app::MainWindow> m_main;
 
  private:
-  static QQuickItem *find(QQuickItem *from, const QString &name) {
+  using Condition = std::function<bool(const QQuickItem &)>;
+
+  static QQuickItem *find(QQuickItem *from, const Condition &condition) {
     if (!from->isVisible()) return nullptr;
-    if (from->objectName() == name) return from;
+    if (condition(*from)) return from;
     const QList<QQuickItem *> children = from->childItems();
     for (QQuickItem *child : children) {
-      if (QQuickItem *found = find(child, name)) return found;
+      if (QQuickItem *found = find(child, condition)) return found;
     }
     return nullptr;
+  }
+
+  void clickOn(const std::function<QQuickItem *()> &target, const QString &name) {
+    ASSERT_TRUE(eventually([&] { return target() != nullptr; })) << name.toStdString();
+    // Items that were opened or moved take their places when the window is drawn.
+    window()->grabWindow();
+    const QQuickItem *found = target();
+    const QPointF middle = found->mapToScene({found->width() / 2, found->height() / 2});
+    QTest::mouseClick(window(), Qt::LeftButton, {}, middle.toPoint());
   }
 };
 

@@ -1,0 +1,346 @@
+// A random walk through the window: keys, clicks on whatever is there, drags, files good and bad, while a capture
+// plays. A soak, not a test: it runs only when SKARNVISOR_WALK names the seconds to walk; SKARNVISOR_SEED draws another
+// walk. Fails when a turn of the event loop takes too long or anything is complained of; ends with an abort when the
+// window hangs, so that a debugger shows where.
+#include <malloc.h>
+
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QMimeData>
+#include <atomic>
+#include <cstdio>
+#include <random>
+#include <thread>
+
+#include "tests/window/window_fixture.h"
+
+namespace tarvo::skarnvisor::test {
+namespace {
+
+/// The longest time between two turns of the event loop; aborts the process when there is none for `hangMs`.
+class TurnWatch : public QObject {
+ public:
+  static constexpr int hangMs = 60000;
+
+  TurnWatch() {
+    m_clock.start();
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+      m_longest = std::max(m_longest, m_clock.restart());
+      m_turns.fetch_add(1, std::memory_order_relaxed);
+    });
+    m_timer.start(5);
+    m_thread = std::thread([this] { watch(); });
+  }
+  ~TurnWatch() override {
+    m_ends = true;
+    m_thread.join();
+  }
+
+  /// Milliseconds since the last call at most.
+  qint64 takeLongest() {
+    const qint64 longest = std::max(m_longest, m_clock.elapsed());
+    m_longest = 0;
+    return longest;
+  }
+
+ private:
+  void watch() {
+    constexpr int stepMs = 100;
+    int idle = 0;
+    for (unsigned seen = 0; !m_ends; idle += stepMs) {
+      if (std::exchange(seen, m_turns.load(std::memory_order_relaxed)) != m_turns.load(std::memory_order_relaxed))
+        idle = 0;
+      if (idle > hangMs) {
+        std::fputs("the window hangs\n", stderr);
+        std::abort();
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(stepMs));
+    }
+  }
+
+  QTimer m_timer;
+  QElapsedTimer m_clock;
+  qint64 m_longest = 0;
+  std::atomic<unsigned> m_turns{0};
+  std::atomic<bool> m_ends{false};
+  std::thread m_thread;
+};
+
+class RandomWalk : public WindowTest {
+ protected:
+  static int seconds() { return qEnvironmentVariableIntValue("SKARNVISOR_WALK"); }
+
+  void SetUp() override {
+    if (seconds() <= 0) GTEST_SKIP() << "SKARNVISOR_WALK names no seconds";
+    makeSources();
+    for (const char *panel : {"filter", "echoes", "channels", "monitor", "faults", "calibration", "export", "log"})
+      app::Preferences().setValue(QString("panels/") + panel, below(2) == 0);
+    watchDialogs();
+    start();
+  }
+
+  static void sim(const QStringList &arguments) { QProcess::execute(QStringLiteral(SKARNVISOR_SIM), arguments); }
+
+  void makeSources() {
+    const QStringList small{"--channels", "16", "--columns", "240", "--frames", "40"};
+    for (const char *type : {"KR2", "WG9", "OrnikaZC", "NBQ_COLOR_V3", "VD2", "NBQ_TU_410"}) {
+      const QString file = QString(type) + ".pcap";
+      sim(small +
+          QStringList{"--type", type, "--echoes", "2", "--telemetry", "--faults", "--imu", "--overlay", "--out", file});
+      m_sources << file;
+    }
+    sim(small + QStringList{"--loss", "0.05", "--reorder", "0.05", "--calibration", "none", "--out", "lossy.pcap"});
+    QFile whole("KR2.pcap");
+    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+    const QByteArray bytes = whole.readAll();
+    write("half.pcap", bytes.left(bytes.size() / 2 - 7));
+    write("broken.pcap", "nothing of a capture");
+    write("empty.pcap", {});
+    write("broken.pcd", "# .PCD v.7\nFIELDS x y\n");
+    QDir().mkdir("points");
+    for (int file = 0; file < 5; ++file) {
+      QByteArray text =
+          "ply\nformat ascii 1.0\nelement vertex 400\nproperty float x\nproperty float y\n"
+          "property float z\nproperty float intensity\nproperty float confidence\nend_header\n";
+      for (int point = 0; point < 400; ++point)
+        text += QByteArray::number(point % 20) + " " + QByteArray::number(point / 20 + file) + " 1 " +
+                QByteArray::number(point % 256) + " 1\n";
+      write(QString("points/%1.ply").arg(file), text);
+    }
+    m_sources << "lossy.pcap"
+              << "half.pcap"
+              << "broken.pcap"
+              << "empty.pcap"
+              << "broken.pcd"
+              << "points"
+              << "points/2.ply"
+              << "nowhere.pcap"
+              << "udp://:24681"
+              << "udp://127.0.0.1:24681"
+              << "udp://:24682";
+    m_stream.start(QStringLiteral(SKARNVISOR_SIM), {"--stream", "127.0.0.1:24681", "--seconds", "0", "--channels", "16",
+                                                    "--columns", "120", "--telemetry"});
+  }
+
+  void TearDown() override {
+    m_stream.kill();
+    m_stream.waitForFinished();
+    WindowTest::TearDown();
+  }
+
+  static void write(const QString &name, const QByteArray &bytes) {
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+
+  int below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
+  template <typename Container>
+  auto anyOf(const Container &all) {
+    return all[static_cast<typename Container::size_type>(below(static_cast<int>(all.size())))];
+  }
+  QPoint anywhere() { return {below(window()->width()), below(window()->height())}; }
+  QString anySource() { return anyOf(m_sources); }
+  void say(const QString &what) {
+    std::printf("%s\n", qPrintable(what));
+    std::fflush(stdout);
+  }
+
+  static void gather(QQuickItem *from, QVector<QQuickItem *> &controls) {
+    if (!from->isVisible() || !from->isEnabled()) return;
+    const bool control = from->inherits("QQuickControl") || from->inherits("QQuickMouseArea") ||
+                         from->inherits("QQuickTextInput") || from->inherits("QQuickTextField");
+    if (control && from->width() > 0 && from->height() > 0) controls << from;
+    for (QQuickItem *child : from->childItems()) gather(child, controls);
+  }
+
+  void clickAControl() {
+    QVector<QQuickItem *> controls;
+    gather(window()->contentItem(), controls);
+    if (controls.isEmpty()) return;
+    const QQuickItem *control = anyOf(controls);
+    const QPointF at{control->width() * below(100) / 100.0, control->height() * below(100) / 100.0};
+    say(QString("click %1 %2 '%3'")
+            .arg(control->metaObject()->className(), control->objectName(), control->property("text").toString()));
+    const QPoint place = control->mapToScene(at).toPoint();
+    QTest::mouseClick(window(), below(12) == 0 ? Qt::RightButton : Qt::LeftButton, anyModifiers(), place);
+    const QQuickItem *focused = window()->activeFocusItem();
+    if (focused && (focused->inherits("QQuickTextInput") || focused->inherits("QQuickTextField"))) typeSomething();
+  }
+
+  Qt::KeyboardModifiers anyModifiers() {
+    return below(6) != 0
+               ? Qt::NoModifier
+               : anyOf(QVector<Qt::KeyboardModifier>{Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier});
+  }
+
+  void typeSomething() {
+    const QString text =
+        anyOf(QStringList{"0", "1", "3", "20", "-1", "12.5", "255", "99999999999", "", "1e3", "-", "24681"});
+    say("type " + text);
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Delete);
+    for (const QChar character : text) QTest::keyClick(window(), character.toLatin1());
+    press(below(4) == 0 ? Qt::Key_Tab : below(6) == 0 ? Qt::Key_Escape : Qt::Key_Return);
+  }
+
+  void pressAKey() {
+    static const QVector<int> keys{
+        Qt::Key_Space,  Qt::Key_Space,  Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,  Qt::Key_Down,    Qt::Key_Home,
+        Qt::Key_End,    Qt::Key_1,      Qt::Key_2,    Qt::Key_3,     Qt::Key_4,   Qt::Key_5,       Qt::Key_6,
+        Qt::Key_F,      Qt::Key_P,      Qt::Key_S,    Qt::Key_R,     Qt::Key_Tab, Qt::Key_Tab,     Qt::Key_Backtab,
+        Qt::Key_Plus,   Qt::Key_Minus,  Qt::Key_F1,   Qt::Key_F9,    Qt::Key_F10, Qt::Key_F11,     Qt::Key_Escape,
+        Qt::Key_Escape, Qt::Key_Return, Qt::Key_O,    Qt::Key_L,     Qt::Key_W,   Qt::Key_Question};
+    const int key = anyOf(keys);
+    const Qt::KeyboardModifiers modifiers = anyModifiers();
+    say(QString("press %1 + %2").arg(static_cast<int>(modifiers), 0, 16).arg(key, 0, 16));
+    press(key, modifiers);
+  }
+
+  void dragSomewhere() {
+    const auto button =
+        anyOf(QVector<Qt::MouseButton>{Qt::LeftButton, Qt::LeftButton, Qt::RightButton, Qt::MiddleButton});
+    QPoint at = anywhere();
+    const QPoint end = anywhere();
+    say(QString("drag %1,%2 to %3,%4").arg(at.x()).arg(at.y()).arg(end.x()).arg(end.y()));
+    QTest::mousePress(window(), button, anyModifiers(), at);
+    for (int part = 1; part <= 4; ++part) QTest::mouseMove(window(), at + (end - at) * part / 4);
+    QTest::mouseRelease(window(), button, {}, end);
+  }
+
+  void turnWheel() {
+    const QPoint at = anywhere();
+    QWheelEvent wheel(at, window()->mapToGlobal(at), {}, {0, below(2) == 0 ? 120 : -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(window(), &wheel);
+  }
+
+  void openSomething() {
+    const QString source = anySource();
+    say("open " + source);
+    if (below(2) == 0) return viewer().open(source);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QDir::current().filePath(source))});
+    QDragEnterEvent enter(anywhere(), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &enter);
+    QDropEvent drop(enter.posF(), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &drop);
+  }
+
+  /// Dialogs may run a loop within the event that opened them, questions within the key that answered a dialog: each
+  /// look at them is a timer of its own.
+  void watchDialogs() {
+    QTimer::singleShot(150, &m_context, [this] {
+      watchDialogs();
+      if (QWidget *dialog = QApplication::activeModalWidget()) answer(*dialog);
+    });
+  }
+
+  void answer(QWidget &dialog) {
+    if (auto *name = dialog.findChild<QLineEdit *>(); name != nullptr && below(3) != 0) {
+      const QString path = below(2) == 0 ? anySource() : QString("written-%1").arg(below(6));
+      say("answer " + path);
+      QApplication::clipboard()->setText(QDir::current().filePath(path));
+      name->selectAll();
+      QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
+      QTest::keyClick(name, Qt::Key_Return);
+    } else {
+      say(QString("dismiss ") + dialog.metaObject()->className());
+      QTest::keyClick(&dialog, qobject_cast<QMessageBox *>(&dialog) ? Qt::Key_Return : Qt::Key_Escape);
+    }
+  }
+
+  void step() {
+    if (QApplication::activeModalWidget() != nullptr) return;
+    const int draw = below(100);
+    if (draw < 50) return clickAControl();
+    if (draw < 70) return pressAKey();
+    if (draw < 80) return dragSomewhere();
+    if (draw < 86) return turnWheel();
+    if (draw < 89) return QTest::mouseDClick(window(), Qt::LeftButton, {}, anywhere());
+    if (draw < 94) return openSomething();
+    if (draw < 96) {
+      say("resize");
+      return window()->resize(500 + below(900), 400 + below(500));
+    }
+    if (draw < 98) {
+      timeline().setLoop(true);
+      return timeline().setPlaying(true);
+    }
+    if (draw < 99) return viewer().close();
+    say("another window");
+    start();
+  }
+
+  QStringList m_sources;
+  QObject m_context;
+  QProcess m_stream;
+  std::mt19937 m_random{static_cast<unsigned>(qEnvironmentVariableIntValue("SKARNVISOR_SEED"))};
+};
+
+TEST_F(RandomWalk, MeetsNoHangAndNoComplaint) {
+  constexpr int longestTurnMs = 2000;
+  TurnWatch watch;
+  QElapsedTimer clock;
+  clock.start();
+  qint64 worst = 0;
+  while (clock.elapsed() < seconds() * 1000LL) {
+    watch.takeLongest();
+    ASSERT_NO_FATAL_FAILURE(step());
+    QTest::qWait(below(60));
+    const qint64 longest = watch.takeLongest();
+    worst = std::max(worst, longest);
+    if (longest > 300) say(QString("-- held for %1 ms").arg(longest));
+    EXPECT_LT(longest, longestTurnMs);
+    if (const QString complaint = takeComplaints(); !complaint.isEmpty()) ADD_FAILURE() << complaint.toStdString();
+    if (!window()->isVisible()) start();
+  }
+  std::printf("longest turn %lld ms\n", static_cast<long long>(worst));
+}
+
+/// What the process holds: resident kilobytes, threads, file handles.
+struct Holdings {
+  long kilobytes = 0;
+  int threads = 0;
+  int handles = 0;
+
+  static Holdings now() {
+    malloc_trim(0);
+    Holdings held;
+    QFile status("/proc/self/status");
+    if (status.open(QIODevice::ReadOnly)) {
+      for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:")) held.kilobytes = line.mid(6).simplified().split(' ').first().toLong();
+        if (line.startsWith("Threads:")) held.threads = line.mid(8).trimmed().toInt();
+      }
+    }
+    held.handles = QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size();
+    return held;
+  }
+};
+
+TEST_F(RandomWalk, OpeningAndClosingLeavesNothingBehind) {
+  constexpr int rounds = 200;
+  Holdings first;
+  for (int round = 0; round <= rounds; ++round) {
+    ASSERT_NO_FATAL_FAILURE(open());
+    timeline().setPlaying(true);
+    QTest::qWait(30);
+    viewer().close();
+    ASSERT_TRUE(eventually([this] { return !viewer().isReady(); }));
+    if (round % 20 != 0) continue;
+    QTest::qWait(1000);  // threads of the pool end, deferred deletions are done
+    const Holdings held = Holdings::now();
+    std::printf(
+        "round %d: %ld kB, %d threads, %d handles, %d objects\n", round, held.kilobytes, held.threads, held.handles,
+        static_cast<int>(window()->findChildren<QObject *>().size() + viewer().findChildren<QObject *>().size()));
+    if (round == 20) first = held;
+    if (round < 40) continue;
+    EXPECT_LE(held.threads, first.threads);
+    EXPECT_LE(held.handles, first.handles);
+  }
+}
+
+}  // namespace
+}  // namespace tarvo::skarnvisor::test

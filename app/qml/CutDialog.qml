@@ -21,9 +21,9 @@ Dialog {
         width: parent.width
         columns: 2
         Label { text: "From frame" }
-        SpinBox { id: from; Layout.fillWidth: true; editable: true; from: 0; to: dialog.last; Accessible.name: "First frame of the cut" }
+        SpinBox { id: from; objectName: "cutBegin"; Layout.fillWidth: true; editable: true; from: 0; to: dialog.last; Accessible.name: "First frame of the cut" }
         Label { text: "To frame" }
-        SpinBox { id: to; Layout.fillWidth: true; editable: true; from: 0; to: dialog.last; Accessible.name: "Last frame of the cut" }
+        SpinBox { id: to; objectName: "cutEnd"; Layout.fillWidth: true; editable: true; from: 0; to: dialog.last; Accessible.name: "Last frame of the cut" }
         Note { Layout.columnSpan: 2; Layout.fillWidth: true; text: "The packets go into the new capture as they are." }
     }
 }

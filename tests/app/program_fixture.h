@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QUdpSocket>
 #include <vector>
 
 #include "tests/support/files.h"
@@ -77,5 +78,29 @@ inline void writeFile(const QString &path, const QByteArray &bytes) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
   file.write(bytes);
 }
+
+/// A port that nobody uses at this moment.
+inline quint16 freePort() {
+  QUdpSocket probe;
+  probe.bind(QHostAddress(QHostAddress::AnyIPv4), 0);
+  return probe.localPort();
+}
+
+/// A simulator that sends to a port of this machine for as long as it lives.
+class Stream {
+ public:
+  explicit Stream(quint16 port) {
+    m_process.start(QStringLiteral(SKARNVISOR_SIM), {"--stream", QStringLiteral("127.0.0.1:%1").arg(port), "--seconds",
+                                                     "0", "--channels", "16", "--columns", "120"});
+    m_process.waitForStarted();
+  }
+  ~Stream() {
+    m_process.kill();
+    m_process.waitForFinished();
+  }
+
+ private:
+  QProcess m_process;
+};
 
 }  // namespace tarvo::skarnvisor::test

@@ -4,36 +4,11 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QThread>
-#include <QUdpSocket>
 
 #include "tests/app/program_fixture.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
-
-/// A port that nobody uses at this moment.
-quint16 freePort() {
-  QUdpSocket probe;
-  probe.bind(QHostAddress(QHostAddress::AnyIPv4), 0);
-  return probe.localPort();
-}
-
-/// A simulator that sends to a port of this machine for as long as it lives.
-class Stream {
- public:
-  explicit Stream(quint16 port) {
-    m_process.start(QStringLiteral(SKARNVISOR_SIM), {"--stream", QStringLiteral("127.0.0.1:%1").arg(port), "--seconds",
-                                                     "0", "--channels", "16", "--columns", "120"});
-    m_process.waitForStarted();
-  }
-  ~Stream() {
-    m_process.kill();
-    m_process.waitForFinished();
-  }
-
- private:
-  QProcess m_process;
-};
 
 const QStringList size{"--frames", "12", "--channels", "16", "--columns", "120"};
 

@@ -62,7 +62,7 @@ TEST_F(WindowPoints, EveryPointIsDrawnInTheColourOfItsAttributeAlsoAfterAChangeO
     viewer().cloud().forEachShown(1000, [&](const VertexPoint &point) { first = point; });
     return first;
   }();
-  viewer().colors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("distance")));
+  ASSERT_NO_FATAL_FAILURE(choose("colorBox", "distance"));
   ASSERT_TRUE(eventually([&] {
     VertexPoint now;
     viewer().cloud().forEachShown(1000, [&](const VertexPoint &point) { now = point; });
@@ -118,8 +118,9 @@ TEST_F(WindowPoints, ChannelsGoAndComeBackWithThePanelsButtons) {
 }
 
 TEST_F(WindowPoints, TwoViewsShowOneFrameInTwoColours) {
-  viewer().setSplitView(true);
-  viewer().sideColors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("azimuth")));
+  ASSERT_NO_FATAL_FAILURE(click("section-colors"));
+  ASSERT_NO_FATAL_FAILURE(click("splitCheck"));
+  ASSERT_NO_FATAL_FAILURE(choose("sideColorBox", "azimuth"));
   EXPECT_TRUE(eventually([this] {
     const QImage image = picture();
     int differing = 0;
@@ -129,7 +130,8 @@ TEST_F(WindowPoints, TwoViewsShowOneFrameInTwoColours) {
     }
     return differing > 200;
   }));
-  viewer().setSplitView(false);
+  ASSERT_NO_FATAL_FAILURE(click("splitCheck"));
+  EXPECT_FALSE(viewer().isSplitView());
 }
 
 TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
@@ -156,8 +158,8 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
   if (table->metaObject()->indexOfMethod("exportPointsInformation(QString)") >= 0) {
     // Another suffix than the table's own leaves it a table.
     for (const QString name : {"Auswahl für später.csv", "Auswahl.txt"}) {
-      QMetaObject::invokeMethod(window(), "exportTable",
-                                Q_ARG(QVariant, QUrl::fromLocalFile(QDir::current().filePath(name))));
+      ASSERT_NO_FATAL_FAILURE(click("exportTable"));
+      ASSERT_NO_FATAL_FAILURE(answerDialog(QDir::current().filePath(name)));
       ASSERT_TRUE(eventually([&] { return QFile::exists(name); })) << viewer().error().toStdString();
       QFile file(name);
       ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << viewer().error().toStdString();
@@ -167,14 +169,14 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
     }
     EXPECT_TRUE(eventually([this] { return viewer().notice().contains(QRegularExpression("[Ss]aved")); }));
   }
-  window()->setProperty("tableShown", false);
+  press(Qt::Key_F10);
   press(Qt::Key_Escape);
   press(Qt::Key_Escape);
   EXPECT_TRUE(eventually([this] { return viewer().pointsSelected() == 0; }));
 }
 
 TEST_F(WindowPoints, AColumnThatIsMovedStaysTheOneThatIsSortedBy) {
-  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, true));
+  press(Qt::Key_F10);
   auto *const panel = window()->findChild<QObject *>("spreadsheet");
   auto *const table = viewer().buffer()->property("spreadSheetModel").value<QObject *>();
   ASSERT_TRUE(panel != nullptr && table != nullptr);
@@ -200,7 +202,7 @@ TEST_F(WindowPoints, AColumnThatIsMovedStaysTheOneThatIsSortedBy) {
   QMetaObject::invokeMethod(viewer().buffer(), "refreshSelectionDisplay");
   EXPECT_TRUE(eventually([&] { return !refreshed.isEmpty(); }));
   EXPECT_TRUE(headsAnew.isEmpty());
-  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, false));
+  press(Qt::Key_F10);
 }
 
 TEST_F(WindowPoints, TheTableMayBeClosedAndOpenedWhileEachFrameIsExported) {
@@ -248,11 +250,11 @@ TEST_F(WindowPoints, AStackShowsItsFramesAtOnceAndOneFrameAgainAfterwards) {
   ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("frameNumber").toInt() == 20; }))
       << viewer().error().toStdString();
   // A stack fills while it plays.
-  timeline().setLoop(true);
-  timeline().setPlaying(true);
+  clickText("Loop");
+  press(Qt::Key_Space);
   EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 8 * one; })) << viewer().pointsShown() << " of " << one;
   EXPECT_EQ(viewer().scene().canvases.size(), 4U);
-  timeline().setPlaying(false);
+  press(Qt::Key_Space);
   ASSERT_NO_FATAL_FAILURE(type("stackDepth", "1"));
   EXPECT_TRUE(eventually([&] { return viewer().scene().canvases.size() == 1 && viewer().pointsShown() < 2 * one; }));
 }

@@ -1,8 +1,9 @@
 // Opening, playing and closing in the real window.
 #include <QMimeData>
-#include <QSettings>
-#include <QStandardPaths>
+#include <QRegularExpression>
+#include <QSignalSpy>
 
+#include "tests/app/program_fixture.h"
 #include "tests/window/window_fixture.h"
 
 namespace tarvo::skarnvisor::test {
@@ -21,7 +22,18 @@ class WindowSources : public WindowTest {
     QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
     QCoreApplication::sendEvent(window(), &drop);
   }
+
+  void changeTheme() {
+    ASSERT_NO_FATAL_FAILURE(clickText(QStringLiteral("View \u25be")));
+    clickText("Light theme");
+  }
 };
+
+TEST_F(WindowSources, TheFileDialogOpensAPathThatIsPastedIntoIt) {
+  press(Qt::Key_O, Qt::ControlModifier);
+  ASSERT_NO_FATAL_FAILURE(answerDialog(capture()));
+  EXPECT_TRUE(eventually([this] { return viewer().pointsShown() > 0; })) << viewer().error().toStdString();
+}
 
 TEST_F(WindowSources, ADroppedCaptureOpensAndIsRememberedUnderItsOwnName) {
   const QString path = capture();
@@ -34,11 +46,8 @@ TEST_F(WindowSources, ADroppedCaptureOpensAndIsRememberedUnderItsOwnName) {
 }
 
 TEST_F(WindowSources, AFileThatIsNoCaptureIsToldInTheStatusLineAndTheNextOneOpens) {
-  QFile broken("broken.pcap");
-  ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-  broken.write("nothing of a capture");
-  broken.close();
-  viewer().open("broken.pcap");
+  writeFile("broken.pcap", "nothing of a capture");
+  dropOnCanvas(QDir::current().filePath("broken.pcap"));
   EXPECT_TRUE(eventually([this] { return textOf("statusLabel").contains("neither pcap nor pcapng"); }))
       << textOf("statusLabel").toStdString();
   open();
@@ -50,7 +59,7 @@ TEST_F(WindowSources, AMissingPlugInIsToldInTheStatusLine) {
   EXPECT_TRUE(eventually([this] { return textOf("statusLabel").contains("plug-in nowhere/libplugin.so is missing"); }));
 }
 
-TEST_F(WindowSources, KeysPlayStepAndSeek) {
+TEST_F(WindowSources, KeysAndTheTrackPlayStepAndSeek) {
   ASSERT_NO_FATAL_FAILURE(open());
   press(Qt::Key_Right);
   EXPECT_EQ(timeline().frame(), 1);
@@ -59,6 +68,8 @@ TEST_F(WindowSources, KeysPlayStepAndSeek) {
   EXPECT_TRUE(eventually([this] { return textOf("frameText") == QString("frame %1 / %1").arg(lastFrame()); }));
   press(Qt::Key_Left);
   EXPECT_EQ(timeline().frame(), lastFrame() - 1);
+  ASSERT_NO_FATAL_FAILURE(click("cursor"));
+  EXPECT_NEAR(timeline().frame(), lastFrame() / 2, 1);
   press(Qt::Key_Home, Qt::ControlModifier);
   press(Qt::Key_Space);
   EXPECT_TRUE(timeline().isPlaying());
@@ -69,20 +80,26 @@ TEST_F(WindowSources, KeysPlayStepAndSeek) {
 
 TEST_F(WindowSources, ClosingWhilePlayingLeavesNothingBehind) {
   ASSERT_NO_FATAL_FAILURE(open());
-  timeline().setLoop(true);
+  clickText("Loop");
   press(Qt::Key_Space);
   ASSERT_TRUE(eventually([this] { return timeline().frame() >= 2; }));
   press(Qt::Key_W, Qt::ControlModifier);
   EXPECT_TRUE(eventually([this] { return !viewer().isReady() && viewer().pointsShown() == 0; }));
   ASSERT_NO_FATAL_FAILURE(open());
-  timeline().setPlaying(true);
+  press(Qt::Key_Space);
+  EXPECT_TRUE(timeline().isPlaying());
   // The window goes with the capture open and playing.
 }
 
 TEST_F(WindowSources, ACutHoldsTheFramesThatWereAskedFor) {
   ASSERT_NO_FATAL_FAILURE(open());
-  viewer().jobs().cut(viewer().clip(), QUrl::fromLocalFile(QDir::current().filePath("cut.pcap")), 3, 7);
-  EXPECT_TRUE(viewer().jobs().isRunning());
+  timeline().seekFrame(3);
+  ASSERT_NO_FATAL_FAILURE(click("cutButton"));
+  // The dialog begins with the frame at the cursor.
+  ASSERT_NO_FATAL_FAILURE(type("cutEnd", "7"));
+  ASSERT_NO_FATAL_FAILURE(clickText("Save"));
+  ASSERT_NO_FATAL_FAILURE(answerDialog(QDir::current().filePath("cut")));
+  ASSERT_TRUE(eventually([] { return QFile::exists("cut.pcap"); })) << viewer().error().toStdString();
   ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));
   EXPECT_EQ(viewer().error(), QString());
   viewer().open("cut.pcap");
@@ -94,7 +111,7 @@ TEST_F(WindowSources, ThemeAndPanelsAreRemembered) {
   start();
   ASSERT_NO_FATAL_FAILURE(open());
   EXPECT_LT(qGray(picture().pixel(2, 2)), 64);
-  QMetaObject::invokeMethod(window(), "setTheme", Q_ARG(QVariant, false));
+  ASSERT_NO_FATAL_FAILURE(changeTheme());
   ASSERT_NO_FATAL_FAILURE(click("section-channels"));
   EXPECT_TRUE(eventually([this] { return item("channelTable") != nullptr; }));
   EXPECT_TRUE(eventually([this] { return qGray(picture().pixel(2, 2)) > 200; }));
@@ -102,8 +119,50 @@ TEST_F(WindowSources, ThemeAndPanelsAreRemembered) {
   open();
   EXPECT_TRUE(eventually([this] { return qGray(picture().pixel(2, 2)) > 200; }));
   EXPECT_TRUE(eventually([this] { return item("channelTable") != nullptr; }));
-  QMetaObject::invokeMethod(window(), "setTheme", Q_ARG(QVariant, true));
+  ASSERT_NO_FATAL_FAILURE(changeTheme());
   click("section-channels");
+}
+
+TEST_F(WindowSources, ALiveSourceIsFollowedPausedAndRecorded) {
+  const quint16 port = freePort();
+  auto stream = std::make_unique<Stream>(port);
+  press(Qt::Key_L, Qt::ControlModifier);
+  ASSERT_NO_FATAL_FAILURE(type("livePort", QString::number(port)));
+  ASSERT_TRUE(eventually([this] { return viewer().isLive() && viewer().pointsShown() > 0; }))
+      << viewer().error().toStdString();
+  const auto moves = [this] {
+    QSignalSpy pictures(&viewer(), &app::Viewer::pictureChanged);
+    const double before = timeline().cursorSeconds();
+    QTest::qWait(700);
+    return timeline().cursorSeconds() > before && !pictures.isEmpty();
+  };
+  EXPECT_TRUE(eventually(moves));
+  press(Qt::Key_Space);
+  EXPECT_FALSE(timeline().isPlaying());
+  EXPECT_FALSE(moves()) << "paused";
+  // Following goes on where the newest data are, not where it was paused.
+  if (timeline().follow()) {
+    ASSERT_NO_FATAL_FAILURE(click("follow"));
+  }
+  ASSERT_NO_FATAL_FAILURE(click("follow"));
+  EXPECT_TRUE(timeline().isPlaying());
+  EXPECT_TRUE(eventually(moves));
+  EXPECT_LT(timeline().endSeconds() - timeline().cursorSeconds(), 1);
+
+  const QString file = QDir::current().filePath("Aufnahme ü.pcap");
+  // The dialog serves events within the click.
+  QTimer::singleShot(0, window(), [&] { answerDialog(file); });
+  ASSERT_NO_FATAL_FAILURE(click("recordButton"));
+  ASSERT_TRUE(eventually([this] { return viewer().recordingText().contains(QRegularExpression("[1-9].* packets")); }))
+      << viewer().error().toStdString();
+  QTest::qWait(500);
+  ASSERT_NO_FATAL_FAILURE(click("recordButton"));
+  EXPECT_TRUE(eventually([this] { return !viewer().isRecording(); }));
+  stream.reset();
+  EXPECT_FALSE(moves()) << "nothing is sent any more";
+  dropOnCanvas(file);
+  EXPECT_TRUE(eventually([this] { return !viewer().isLive() && viewer().pointsShown() > 0 && lastFrame() >= 3; }))
+      << viewer().error().toStdString();
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QLineEdit>
+#include <QPointer>
 #include <QProcess>
 #include <QQuickItem>
 #include <QTest>
@@ -121,10 +122,10 @@ class WindowTest : public testing::Test {
 
   /// Pastes a path into the file dialog that the program has opened, and takes it.
   void answerDialog(const QString &path) {
-    QFileDialog *dialog = nullptr;
+    QPointer<QFileDialog> dialog;
     ASSERT_TRUE(eventually([&] {
       for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible() && qobject_cast<QFileDialog *>(widget)) dialog = static_cast<QFileDialog *>(widget);
+        if (widget->isVisible() && qobject_cast<QFileDialog *>(widget)) dialog = qobject_cast<QFileDialog *>(widget);
       }
       return dialog != nullptr;
     }));
@@ -133,7 +134,10 @@ class WindowTest : public testing::Test {
     QApplication::clipboard()->setText(path);
     QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
     QTest::keyClick(name, Qt::Key_Return);
-    EXPECT_TRUE(eventually([&] { return !dialog->isVisible(); }));
+    EXPECT_TRUE(eventually([&] { return dialog == nullptr || !dialog->isVisible(); }));
+    // A window manager would give the keyboard back.
+    window()->requestActivate();
+    QTest::qWaitForWindowActive(window(), deadlineMs);
   }
 
   void drag(QPointF from, QPointF to) {

@@ -76,6 +76,7 @@ Rectangle {
                 objectName: "allPoints"
                 text: "All shown points"
                 tip: "List every point that is shown, not the selected ones alone"
+                enabled: panel.points !== null
                 checked: panel.points !== null && Boolean(panel.points.allDisplayed)
                 onToggled: { panel.points.allDisplayed = checked; panel.refresh() }
             }

@@ -1,70 +1,35 @@
 // A random walk through the window: keys, clicks on whatever is there, drags, files good and bad, while a capture
 // plays. A soak, not a test: it runs only when SKARNVISOR_WALK names the seconds to walk; SKARNVISOR_SEED draws another
-// walk. Fails when a turn of the event loop takes too long or anything is complained of; ends with an abort when the
-// window hangs, so that a debugger shows where.
+// walk. Fails when a turn of the event loop takes too long or anything is complained of.
 #include <malloc.h>
 
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QMessageBox>
-#include <QMimeData>
-#include <atomic>
 #include <cstdio>
 #include <random>
-#include <thread>
 
+#include "tests/app/program_fixture.h"
 #include "tests/window/window_fixture.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
 
-/// The longest time between two turns of the event loop; aborts the process when there is none for `hangMs`.
-class TurnWatch : public QObject {
+/// The longest time between two turns of the event loop.
+class TurnWatch {
  public:
-  static constexpr int hangMs = 60000;
-
   TurnWatch() {
     m_clock.start();
-    connect(&m_timer, &QTimer::timeout, this, [this] {
-      m_longest = std::max(m_longest, m_clock.restart());
-      m_turns.fetch_add(1, std::memory_order_relaxed);
-    });
+    QObject::connect(&m_timer, &QTimer::timeout, [this] { m_longest = std::max(m_longest, m_clock.restart()); });
     m_timer.start(5);
-    m_thread = std::thread([this] { watch(); });
-  }
-  ~TurnWatch() override {
-    m_ends = true;
-    m_thread.join();
   }
 
-  /// Milliseconds since the last call at most.
-  qint64 takeLongest() {
-    const qint64 longest = std::max(m_longest, m_clock.elapsed());
-    m_longest = 0;
-    return longest;
-  }
+  /// Milliseconds, since the last call.
+  qint64 takeLongest() { return std::max(std::exchange(m_longest, 0), m_clock.elapsed()); }
 
  private:
-  void watch() {
-    constexpr int stepMs = 100;
-    int idle = 0;
-    for (unsigned seen = 0; !m_ends; idle += stepMs) {
-      if (std::exchange(seen, m_turns.load(std::memory_order_relaxed)) != m_turns.load(std::memory_order_relaxed))
-        idle = 0;
-      if (idle > hangMs) {
-        std::fputs("the window hangs\n", stderr);
-        std::abort();
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(stepMs));
-    }
-  }
-
   QTimer m_timer;
   QElapsedTimer m_clock;
   qint64 m_longest = 0;
-  std::atomic<unsigned> m_turns{0};
-  std::atomic<bool> m_ends{false};
-  std::thread m_thread;
 };
 
 class RandomWalk : public WindowTest {
@@ -94,20 +59,16 @@ class RandomWalk : public WindowTest {
     QFile whole("KR2.pcap");
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
-    write("half.pcap", bytes.left(bytes.size() / 2 - 7));
-    write("broken.pcap", "nothing of a capture");
-    write("empty.pcap", {});
-    write("broken.pcd", "# .PCD v.7\nFIELDS x y\n");
+    writeFile("half.pcap", bytes.left(bytes.size() / 2 - 7));
+    writeFile("broken.pcap", "nothing of a capture");
+    writeFile("empty.pcap", {});
+    writeFile("broken.pcd", "# .PCD v.7\nFIELDS x y\n");
     QDir().mkdir("points");
-    for (int file = 0; file < 5; ++file) {
-      QByteArray text =
-          "ply\nformat ascii 1.0\nelement vertex 400\nproperty float x\nproperty float y\n"
-          "property float z\nproperty float intensity\nproperty float confidence\nend_header\n";
-      for (int point = 0; point < 400; ++point)
-        text += QByteArray::number(point % 20) + " " + QByteArray::number(point / 20 + file) + " 1 " +
-                QByteArray::number(point % 256) + " 1\n";
-      write(QString("points/%1.ply").arg(file), text);
-    }
+    for (const char *name : {"points/0.ply", "points/1.ply", "points/2.ply"})
+      writeFile(name,
+                "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n"
+                "property float intensity\nproperty float confidence\nend_header\n"
+                "1 2 3 40 1\n4 5 1 90 1\n7 -3 2 200 1\n");
     m_sources << "lossy.pcap"
               << "half.pcap"
               << "broken.pcap"
@@ -127,12 +88,6 @@ class RandomWalk : public WindowTest {
     m_stream.kill();
     m_stream.waitForFinished();
     WindowTest::TearDown();
-  }
-
-  static void write(const QString &name, const QByteArray &bytes) {
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
   }
 
   int below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
@@ -220,12 +175,7 @@ class RandomWalk : public WindowTest {
     const QString source = anySource();
     say("open " + source);
     if (below(2) == 0) return viewer().open(source);
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QDir::current().filePath(source))});
-    QDragEnterEvent enter(anywhere(), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &enter);
-    QDropEvent drop(enter.posF(), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &drop);
+    dropOnCanvas(QDir::current().filePath(source));
   }
 
   /// Dialogs may run a loop within the event that opened them, questions within the key that answered a dialog: each

@@ -1,5 +1,4 @@
 // Opening, playing and closing in the real window.
-#include <QMimeData>
 #include <QRegularExpression>
 #include <QSignalSpy>
 
@@ -11,18 +10,6 @@ namespace {
 
 class WindowSources : public WindowTest {
  protected:
-  void dropOnCanvas(const QString &path) {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path)});
-    const QPoint at = canvas().mapToScene({200, 200}).toPoint();
-    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &enter);
-    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &move);
-    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &drop);
-  }
-
   void changeTheme() {
     ASSERT_NO_FATAL_FAILURE(clickText(QStringLiteral("View \u25be")));
     clickText("Light theme");

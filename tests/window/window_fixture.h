@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPointer>
 #include <QProcess>
 #include <QQuickItem>
@@ -125,7 +126,7 @@ class WindowTest : public testing::Test {
     QPointer<QFileDialog> dialog;
     ASSERT_TRUE(eventually([&] {
       for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible() && qobject_cast<QFileDialog *>(widget)) dialog = qobject_cast<QFileDialog *>(widget);
+        if (widget->isVisible() && dialog == nullptr) dialog = qobject_cast<QFileDialog *>(widget);
       }
       return dialog != nullptr;
     }));
@@ -138,6 +139,18 @@ class WindowTest : public testing::Test {
     // A window manager would give the keyboard back.
     window()->requestActivate();
     QTest::qWaitForWindowActive(window(), deadlineMs);
+  }
+
+  void dropOnCanvas(const QString &path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    const QPoint at = canvas().mapToScene({200, 200}).toPoint();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &enter);
+    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &move);
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &drop);
   }
 
   void drag(QPointF from, QPointF to) {

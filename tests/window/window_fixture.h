@@ -138,7 +138,7 @@ class WindowTest : public testing::Test {
     EXPECT_TRUE(eventually([&] { return dialog == nullptr || !dialog->isVisible(); }));
     // A window manager would give the keyboard back.
     window()->requestActivate();
-    QTest::qWaitForWindowActive(window(), deadlineMs);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window(), deadlineMs));
   }
 
   void dropOnCanvas(const QString &path) {

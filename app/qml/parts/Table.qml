@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQml 2.15
 
 // A table of a model with the role "display". There are only as many rows as are in sight, and each shows another one
 // when the table moves: its length costs nothing. The arrows go through rows and heads, Enter sorts by the head that
@@ -152,7 +153,7 @@ Item {
                 model: table.lines
                 Line {
                     id: line
-                    readonly property int modelRow: table.order ? table.order[row] : row
+                    readonly property int modelRow: table.order && row < table.order.length ? table.order[row] : row
                     Row {
                         Repeater {
                             model: table.heads.length
@@ -190,7 +191,7 @@ Item {
         minimumSize: 0.08
         policy: ScrollBar.AlwaysOn
         onPositionChanged: if (pressed) table.scrollTo(position * table.rowCount * table.rowHeight)
-        Binding on position { value: table.contentY / Math.max(1, table.rowCount * table.rowHeight); when: !bar.pressed }
+        Binding on position { value: table.contentY / Math.max(1, table.rowCount * table.rowHeight); when: !bar.pressed; restoreMode: Binding.RestoreNone }
     }
     Rectangle { anchors.fill: parent; visible: table.activeFocus; color: "transparent"; border.color: theme.accent }
     Component { id: textCell; TableCell { numeric: table.numeric } }

@@ -71,7 +71,8 @@ Rectangle {
             Section { title: "Motion sensor"; name: "motion"; shown: dock.has("imuConfig") && dock.buffer.imuConfig >= 0; content: MotionPanel {} }
             Section { title: "Calibration files"; name: "calibration"; shown: dock.buffer !== null && typeof dock.buffer.setDcfCorrectionState === "function"; content: CalibrationPanel {} }
             Section { title: "Save and export"; name: "export"; shown: dock.buffer !== null; content: ExportPanel {} }
-            Section { title: "Tools of the lidar"; name: "tools"; shown: toolFile != ""; readonly property url toolFile: viewer.panelFile(dock.buffer && dock.buffer.toolBoxSource || ""); content: Loader { source: viewer.panelFile(dock.buffer.toolBoxSource) } }
+            // A lidar that names no tool box of its own has the common one.
+            Section { title: "Tools of the lidar"; name: "tools"; shown: lidarTools.rows.length > 0; content: Loader { source: viewer.panelFile(dock.buffer && dock.buffer.toolBoxSource || "ToolBox.qml") } }
             Section { title: "Frame modes"; name: "modes"; shown: modeFile != ""; readonly property url modeFile: viewer.panelFile(dock.buffer && dock.buffer.modeEditorSource || ""); content: Loader { source: viewer.panelFile(dock.buffer.modeEditorSource) } }
             Section { title: "Zones"; name: "zones"; shown: zoneFile != ""; readonly property url zoneFile: viewer.panelFile(dock.buffer && dock.buffer.initialFunctionSource || ""); content: Loader { source: viewer.panelFile(dock.buffer.initialFunctionSource) } }
             Section {

@@ -41,6 +41,8 @@ MainWindow::MainWindow() {
   context.setContextProperty(QStringLiteral("logModel"), &m_log);
   context.setContextProperty(QStringLiteral("logView"), &m_logView);
   context.setContextProperty(QStringLiteral("files"), &m_files);
+  context.setContextProperty(QStringLiteral("lidarTools"), &m_tools);
+  connect(&m_viewer, &Viewer::captureChanged, &m_tools, [this] { m_tools.setBuffer(m_viewer.buffer()); });
   m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));
   if (!m_engine.rootObjects().isEmpty()) m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
   if (m_window != nullptr) new FramePacer(*m_window);

@@ -5,6 +5,7 @@
 
 #include "app/window/file_calls.h"
 #include "app/window/log_view.h"
+#include "app/window/tool_list.h"
 #include "app/window/viewer.h"
 
 namespace tarvo::skarnvisor::app {
@@ -37,6 +38,7 @@ class MainWindow : public QObject {
   LogModel m_log;
   LogView m_logView{m_log};
   FileCalls m_files;
+  ToolList m_tools;
   QQmlApplicationEngine m_engine;
   QQuickWindow *m_window = nullptr;
 };

@@ -97,6 +97,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
                  renderStateChanged)
   Q_PROPERTY(double frameSeconds READ frameSeconds WRITE setFrameSeconds NOTIFY renderStateChanged)
   Q_PROPERTY(QString toolBoxSource READ toolBoxSource NOTIFY toolBoxSourceChanged)
+  /// What each switch and number of the lidar's tools stands at, by the name of its setter.
+  Q_PROPERTY(QVariantMap toolSettings READ toolSettings NOTIFY renderStateChanged)
   Q_PROPERTY(QString modeEditorSource READ modeEditorSource NOTIFY modeEditorSourceChanged)
   Q_PROPERTY(QString initialFunctionSource READ initialFunctionSource NOTIFY initialFunctionSourceChanged)
   Q_PROPERTY(int useCuda READ useCuda WRITE setUseCuda NOTIFY useCudaChanged)
@@ -191,6 +193,10 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Gives every shown vertex a fresh colour word from the stored points.
   virtual void recolor();
   virtual QString toolBoxSource() const;
+  /// By the name of a setter, what it was last given, or else what the decoder and the lidar type start with: a bool, a
+  /// number, or the numbers of its list. Of `toggleDirtry`, the levels that are hidden. A family adds the setters of
+  /// its own. GUI thread.
+  virtual QVariantMap toolSettings() const;
   virtual QString modeEditorSource() const;
   virtual QString initialFunctionSource() const;
   virtual bool hasInitialFunction() const;
@@ -562,7 +568,9 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void loadSettings();
   void installHooks();
   void storeTransform(float &field, float value);
-  void forwardFilter(const std::function<void(tarvo::lidar::SvSdkRuntime &)> &setting);
+  /// `value` is what the setter of that name was given.
+  void forwardFilter(const char *setter, const QVariant &value,
+                     const std::function<void(tarvo::lidar::SvSdkRuntime &)> &setting);
   /// `keepDefault`: the default file of the type follows what is loaded.
   bool takeCorrections(const QString &path, bool keepDefault);
   bool takeFiretimes(const QString &path, bool keepDefault);
@@ -635,6 +643,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   FramePicture m_picture;
   FrameHooks m_hooks;
   CoordinateTransform m_transform;
+  QVariantMap m_filtersGiven;  ///< to the runtime, which tells nothing back, by setter. GUI thread only
   EchoModel m_echoModel;
   FilterModel m_filterModel;
   DeviceTables m_deviceTables;

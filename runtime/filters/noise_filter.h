@@ -1,15 +1,9 @@
 #pragma once
 
+#include "contracts/runtime/decoder_filter_settings.h"
 #include "runtime/filters/frame_grid.h"
 
 namespace tarvo::lidar {
-
-struct NoiseSettings {
-  int mode = 0;                 ///< 0: neighbours along the channel; any other: of the two channels beside it as well
-  float radiusMetres = 0.5F;    ///< how near a neighbour must be in space
-  float radiusOfRange = 0.01F;  ///< added to the radius, as a share of the point's range
-  int leastNeighbours = 2;
-};
 
 /// Finds lonely points: fewer than the least number of returns of the two columns on either side lie within the radius,
 /// which grows with the range as points spread. The distance is that in space.

@@ -3,16 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "contracts/runtime/decoder_filter_settings.h"
 #include "runtime/filters/frame_grid.h"
 
 namespace tarvo::lidar {
-
-struct PopoutSettings {
-  int window = 2;                    ///< columns looked at on either side, 1 to 16
-  float toleranceMetres = 0.3F;      ///< a neighbour is as far away, give or take this much
-  float toleranceOfRange = 0.02F;    ///< and this share of the point's range
-  float greatestRangeMetres = 0.0F;  ///< points further away are left alone; 0: none are
-};
 
 /// Finds points that pop out of their surroundings: no return of the neighbouring columns, in the point's channel or
 /// the two beside it, lies at its range.

@@ -3,48 +3,31 @@
 #include <algorithm>
 #include <cmath>
 
+#include "contracts/runtime/decoder_filter_settings.h"
 #include "contracts/runtime/smoothing_config.h"
 #include "runtime/filters/frame_grid.h"
 
 namespace tarvo::lidar {
 
-/// Settings of the smoothing, in the order of the tool box's list.
-struct SmoothingSettings {
-  float leastRangeMetres = 0.0F;  ///< points outside these limits stay as they are
-  float greatestRangeMetres = 1000.0F;
-  float toleranceMetres = 0.1F;     ///< only neighbours at about the same range count, so that edges stay
-  float toleranceOfRange = 0.002F;  ///< added to the tolerance, as a share of the range
-  float leastIntensity = 0.0F;
-  float greatestIntensity = 65535.0F;
-  float centreWeight = 1.0F;  ///< of the point itself, against 1 of each neighbour
-  int columnReach = 2;        ///< columns on either side, 0 to 16
-  float leastElevationDeg = -90.0F;
-  float greatestElevationDeg = 90.0F;
-  float strength = 1.0F;  ///< 0: nothing moves, 1: all the way to the mean
-  int channelReach = 0;   ///< channels on either side, 0 to 4
-  int passes = 1;         ///< 1 to 8
-  float greatestShiftMetres = 0.1F;
-
-  /// A value that is no finite number counts as 0.
-  static SmoothingSettings from(const SmoothingConfig &config, float last) {
-    const auto a = [&config](std::size_t i) { return finiteOr(config.floats0[i], 0.0F); };
-    const auto b = [&config](std::size_t i) { return finiteOr(config.floats8[i], 0.0F); };
-    return {a(0),
-            a(1),
-            a(2),
-            a(3),
-            a(4),
-            a(5),
-            a(6),
-            config.int7,
-            b(0),
-            b(1),
-            b(2),
-            config.ints11[0],
-            config.ints11[1],
-            finiteOr(last, 0.0F)};
-  }
-};
+/// The settings of a configuration and its last value. What is no finite number counts as 0.
+inline SmoothingSettings smoothingSettings(const SmoothingConfig &config, float last) {
+  const auto a = [&config](std::size_t i) { return finiteOr(config.floats0[i], 0.0F); };
+  const auto b = [&config](std::size_t i) { return finiteOr(config.floats8[i], 0.0F); };
+  return {a(0),
+          a(1),
+          a(2),
+          a(3),
+          a(4),
+          a(5),
+          a(6),
+          config.int7,
+          b(0),
+          b(1),
+          b(2),
+          config.ints11[0],
+          config.ints11[1],
+          finiteOr(last, 0.0F)};
+}
 
 /// Draws the range of a point to the mean of the neighbours that belong to the same surface. Works on one return at a
 /// time; removes nothing.

@@ -33,8 +33,7 @@ bool RuntimeSession::GetPointCloudSmoothingFlag() const { return filters_.snapsh
 
 // The flag in the configuration is the one that this runtime gave out: it has a setter of its own.
 void RuntimeSession::SetPointCloudSmoothingConfig(const SmoothingConfig &config, float last) {
-  filters_.change(
-      [&](FilterSettings &settings) { settings.smoothingSettings = SmoothingSettings::from(config, last); });
+  filters_.change([&](FilterSettings &settings) { settings.smoothingSettings = smoothingSettings(config, last); });
 }
 
 void RuntimeSession::SetYfnNoiseFilterFlag(bool on) {

@@ -185,7 +185,7 @@ TEST(Filters, OddSettingsAndSmallFramesDoNoHarm) {
   config.floats0.fill(odd);
   config.int7 = 1'000'000'000;
   config.ints11 = {-1, -1};
-  all.smoothingSettings = SmoothingSettings::from(config, odd);
+  all.smoothingSettings = smoothingSettings(config, odd);
   Frame frame = scene();
   frame.filter(all);
   for (int column = 0; column < Frame::columns; ++column) EXPECT_TRUE(std::isfinite(frame.at(column, 1).x));

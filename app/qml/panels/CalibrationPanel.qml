@@ -21,6 +21,7 @@ Column {
         { title: "Nonlinear mapping", stem: "NonlinearMappingFile", dir: "nonlinearMappingFileDir", flag: "nonlinearMappingUseful", filters: ["Mappings (*.csv)", "All files (*)"] },
         { title: "Channel configuration", stem: "ChannelConfigFile", dir: "channelConfigFileDir", flag: "channelConfigUseful", filters: ["Channel configurations (*.csv)", "All files (*)"] }]
 
+    function stands(setter) { return buffer !== null && buffer.toolSettings !== undefined && Boolean(buffer.toolSettings[setter]) }
     function has(operation) { return buffer !== null && typeof buffer[operation] === "function" }
     function load(kind, operation, url) {
         var what = kind.title, result = files.call(buffer, operation, url)
@@ -99,15 +100,13 @@ Column {
     Flow {
         width: parent.width
         spacing: 8
-        Check { visible: panel.buffer && panel.buffer.firetimesUseful || false; text: "Apply firetimes"; onToggled: panel.buffer.setFiretimeCorrectionState(checked) }
-        Check { visible: panel.buffer && panel.buffer.dcfUseful || false; text: "Apply DCF"; onToggled: panel.buffer.setDcfCorrectionState(checked) }
+        Check { visible: panel.buffer && panel.buffer.firetimesUseful || false; text: "Apply firetimes"; checked: panel.stands("setFiretimeCorrectionState"); onToggled: panel.buffer.setFiretimeCorrectionState(checked) }
+        Check { visible: panel.buffer && panel.buffer.dcfUseful || false; text: "Apply DCF"; checked: panel.stands("setDcfCorrectionState"); onToggled: panel.buffer.setDcfCorrectionState(checked) }
         Check {
             visible: panel.buffer !== null && typeof panel.buffer.distanceCorrectionState === "number" && panel.buffer.distanceCorrectionState >= 0
             text: "Distance correction"
             checked: panel.buffer && panel.buffer.distanceCorrectionState > 0 || false
             onToggled: panel.buffer.distanceCorrectionState = checked ? 1 : 0
         }
-        Check { visible: panel.buffer && panel.buffer.reflectanceMappingFlag || false; text: "Intensity mapping"; checked: panel.buffer && panel.buffer.intensityMapFlag || false; onToggled: panel.buffer.intensityMapping(checked) }
-        Check { visible: panel.buffer && panel.buffer.dirtyMappingReflectanceUsefulFlag || false; text: "Dirt into reflectance"; onToggled: panel.buffer.setDirtyMappingReflectanceFlag(checked) }
     }
 }

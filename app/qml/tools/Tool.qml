@@ -1,0 +1,66 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "../parts"
+
+// One tool: its switch, and its numbers while it is on. One that refines another is there while that one is on.
+Column {
+    id: item
+    property var tool
+    readonly property var stand: lidarTools.state[tool.name] || { on: false, numbers: [] }
+    readonly property bool on: stand.on || !tool.switched
+    readonly property var whole: tool.part.length > 0 ? lidarTools.state[tool.part] : null
+    readonly property int indent: whole ? 20 : 0
+    // Numbers that are no more than on or off.
+    readonly property bool levels: tool.numbers.length > 0 && tool.numbers.every(function (n) { return n.decimals === 0 && n.greatest - n.least === 1 })
+    visible: tool.part.length === 0 || Boolean(whole && whole.on)
+    spacing: 2
+
+    RowLayout {
+        x: item.indent
+        width: item.width - item.indent
+        Check {
+            objectName: "tool-" + item.tool.name
+            visible: item.tool.switched
+            text: item.tool.title
+            tip: item.tool.tip
+            Layout.fillWidth: true
+            checked: item.stand.on
+            // The click has put an end to the binding; the lidar may have refused.
+            onToggled: { lidarTools.switchTo(item.tool.name, checked); checked = Qt.binding(function () { return item.stand.on }) }
+        }
+        Label { visible: !item.tool.switched; text: item.tool.title; font.pixelSize: 12; Layout.fillWidth: true }
+        PushButton {
+            objectName: "tool-" + item.tool.name + "-reset"
+            visible: item.on && item.tool.numbers.length > 1
+            text: "Reset"
+            tip: "Back to the numbers at the opening"
+            implicitHeight: 22
+            Accessible.name: item.tool.title + ", reset"
+            onClicked: lidarTools.reset(item.tool.name)
+        }
+    }
+    ToolNumbers {
+        visible: item.on && item.tool.numbers.length > 0 && !item.levels
+        x: 20
+        width: item.width - 20
+        tool: item.tool
+        values: item.stand.numbers
+    }
+    Flow {
+        visible: item.levels
+        x: 20
+        width: item.width - 20
+        spacing: 8
+        Repeater {
+            model: item.levels ? item.tool.numbers : []
+            Check {
+                objectName: "tool-" + item.tool.name + "-" + index
+                text: modelData.title
+                tip: item.tool.title + " " + modelData.title
+                checked: Boolean(item.stand.numbers[index])
+                onToggled: { lidarTools.setNumber(item.tool.name, index, checked ? 1 : 0); checked = Qt.binding(function () { return Boolean(item.stand.numbers[index]) }) }
+            }
+        }
+    }
+}

@@ -1,0 +1,123 @@
+#include "app/session/lidar_tools.h"
+
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <algorithm>
+#include <cmath>
+
+namespace tarvo::skarnvisor::app {
+namespace {
+
+/// The first invokable of that name; an invalid one for none.
+QMetaMethod methodOf(const QObject &object, const char *name) {
+  const QMetaObject &meta = *object.metaObject();
+  for (int i = 0; name != nullptr && i < meta.methodCount(); ++i)
+    if (meta.method(i).name() == name && meta.method(i).methodType() != QMetaMethod::Signal) return meta.method(i);
+  return {};
+}
+
+bool hasProperty(const QObject &object, const char *name) {
+  return name != nullptr && object.metaObject()->indexOfProperty(name) >= 0;
+}
+
+/// Hands the values over as the types that the function takes; false when one is no such value.
+bool call(QObject &object, const QMetaMethod &method, QVariantList values) {
+  if (!method.isValid() || method.parameterCount() != values.size() || values.isEmpty() || values.size() > 2)
+    return false;
+  QGenericArgument arguments[2];
+  for (int i = 0; i < values.size(); ++i) {
+    const int type = method.parameterType(i);
+    if (!values[i].convert(type)) return false;
+    arguments[i] = QGenericArgument(QMetaType::typeName(type), values[i].constData());
+  }
+  return method.invoke(&object, Qt::DirectConnection, arguments[0], arguments[1]);
+}
+
+double inLimits(const ToolNumber &number, const QVariant &value) {
+  const double limited = std::clamp(value.toDouble(), number.least, number.greatest);
+  return number.decimals == 0 ? std::round(limited) : limited;
+}
+
+}  // namespace
+
+bool LidarTools::has(const LidarTool &tool) const {
+  if (m_buffer.isNull() || !m_buffer->property(tool.flag).toBool()) return false;
+  const QMetaObject &meta = *m_buffer->metaObject();
+  const auto known = [&](const char *name) {
+    return name == nullptr || meta.property(meta.indexOfProperty(name)).isWritable() ||
+           methodOf(*m_buffer, name).isValid();
+  };
+  return known(tool.setter) && known(tool.config) &&
+         std::all_of(tool.numbers.begin(), tool.numbers.end(), [&](const ToolNumber &n) { return known(n.property); });
+}
+
+std::vector<const LidarTool *> LidarTools::offered() const {
+  std::vector<const LidarTool *> tools;
+  for (const LidarTool &tool : lidarTools())
+    if (has(tool)) tools.push_back(&tool);
+  return tools;
+}
+
+QVariant LidarTools::told(const char *setter) const {
+  if (m_buffer.isNull() || setter == nullptr) return {};
+  if (hasProperty(*m_buffer, setter)) return m_buffer->property(setter);
+  const QString name = QLatin1String(setter);
+  return m_buffer->property("toolSettings").toMap().value(name, m_kept.value(name));
+}
+
+bool LidarTools::isOn(const LidarTool &tool) const { return told(tool.setter).toBool(); }
+
+QVariantList LidarTools::numbers(const LidarTool &tool) const {
+  const QVariant config = told(tool.config);
+  const bool oneByOne = !m_buffer.isNull() && methodOf(*m_buffer, tool.config).parameterCount() == 2;
+  const QVariantList list = config.type() == QVariant::List ? config.toList() : QVariantList{config};
+  QVariantList values;
+  for (int i = 0; i < static_cast<int>(tool.numbers.size()); ++i) {
+    const ToolNumber &number = tool.numbers[static_cast<std::size_t>(i)];
+    if (number.property != nullptr)
+      values << told(number.property).toDouble();
+    else if (oneByOne)
+      values << (list.contains(i) ? 0.0 : 1.0);
+    else
+      values << list.value(i).toDouble();
+  }
+  return values;
+}
+
+void LidarTools::set(const LidarTool &tool, const char *setter, const QVariant &value) {
+  if (m_buffer.isNull()) return;
+  m_kept.insert(QLatin1String(setter), value);
+  if (hasProperty(*m_buffer, setter))
+    m_buffer->setProperty(setter, value);
+  else
+    call(*m_buffer, methodOf(*m_buffer, setter), {value});
+  if (tool.quiet) QMetaObject::invokeMethod(m_buffer, "renderStateChanged", Qt::DirectConnection);
+}
+
+void LidarTools::switchTo(const LidarTool &tool, bool on) {
+  if (tool.setter != nullptr) set(tool, tool.setter, on);
+}
+
+void LidarTools::setNumbers(const LidarTool &tool, const QVariantList &values) {
+  if (m_buffer.isNull() || values.size() != static_cast<int>(tool.numbers.size())) return;
+  const QVariantList before = numbers(tool);
+  QVariantList limited;
+  for (int i = 0; i < values.size(); ++i) limited << inLimits(tool.numbers[static_cast<std::size_t>(i)], values[i]);
+  const QMetaMethod config = methodOf(*m_buffer, tool.config);
+  if (config.parameterCount() == 2) {
+    for (int i = 0; i < limited.size(); ++i)
+      if (limited[i] != before[i]) call(*m_buffer, config, {i, limited[i].toDouble() != 0.0});
+  } else if (config.isValid()) {
+    const bool asList = config.parameterType(0) == QMetaType::QVariantList;
+    set(tool, tool.config, asList ? QVariant(limited) : limited[0]);
+  }
+  // Twice: a lower end may fit only once the upper one stands.
+  for (int i = 0; i < 2 * limited.size(); ++i) {
+    const int place = i % limited.size();
+    const char *const property = tool.numbers[static_cast<std::size_t>(place)].property;
+    if (property != nullptr && told(property).toDouble() != limited[place].toDouble())
+      set(tool, property, limited[place]);
+  }
+}
+
+}  // namespace tarvo::skarnvisor::app

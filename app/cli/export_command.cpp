@@ -13,6 +13,7 @@
 #include "app/cli/capture_options.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/progress_bar.h"
+#include "app/cli/tool_options.h"
 #include "app/cli/source_command.h"
 #include "app/session/capture_session.h"
 
@@ -25,6 +26,7 @@ struct ExportOptions : SourceOptions {
   QStringList fields;  ///< empty: those that are on by default, or every column
   QString out;
   QString selectionFile;  ///< empty: all visible points
+  std::vector<ToolChoice> tools;
 };
 
 constexpr const char *exportSignature = "startExport(QString,QStringList)";
@@ -200,6 +202,7 @@ QString Exporter::run() {
   QString fault = takeSpan();
   if (fault.isEmpty() && !QDir().mkpath(m_options.out))
     fault = QStringLiteral("the folder %1 cannot be made").arg(m_options.out);
+  if (fault.isEmpty()) fault = applyTools(m_session, m_options.tools);
   if (fault.isEmpty()) fault = takeSelection();
   if (fault.isEmpty()) fault = asTable() ? takeColumns() : takeFields();
   if (fault.isEmpty() && !m_session.waitForPicture()) fault = QStringLiteral("the first frame was not decoded");
@@ -236,6 +239,7 @@ void addExportCommand(CommandLine &line) {
   addText(command, "--out", options->out, "Folder to write frame-NNNN files to")->required();
   addText(command, "--selected", options->selectionFile,
           "Only points inside the box of this file's 4x4 matrix, row by row");
+  addToolOption(command, options->tools);
   addSensorPort(command, options->sensorPort);
 }
 

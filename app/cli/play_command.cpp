@@ -205,7 +205,8 @@ QString Player::finish() {
   report.add("points", grouped(m_points.shown + m_points.hidden));
   report.add("points shown", grouped(m_points.shown));
   report.add("points hidden", grouped(m_points.hidden));
-  if (m_options.points.marks()) report.add("points highlighted", grouped(m_points.highlighted));
+  if (m_options.points.marks() || m_points.highlighted > 0)
+    report.add("points highlighted", grouped(m_points.highlighted));
   if (m_framesEmpty > 0) report.add("frames without a point", grouped(m_framesEmpty));
   report.add("seconds played", QString::number(seconds, 'f', 3));
   report.add("frames a second", QString::number(m_frames / seconds, 'f', 1));

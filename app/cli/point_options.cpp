@@ -131,6 +131,7 @@ void addPointOptions(CLI::App &command, PointOptions &options) {
       command, "--select", [&options](const QString &path) { options.selection = readMatrix(path); },
       "Mark the points inside a selection: a file of 16 numbers, the rows of a projection matrix one after the other. "
       "(x, y, z, 1) in metres goes to (X, Y, Z, W); a point is inside where |W| is above |X|, |Y| and |Z|");
+  addToolOption(command, options.tools);
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "app/cli/tool_options.h"
+
 namespace CLI {
 class App;
 }
@@ -29,8 +31,9 @@ struct PointOptions {
   std::optional<int> echo;
   std::vector<int> hiddenChannels;  ///< counted from 1
   std::optional<QMatrix4x4> selection;
+  std::vector<ToolChoice> tools;
 
-  bool any() const { return !filter.empty() || echo || !hiddenChannels.empty() || selection; }
+  bool any() const { return !filter.empty() || echo || !hiddenChannels.empty() || selection || !tools.empty(); }
   /// Whether some points may be marked.
   bool marks() const { return highlight || selection; }
 };

@@ -81,8 +81,8 @@ QString applyPointOptions(CaptureSession &session, const PointOptions &options) 
   if (!options.any()) return {};
   const RenderView &view = session.view();
   if (view.isEmpty()) return QStringLiteral("the capture was closed");
-  QString fault;
-  if (!options.filter.empty()) fault = applyFilter(session, options);
+  QString fault = applyTools(session, options.tools);
+  if (fault.isEmpty() && !options.filter.empty()) fault = applyFilter(session, options);
   if (fault.isEmpty() && options.echo) fault = applyEcho(view, *options.echo);
   if (fault.isEmpty() && !options.hiddenChannels.empty()) fault = hideChannels(view, options.hiddenChannels);
   if (fault.isEmpty() && options.selection) {

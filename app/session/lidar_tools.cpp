@@ -20,17 +20,12 @@ bool hasProperty(const QObject &object, const char *name) {
   return name != nullptr && object.metaObject()->indexOfProperty(name) >= 0;
 }
 
-/// Hands the values over as the types that the function takes; false when one is no such value.
-bool call(QObject &object, const QMetaMethod &method, QVariantList values) {
-  if (!method.isValid() || method.parameterCount() != values.size() || values.isEmpty() || values.size() > 2)
-    return false;
-  QGenericArgument arguments[2];
-  for (int i = 0; i < values.size(); ++i) {
-    const int type = method.parameterType(i);
-    if (!values[i].convert(type)) return false;
-    arguments[i] = QGenericArgument(QMetaType::typeName(type), values[i].constData());
-  }
-  return method.invoke(&object, Qt::DirectConnection, arguments[0], arguments[1]);
+/// Hands the value over as the type that the function takes.
+void call(QObject &object, const QMetaMethod &method, QVariant value) {
+  if (!method.isValid() || method.parameterCount() != 1) return;
+  const int type = method.parameterType(0);
+  if (value.convert(type))
+    method.invoke(&object, Qt::DirectConnection, QGenericArgument(QMetaType::typeName(type), value.constData()));
 }
 
 double inLimits(const ToolNumber &number, const QVariant &value) {
@@ -69,17 +64,11 @@ bool LidarTools::isOn(const LidarTool &tool) const { return told(tool.setter).to
 
 QVariantList LidarTools::numbers(const LidarTool &tool) const {
   const QVariant config = told(tool.config);
-  const bool oneByOne = !m_buffer.isNull() && methodOf(*m_buffer, tool.config).parameterCount() == 2;
   const QVariantList list = config.type() == QVariant::List ? config.toList() : QVariantList{config};
   QVariantList values;
   for (int i = 0; i < static_cast<int>(tool.numbers.size()); ++i) {
     const ToolNumber &number = tool.numbers[static_cast<std::size_t>(i)];
-    if (number.property != nullptr)
-      values << told(number.property).toDouble();
-    else if (oneByOne)
-      values << (list.contains(i) ? 0.0 : 1.0);
-    else
-      values << list.value(i).toDouble();
+    values << (number.property != nullptr ? told(number.property) : list.value(i)).toDouble();
   }
   return values;
 }
@@ -90,7 +79,7 @@ void LidarTools::set(const LidarTool &tool, const char *setter, const QVariant &
   if (hasProperty(*m_buffer, setter))
     m_buffer->setProperty(setter, value);
   else
-    call(*m_buffer, methodOf(*m_buffer, setter), {value});
+    call(*m_buffer, methodOf(*m_buffer, setter), value);
   if (tool.quiet) QMetaObject::invokeMethod(m_buffer, "renderStateChanged", Qt::DirectConnection);
 }
 
@@ -100,14 +89,10 @@ void LidarTools::switchTo(const LidarTool &tool, bool on) {
 
 void LidarTools::setNumbers(const LidarTool &tool, const QVariantList &values) {
   if (m_buffer.isNull() || values.size() != static_cast<int>(tool.numbers.size())) return;
-  const QVariantList before = numbers(tool);
   QVariantList limited;
   for (int i = 0; i < values.size(); ++i) limited << inLimits(tool.numbers[static_cast<std::size_t>(i)], values[i]);
   const QMetaMethod config = methodOf(*m_buffer, tool.config);
-  if (config.parameterCount() == 2) {
-    for (int i = 0; i < limited.size(); ++i)
-      if (limited[i] != before[i]) call(*m_buffer, config, {i, limited[i].toDouble() != 0.0});
-  } else if (config.isValid()) {
+  if (config.isValid() && config.parameterCount() == 1) {
     const bool asList = config.parameterType(0) == QMetaType::QVariantList;
     set(tool, tool.config, asList ? QVariant(limited) : limited[0]);
   }

@@ -13,7 +13,7 @@ struct ToolNumber {
   const char *title;  ///< with its unit; null: the far end of the range that the number before begins
   double least;
   double greatest;
-  int decimals;                    ///< 0: a whole number; from 0 to 1, a switch
+  int decimals;                    ///< 0: a whole number
   const char *property = nullptr;  ///< of the buffer, where each number has one of its own
 };
 
@@ -25,7 +25,7 @@ struct LidarTool {
   const char *tip;
   const char *flag;              ///< property of the capability
   const char *setter;            ///< of the switch: an invokable, or a property; null: nothing to switch
-  const char *config = nullptr;  ///< takes the numbers: as a list, as one number, or one at a time as (place, on)
+  const char *config = nullptr;  ///< takes the numbers, as a list or as one number
   std::vector<ToolNumber> numbers = {};
   const char *part = nullptr;  ///< name of the tool that this one refines
   bool quiet = false;          ///< the setter does not ask for a run of the pipeline

@@ -30,6 +30,7 @@ class ProgramOnPoints : public testing::Test {
     const QStringList size{"--channels", "16", "--columns", "360", "--frames", QString::number(frames)};
     makeCapture("points.pcap", size + QStringList{"--type", "KR2"});
     makeCapture("echoes.pcap", size + QStringList{"--type", "HU_V8", "--echoes", "2"});
+    makeCapture("scattered.pcap", size + QStringList{"--type", "VD8", "--noise", "0.3"});
     // X = x / 10 and so on, but W = 1 + x / 100: rows and columns differ.
     writeFile("box.txt", "0.1 0 0 0\n0 0.1 0 0\n0 0 0.1 0\n0.01 0 0 1\n");
   }
@@ -59,6 +60,31 @@ TEST_F(ProgramOnPoints, AFilterThatLeavesNothingSaysSo) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.value("frames without a point").toInt(), frames - 1) << result.out.toStdString();
   EXPECT_TRUE(result.err.contains("no point was shown in 4 frames")) << result.err.toStdString();
+}
+
+TEST_F(ProgramOnPoints, ToolsOfTheLidarAreUsedAndRefusedWhereItHasNone) {
+  const long long all = play("scattered.pcap", {}).shown;
+  const long long some = play("scattered.pcap", {"--tools", "popout"}).shown;
+  const long long more = play("scattered.pcap", {"--tools", "popout=:2"}).shown;
+  EXPECT_LT(some, all);
+  EXPECT_GT(more, some) << "a wider tolerance";
+  EXPECT_EQ(play("scattered.pcap", {"--tools", "popout,popout=off"}).shown, all);
+  EXPECT_GT(play("scattered.pcap", {"--tools", "popout,popout-highlight"}).highlighted, 0);
+
+  const struct {
+    QString tools;
+    QString reason;
+  } refused[]{{"noise", "VD8 has no tool \"noise\"; it has "},
+              {"fog", "VD8 has no tool \"fog\"; it has "},
+              {"popout=1:2:3:4:5", "takes 4 numbers, not 5"},
+              {"popout=1.5", "no whole number"},
+              {"popout=17", "outside 1 to 16"},
+              {"distance-threshold", "has no switch"}};
+  for (const auto &row : refused) {
+    const ProgramResult result = skarnvisor({"play", "scattered.pcap", "--tools", row.tools});
+    EXPECT_NE(result.exitCode, 0) << row.tools.toStdString();
+    EXPECT_TRUE(result.err.contains(row.reason)) << result.err.toStdString();
+  }
 }
 
 TEST_F(ProgramOnPoints, EchoesAndChannelsAreChosen) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QMetaMethod>
 #include <QSignalSpy>
 #include <sstream>
 
@@ -97,6 +98,39 @@ TEST_F(FilterSettings, ListsAreReadByPositionAndRefusedWhenShort) {
   EXPECT_EQ(call("setYfnNoiseFilterConfig", "QVariantList", QVariantList()), "0");
   EXPECT_EQ(call("setYfnNoiseFilterConfig", "QVariantList", QVariantList({"word", 0.25, 3})),
             "noise params 0 0.25 3\n1");
+}
+
+/// A value of the same kind that differs from `now`, element by element.
+QVariant another(const QVariant &now) {
+  if (now.type() == QVariant::Bool) return !now.toBool();
+  if (now.type() != QVariant::List) return now.toInt() + 1;
+  QVariantList list;
+  for (const QVariant &value : now.toList()) list << another(value);
+  return list;
+}
+
+TEST_F(FilterSettings, WhatEachSetterWasGivenIsToldByItsName) {
+  const QVariantMap start = buffer.toolSettings();
+  EXPECT_EQ(start["setPointCloudSmoothingFlag"], false);
+  EXPECT_EQ(start["setBlindChannelsCheck"], true);
+  EXPECT_EQ(start["setYfnNoiseFilterConfig"], QVariant(QVariantList({0.5, 0.01, 2})));
+  buffer.toggleDirtry(2, false);
+  EXPECT_EQ(buffer.toolSettings()["toggleDirtry"], QVariant(QVariantList({2})));
+  for (auto setting = start.cbegin(); setting != start.cend(); ++setting) {
+    if (setting.key() == "toggleDirtry") continue;
+    const QVariant wanted = another(*setting);
+    const QMetaObject &meta = *buffer.metaObject();
+    bool called = false;
+    for (int i = 0; i < meta.methodCount() && !called; ++i) {
+      const QMetaMethod method = meta.method(i);
+      if (method.name() != setting.key().toLatin1() || method.parameterCount() != 1) continue;
+      QVariant argument = wanted;
+      ASSERT_TRUE(argument.convert(method.parameterType(0))) << setting.key().toStdString();
+      called = method.invoke(&buffer, QGenericArgument(method.parameterTypes()[0], argument.constData()));
+    }
+    EXPECT_TRUE(called) << setting.key().toStdString();
+    EXPECT_EQ(buffer.toolSettings()[setting.key()], wanted) << setting.key().toStdString();
+  }
 }
 
 TEST_F(FilterSettings, WithoutARuntimeTheyOnlyAskForARun) {

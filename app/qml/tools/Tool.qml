@@ -11,8 +11,6 @@ Column {
     readonly property bool on: stand.on || !tool.switched
     readonly property var whole: tool.part.length > 0 ? lidarTools.state[tool.part] : null
     readonly property int indent: whole ? 20 : 0
-    // Numbers that are no more than on or off.
-    readonly property bool levels: tool.numbers.length > 0 && tool.numbers.every(function (n) { return n.decimals === 0 && n.greatest - n.least === 1 })
     visible: tool.part.length === 0 || Boolean(whole && whole.on)
     spacing: 2
 
@@ -41,26 +39,10 @@ Column {
         }
     }
     ToolNumbers {
-        visible: item.on && item.tool.numbers.length > 0 && !item.levels
+        visible: item.on && item.tool.numbers.length > 0
         x: 20
         width: item.width - 20
         tool: item.tool
         values: item.stand.numbers
-    }
-    Flow {
-        visible: item.levels
-        x: 20
-        width: item.width - 20
-        spacing: 8
-        Repeater {
-            model: item.levels ? item.tool.numbers : []
-            Check {
-                objectName: "tool-" + item.tool.name + "-" + index
-                text: modelData.title
-                tip: item.tool.title + " " + modelData.title
-                checked: Boolean(item.stand.numbers[index])
-                onToggled: { lidarTools.setNumber(item.tool.name, index, checked ? 1 : 0); checked = Qt.binding(function () { return Boolean(item.stand.numbers[index]) }) }
-            }
-        }
     }
 }

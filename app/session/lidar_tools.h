@@ -21,7 +21,7 @@ struct ToolNumber {
 /// when its type has the capability and its class the setter, so that a row may stand here before its family has it.
 struct LidarTool {
   const char *name;   ///< on the command line
-  const char *title;  ///< in the tool box
+  const char *title;  ///< of its switch in the tool box; without one, the numbers' titles say it
   const char *tip;
   const char *flag;              ///< property of the capability
   const char *setter;            ///< of the switch: an invokable, or a property; null: nothing to switch

@@ -15,19 +15,18 @@ Column {
     spacing: 2
 
     RowLayout {
+        visible: item.tool.switched
         x: item.indent
         width: item.width - item.indent
         Check {
             objectName: "tool-" + item.tool.name
-            visible: item.tool.switched
             text: item.tool.title
             tip: item.tool.tip
             Layout.fillWidth: true
             checked: item.stand.on
-            // The click has put an end to the binding; the lidar may have refused.
+            // A switch that the lidar refuses goes back.
             onToggled: { lidarTools.switchTo(item.tool.name, checked); checked = Qt.binding(function () { return item.stand.on }) }
         }
-        Label { visible: !item.tool.switched; text: item.tool.title; font.pixelSize: 12; Layout.fillWidth: true }
         PushButton {
             objectName: "tool-" + item.tool.name + "-reset"
             visible: item.on && item.tool.numbers.length > 1
@@ -40,8 +39,8 @@ Column {
     }
     ToolNumbers {
         visible: item.on && item.tool.numbers.length > 0
-        x: 20
-        width: item.width - 20
+        x: item.tool.switched ? 20 : 0
+        width: item.width - x
         tool: item.tool
         values: item.stand.numbers
     }

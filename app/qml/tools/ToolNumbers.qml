@@ -25,7 +25,7 @@ Column {
             id: line
             readonly property var next: list.tool.numbers[index + 1]
             readonly property bool range: next !== undefined && next.title.length === 0
-            readonly property string name: list.tool.title + ", " + modelData.title
+            readonly property string name: (list.tool.switched ? list.tool.title + ", " : "") + modelData.title
             visible: modelData.title.length > 0
             width: list.width
             Label { text: modelData.title; font.pixelSize: 12; Layout.fillWidth: true; elide: Text.ElideRight }

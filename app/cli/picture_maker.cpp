@@ -31,13 +31,14 @@ QString PictureMaker::write(const QString &file) {
   PictureStyle style;
   style.words = view.wordKind(halfOf(m_look));
   if (!m_stand) {
-    m_stand.emplace(Stand{{}, sceneExtent(cloud), stretchedRange(cloud, style.words)});
+    m_stand.emplace(Stand{{}, sceneExtent(cloud, view.placement()), stretchedRange(cloud, style.words)});
     m_stand->camera.setView(m_look.view, m_stand->scene);
   }
   style.ramp = m_look.ramp;
   style.range = m_stand->range;
   style.colorTitle = view.colorTitle(halfOf(m_look));
   style.pointPixels = static_cast<float>(m_look.pointPixels);
+  style.placement = view.placement();
   style.grid = m_look.grid;
   style.caption = QStringLiteral("%1   %2\nframe %3 of %4   %5 points")
                       .arg(m_session.lidarType(), QFileInfo(m_session.pipeline()->title()).fileName())

@@ -62,12 +62,15 @@ QImage drawCloud(const VertexCloud &cloud, const OrbitCamera &camera, const Scen
   const QMatrix4x4 matrix =
       camera.projectionMatrix(static_cast<float>(size.width()) / static_cast<float>(size.height())) *
       camera.viewMatrix();
-  DepthImage image(size.width() * oversampling, size.height() * oversampling, matrix);
+  DepthImage image(size.width() * oversampling, size.height() * oversampling, matrix * style.placement);
   const WordColors colors(style.words, style.ramp, style.range);
   plotCloud(image, cloud, colors, style.pointPixels * oversampling);
   if (style.edges) image.shadeEdges(4);
   const GroundGrid grid = style.grid ? groundGrid(scene) : GroundGrid{};
-  for (const GroundGrid::Segment &segment : grid.segments) image.line(segment.from, segment.to, gridColor);
+  // The image places whatever it draws as it does the points.
+  const QMatrix4x4 back = style.placement.inverted();
+  for (const GroundGrid::Segment &segment : grid.segments)
+    image.line(back.map(segment.from), back.map(segment.to), gridColor);
 
   QImage picture = image.toImage(style.background).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   QPainter painter(&picture);

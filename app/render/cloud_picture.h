@@ -21,6 +21,7 @@ struct PictureStyle {
   QString caption;
   /// Least side of a point, pixels of the finished picture.
   float pointPixels = 2;
+  QMatrix4x4 placement;  ///< of the points; the grid stays
   bool grid = true;
   bool edges = true;
   QRgb background = backgroundColor;

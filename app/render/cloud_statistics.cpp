@@ -47,14 +47,15 @@ PointCounts countPoints(const VertexCloud &cloud) {
   return sum;
 }
 
-SceneExtent sceneExtent(const VertexCloud &cloud) {
+SceneExtent sceneExtent(const VertexCloud &cloud, const QMatrix4x4 &placement) {
   std::vector<float> reaches;
   std::vector<float> heights;
   cloud.forEachShown(sampleStep(cloud), [&](const VertexPoint &point) {
     // A sensor reports a point without a return at its own place.
     if (point.x == 0 && point.y == 0 && point.z == 0) return;
-    reaches.push_back(std::hypot(point.x, point.y));
-    heights.push_back(point.z);
+    const QVector3D place = placement.map(QVector3D(point.x, point.y, point.z));
+    reaches.push_back(std::hypot(place.x(), place.y()));
+    heights.push_back(place.z());
   });
   SceneExtent extent;
   if (reaches.empty()) return extent;

@@ -20,7 +20,7 @@ PointCounts countPoints(const QByteArray &vertices);
 
 /// The reach that holds nearly all (93 of 100) of the shown points, the ground and the ceiling, from at most some ten
 /// thousand points. Defaults where there are none.
-SceneExtent sceneExtent(const VertexCloud &cloud);
+SceneExtent sceneExtent(const VertexCloud &cloud, const QMatrix4x4 &placement = {});
 
 /// The values that the ramp is spread over: all but the lowest and the highest hundredth of the shown points, so that a
 /// few reflectors don't leave the rest dark. 0 to 1 where there is nothing to measure or the words hold no attribute.

@@ -13,6 +13,17 @@ const char *modeProperty(ColorHalf half) { return half == ColorHalf::Main ? "col
 
 QVariant RenderView::value(const char *property) const { return m_buffer ? m_buffer->property(property) : QVariant(); }
 
+QMatrix4x4 RenderView::placement() const {
+  QMatrix4x4 matrix;
+  if (!value("coordinateTransformEnabled").toBool()) return matrix;
+  matrix.translate(value("coordinateTransformX").toFloat(), value("coordinateTransformY").toFloat(),
+                   value("coordinateTransformZ").toFloat());
+  matrix.rotate(value("coordinateTransformYaw").toFloat(), 0, 0, 1);
+  matrix.rotate(value("coordinateTransformPitch").toFloat(), 0, 1, 0);
+  matrix.rotate(value("coordinateTransformRoll").toFloat(), 1, 0, 0);
+  return matrix;
+}
+
 int RenderView::canvasCount() const { return m_buffer ? std::max(1, value("stackFrameNum").toInt()) : 0; }
 
 int RenderView::writtenCanvas() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMatrix4x4>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -40,6 +41,9 @@ class RenderView {
   /// Title as the buffer lists it, whatever its case; false for one that it does not list.
   bool setColor(ColorHalf half, const QString &title);
   WordKind wordKind(ColorHalf half) const;
+  /// Where the points stand in the scene: turned by roll, pitch and yaw, then moved, while the coordinate transform is
+  /// on. The vertices themselves keep the sensor's coordinates.
+  QMatrix4x4 placement() const;
   /// Rows of the channel table, 0 before the first frame.
   int channelCount() const;
   /// True: the pipeline goes by frames; false: by the time window that ends at the cursor.

@@ -32,6 +32,7 @@ struct ViewColors {
 /// changes with what it stands for, so that only what is new goes to the graphics card.
 struct CanvasScene {
   std::vector<CanvasVertices> canvases;
+  QMatrix4x4 placement;  ///< of the points in the scene; the grid stays
   SceneExtent extent;
   std::uint64_t extentSerial = 0;
   ViewColors main;

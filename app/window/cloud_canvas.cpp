@@ -87,13 +87,19 @@ QMatrix4x4 CloudCanvas::viewProjection() const {
   return camera.projectionMatrix(static_cast<float>(view.width() / std::max(1.0, view.height()))) * camera.viewMatrix();
 }
 
-QPointF CloudCanvas::project(const QVector3D &place) const {
+QMatrix4x4 CloudCanvas::pointProjection() const {
+  return m_viewer ? viewProjection() * m_viewer->scene().placement : viewProjection();
+}
+
+QPointF CloudCanvas::onItem(const QMatrix4x4 &projection, const QVector3D &place) const {
   const QRectF view = viewAt({0, 0});
-  const QVector4D clip = viewProjection() * QVector4D(place, 1);
+  const QVector4D clip = projection * QVector4D(place, 1);
   if (clip.w() <= 0) return {std::numeric_limits<double>::quiet_NaN(), 0};
   return {(0.5 + 0.5 * static_cast<double>(clip.x() / clip.w())) * view.width(),
           (0.5 - 0.5 * static_cast<double>(clip.y() / clip.w())) * view.height()};
 }
+
+QPointF CloudCanvas::project(const QVector3D &place) const { return onItem(pointProjection(), place); }
 
 QMatrix4x4 CloudCanvas::pointMatrix(const QVector3D &place) const { return cubeMatrix(place, pointCubeReach); }
 
@@ -101,7 +107,7 @@ QVariantList CloudCanvas::labels() const {
   QVariantList labels;
   if (!m_viewer || m_viewer->scene().canvases.empty() || !m_viewer->scene().grid || height() < 1) return labels;
   for (const GroundGrid::Label &label : groundGrid(m_viewer->scene().extent).labels) {
-    const QPointF at = project(label.at);
+    const QPointF at = onItem(viewProjection(), label.at);
     if (std::isnan(at.x()) || !viewAt({0, 0}).contains(at)) continue;
     labels << QVariantMap{{"x", at.x()}, {"y", at.y()}, {"text", label.text}};
   }
@@ -121,7 +127,7 @@ void CloudCanvas::setBand(const QRectF &band) {
 std::optional<VertexPoint> CloudCanvas::pick(QPointF at) const {
   if (!m_viewer) return std::nullopt;
   const QRectF view = viewAt(at);
-  return m_viewer->pointUnder(viewProjection(), view.size(), at - view.topLeft(), pickReach);
+  return m_viewer->pointUnder(pointProjection(), view.size(), at - view.topLeft(), pickReach);
 }
 
 void CloudCanvas::mousePressEvent(QMouseEvent *event) {
@@ -160,13 +166,13 @@ void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
       Q_EMIT nothingClicked();
   } else if (m_tool == Tool::Select && !band.isEmpty()) {
     const QRectF view = viewAt(m_pressedAt);
-    Q_EMIT bandDrawn(bandMatrix(viewProjection(), view.size(), band.translated(-view.topLeft())));
+    Q_EMIT bandDrawn(bandMatrix(pointProjection(), view.size(), band.translated(-view.topLeft())));
   }
 }
 
 void CloudCanvas::mouseDoubleClickEvent(QMouseEvent *event) {
   if (event->button() != Qt::LeftButton) return;
-  if (const auto point = pick(event->localPos())) m_camera.setPivot(placeOf(*point));
+  if (const auto point = pick(event->localPos())) m_camera.setPivot(m_viewer->scene().placement.map(placeOf(*point)));
   redraw();
 }
 

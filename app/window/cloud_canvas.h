@@ -94,6 +94,10 @@ class CloudCanvas : public QQuickItem {
   /// The view that a place of the item belongs to.
   QRectF viewAt(QPointF at) const;
   QMatrix4x4 viewProjection() const;
+  /// The same for places in the sensor's coordinates.
+  QMatrix4x4 pointProjection() const;
+  /// NaN for a place behind the eye.
+  QPointF onItem(const QMatrix4x4 &projection, const QVector3D &place) const;
   std::optional<VertexPoint> pick(QPointF at) const;
 
   QPointer<Viewer> m_viewer;

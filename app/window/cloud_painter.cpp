@@ -154,7 +154,8 @@ void CloudPainter::drawView(const PictureOrder &order, const QRect &place, bool 
   const ViewColors &colors = side ? order.scene.side : order.scene.main;
   QOpenGLShaderProgram &program = colors.words == WordKind::Velocity ? *m_velocityProgram : *m_attributeProgram;
   if (!program.isLinked()) return;
-  preparePoints(program, matrix, order, side, order.camera.pixelsPerMetre(static_cast<float>(place.height())));
+  preparePoints(program, matrix * order.scene.placement, order, side,
+                order.camera.pixelsPerMetre(static_cast<float>(place.height())));
   drawPoints(program, goesOn);
   m_ramps[side ? 1 : 0].texture->release(0);
   program.release();

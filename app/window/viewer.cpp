@@ -94,7 +94,9 @@ void Viewer::takeUpCapture() {
     }
     if (buffer->metaObject()->indexOfSignal("rgbOverlayVertexChanged()") >= 0)
       connect(buffer, SIGNAL(rgbOverlayVertexChanged()), this, SLOT(readOverlay()), Qt::QueuedConnection);
+    connect(buffer, SIGNAL(renderStateChanged()), this, SLOT(readPlacement()), Qt::QueuedConnection);
   }
+  readPlacement();
   Q_EMIT captureChanged();
   Q_EMIT colorTitlesChanged();
   m_colors.takeUp(m_session.view());
@@ -179,8 +181,15 @@ std::optional<VertexPoint> Viewer::pointUnder(const QMatrix4x4 &viewProjection, 
 }
 
 void Viewer::measureScene() {
-  m_scene.extent = sceneExtent(m_feed.sample());
+  m_scene.extent = sceneExtent(m_feed.sample(), m_scene.placement);
   ++m_scene.extentSerial;
+  Q_EMIT lookChanged();
+}
+
+void Viewer::readPlacement() {
+  const QMatrix4x4 placement = m_session.view().placement();
+  if (placement == m_scene.placement) return;
+  m_scene.placement = placement;
   Q_EMIT lookChanged();
 }
 

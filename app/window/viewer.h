@@ -137,6 +137,7 @@ class Viewer : public QObject {
 
  private Q_SLOTS:
   void readOverlay();
+  void readPlacement();
 
  Q_SIGNALS:
   /// Another capture or none; the panels begin anew.

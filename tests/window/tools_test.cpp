@@ -13,19 +13,20 @@ class WindowTools : public WindowTest {
     start();
   }
 
-  /// A lidar whose ranges scatter, so that many points pop out of their surroundings.
-  void openScattered() {
-    const QString path = QDir::currentPath() + QStringLiteral("/scattered.pcap");
-    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "VD8", "--channels", "32", "--columns", "300",
+  /// A lidar of that type whose ranges scatter, so that many points pop out of their surroundings.
+  void openScattered(const QString &type) {
+    const QString path = QDir::currentPath() + "/scattered " + type + ".pcap";
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", type, "--channels", "32", "--columns", "300",
                                                        "--noise", "0.3", "--frames", "3", "--out", path});
     viewer().open(path);
-    ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 2; }));
+    ASSERT_TRUE(
+        eventually([&] { return viewer().lidarType() == type && viewer().pointsShown() > 0 && lastFrame() == 2; }));
   }
   bool isChecked(const QString &name) { return item(name) != nullptr && item(name)->property("checked").toBool(); }
 };
 
 TEST_F(WindowTools, AFilterOfTheDecoderTakesPointsOutAndKeepsItsNumbersUntilAnotherSourceOpens) {
-  ASSERT_NO_FATAL_FAILURE(openScattered());
+  ASSERT_NO_FATAL_FAILURE(openScattered("VD8"));
   const int all = viewer().pointsShown();
   EXPECT_EQ(item("tool-popout-1"), nullptr) << "numbers of a tool that is off";
   ASSERT_NO_FATAL_FAILURE(click("tool-popout"));
@@ -45,10 +46,33 @@ TEST_F(WindowTools, AFilterOfTheDecoderTakesPointsOutAndKeepsItsNumbersUntilAnot
 
   open();
   EXPECT_EQ(item("tool-popout"), nullptr) << "this lidar has no such filter";
-  ASSERT_NO_FATAL_FAILURE(openScattered());
+  ASSERT_NO_FATAL_FAILURE(openScattered("VD8"));
   ASSERT_TRUE(eventually([this] { return item("tool-popout") != nullptr; }));
   EXPECT_FALSE(isChecked("tool-popout"));
   EXPECT_EQ(viewer().pointsShown(), all);
+}
+
+TEST_F(WindowTools, TheCoordinateTransformMovesThePointsAndWhatIsPickedOfThem) {
+  ASSERT_NO_FATAL_FAILURE(openScattered("KR9"));
+  ASSERT_NO_FATAL_FAILURE(click("tool-transform"));
+  ASSERT_NO_FATAL_FAILURE(type("tool-transform-2", "4"));
+  ASSERT_NO_FATAL_FAILURE(type("tool-transform-5", "90"));
+  ASSERT_TRUE(eventually(
+      [this] { return (viewer().scene().placement.map(QVector3D(1, 0, 0)) - QVector3D(0, 1, 4)).length() < 1e-4F; }));
+  // Each point is drawn where its place is said to be, whatever lies before it.
+  const auto drawn = [this] {
+    const QImage image = picture();
+    int sampled = 0;
+    int seen = 0;
+    viewer().cloud().forEachShown(17, [&](const app::VertexPoint &point) {
+      const QPointF at = canvas().project({point.x, point.y, point.z});
+      if (!QRectF(150, 60, image.width() - 400, image.height() - 120).contains(at)) return;
+      ++sampled;
+      seen += image.pixel(at.toPoint()) != image.pixel(2, 2) ? 1 : 0;
+    });
+    return sampled > 20 && seen > 0.9 * sampled;
+  };
+  EXPECT_TRUE(eventually(drawn));
 }
 
 }  // namespace

@@ -96,12 +96,9 @@ void LidarTools::setNumbers(const LidarTool &tool, const QVariantList &values) {
     const bool asList = config.parameterType(0) == QMetaType::QVariantList;
     set(tool, tool.config, asList ? QVariant(limited) : limited[0]);
   }
-  // Twice: a lower end may fit only once the upper one stands.
-  for (int i = 0; i < 2 * limited.size(); ++i) {
-    const int place = i % limited.size();
-    const char *const property = tool.numbers[static_cast<std::size_t>(place)].property;
-    if (property != nullptr && told(property).toDouble() != limited[place].toDouble())
-      set(tool, property, limited[place]);
+  for (int i = 0; i < limited.size(); ++i) {
+    const char *const property = tool.numbers[static_cast<std::size_t>(i)].property;
+    if (property != nullptr && told(property).toDouble() != limited[i].toDouble()) set(tool, property, limited[i]);
   }
 }
 

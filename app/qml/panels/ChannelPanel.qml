@@ -16,7 +16,7 @@ Column {
 
     // The first frame with corrections brings the angles; no signal tells of it while the number of channels stays.
     property string angles: ""
-    onBufferChanged: { angles = ""; blind.checked = true }
+    onBufferChanged: angles = ""
     Connections {
         target: panel.buffer
         ignoreUnknownSignals: true
@@ -111,5 +111,5 @@ Column {
         model: panel.channels
         onShowAsked: panel.setShown(rows, shown)
     }
-    Check { id: blind; objectName: "blindChannels"; visible: panel.buffer !== null && Boolean(panel.buffer.useBlindChannels); text: "Hide blind channels"; tip: "Leave out channels that measure nothing"; checked: true; onToggled: panel.buffer.setBlindChannelsCheck(checked) }
+    Check { objectName: "blindChannels"; visible: panel.buffer !== null && Boolean(panel.buffer.useBlindChannels); text: "Hide blind channels"; tip: "Leave out channels that measure nothing"; checked: panel.buffer && panel.buffer.toolSettings && panel.buffer.toolSettings.setBlindChannelsCheck || false; onToggled: panel.buffer.setBlindChannelsCheck(checked) }
 }

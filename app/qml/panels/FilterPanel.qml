@@ -19,6 +19,7 @@ Column {
     topPadding: 6
 
     FilterRows { id: rows }
+    readonly property var hiddenLevels: buffer && buffer.toolSettings && buffer.toolSettings.toggleDirtry || []
     onFilterChanged: begin()
     Component.onCompleted: begin()
     Connections { target: panel.filter; ignoreUnknownSignals: true; function onHighlightChanged() { panel.highlight = panel.filter.highlight !== 0 } }
@@ -29,7 +30,6 @@ Column {
         on = filter !== null && filter.filterEnabled
         any = filter !== null && filter.filterMode === 1
         highlight = filter !== null && filter.highlight !== 0
-        for (var i = 0; i < levels.count; ++i) levels.itemAt(i).checked = true
     }
     function apply() {
         if (!filter) return
@@ -83,13 +83,12 @@ Column {
         visible: panel.buffer !== null && Boolean(panel.buffer.dirtyMappingReflectanceUsefulFlag)
         Label { text: "Dirt level"; font.pixelSize: 12; Layout.fillWidth: true }
         Repeater {
-            id: levels
             model: 4
             Check {
                 objectName: "dirt-" + index
                 text: index
                 tip: "Show points of dirt level " + index
-                checked: true
+                checked: panel.hiddenLevels.indexOf(index) < 0
                 onToggled: panel.buffer.toggleDirtry(index, checked)
             }
         }

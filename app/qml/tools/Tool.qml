@@ -33,6 +33,7 @@ Column {
             text: "Reset"
             tip: "Back to the numbers at the opening"
             implicitHeight: 22
+            Layout.preferredWidth: 52
             Accessible.name: item.tool.title + ", reset"
             onClicked: lidarTools.reset(item.tool.name)
         }

@@ -15,7 +15,8 @@ Column {
         objectName: "tool-" + list.tool.name + "-" + entry.at
         decimals: entry.decimals
         number: list.values[entry.at] || 0
-        Layout.preferredWidth: 64
+        Layout.preferredWidth: narrow ? 54 : 64
+        property bool narrow: false
         // What lies outside the limits comes back as the limit.
         onEntered: lidarTools.setNumber(list.tool.name, entry.at, value)
     }
@@ -29,9 +30,9 @@ Column {
             visible: modelData.title.length > 0
             width: list.width
             Label { text: modelData.title; font.pixelSize: 12; Layout.fillWidth: true; elide: Text.ElideRight }
-            Field { entry: modelData; label: line.name + (line.range ? ", from" : "") }
+            Field { entry: modelData; narrow: line.range; label: line.name + (line.range ? ", from" : "") }
             Label { visible: line.range; text: "to"; font.pixelSize: 12 }
-            Field { visible: line.range; entry: line.range ? line.next : modelData; label: line.name + ", to" }
+            Field { visible: line.range; narrow: true; entry: line.range ? line.next : modelData; label: line.name + ", to" }
         }
     }
 }

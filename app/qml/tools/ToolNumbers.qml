@@ -12,11 +12,11 @@ Column {
 
     component Field: NumberField {
         property var entry
+        property bool narrow: false
         objectName: "tool-" + list.tool.name + "-" + entry.at
         decimals: entry.decimals
         number: list.values[entry.at] || 0
         Layout.preferredWidth: narrow ? 54 : 64
-        property bool narrow: false
         // What lies outside the limits comes back as the limit.
         onEntered: lidarTools.setNumber(list.tool.name, entry.at, value)
     }

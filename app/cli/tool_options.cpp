@@ -29,7 +29,7 @@ double numberOf(const ToolNumber &number, const QString &text, const QString &wh
   if (!good || (number.decimals == 0 && value != std::floor(value)))
     refuse(QStringLiteral("\"%1\" in \"%2\" is no %3number")
                .arg(text, whole, number.decimals == 0 ? QStringLiteral("whole ") : QString()));
-  if (value < number.least || value > number.greatest)
+  if (!(value >= number.least && value <= number.greatest))  // "nan" neither
     refuse(QStringLiteral("\"%1\" in \"%2\" lies outside %3 to %4")
                .arg(text, whole)
                .arg(number.least)

@@ -79,6 +79,7 @@ TEST_F(ProgramOnPoints, ToolsOfTheLidarAreUsedAndRefusedWhereItHasNone) {
               {"popout=1:2:3:4:5", "takes 4 numbers, not 5"},
               {"popout=1.5", "no whole number"},
               {"popout=17", "outside 1 to 16"},
+              {"popout=:nan", "outside 0 to 100"},
               {"distance-threshold", "has no switch"}};
   for (const auto &row : refused) {
     const ProgramResult result = skarnvisor({"play", "scattered.pcap", "--tools", row.tools});

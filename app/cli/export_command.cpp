@@ -13,8 +13,8 @@
 #include "app/cli/capture_options.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/progress_bar.h"
-#include "app/cli/tool_options.h"
 #include "app/cli/source_command.h"
+#include "app/cli/tool_options.h"
 #include "app/session/capture_session.h"
 
 namespace tarvo::skarnvisor::app {

@@ -83,7 +83,7 @@ std::shared_ptr<HeldPoints> heldStack() {
   auto held = std::make_shared<HeldPoints>(CanvasRing::size * canvasPoints);
   FramePicture &picture = held->buffer.picture();
   CanvasRing &ring = held->buffer.ring();
-  picture.fitStack(CanvasRing::size, canvasPoints);
+  picture.takeStackLocked(*FramePicture::makeStack(CanvasRing::size, canvasPoints));
   ring.canvasPointCapacity = ring.canvasBufferSize = static_cast<int>(canvasPoints);
   ring.canvasCount = CanvasRing::size;
   const std::lock_guard lock(picture.frameMutex);

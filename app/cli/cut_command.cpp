@@ -46,9 +46,18 @@ QString run(const CutOptions &options) {
   const auto &frames = options.frames;
   const auto &seconds = options.seconds;
   const int before = runtime.GetFrameCount();
-  const bool cut = frames ? runtime.CutPcap(target, frames->first, frames->last)
-                          : runtime.CutPcap(target, begin + seconds->first, begin + seconds->last);
-  if (!cut) return fromRuntime(runtime.CaptureError());
+  bool cut = false;
+  {
+    ProgressBar bar(QStringLiteral("cutting, percent:"));
+    runtime.WatchCuts([&bar](double share) {
+      bar.show(static_cast<int>(share * 100), 100);
+      return !Interrupt::came();
+    });
+    cut = frames ? runtime.CutPcap(target, frames->first, frames->last)
+                 : runtime.CutPcap(target, begin + seconds->first, begin + seconds->last);
+    runtime.WatchCuts({});
+  }
+  if (!cut) return Interrupt::came() ? QStringLiteral("interrupted") : fromRuntime(runtime.CaptureError());
   Report report;
   report.add("capture", QStringLiteral("%1, %2 frames").arg(options.file, grouped(before)));
   report.add("cut", options.out);

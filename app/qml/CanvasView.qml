@@ -3,7 +3,7 @@ import QtQuick.Controls 2.15
 import Skarnvisor 1.0
 import "parts"
 
-// The canvas with what lies on it: ring labels, legends, the band, the ruler, a picked point, the camera picture.
+// The canvas with what lies on it: ring labels, the band, the ruler, a picked point, what the source names.
 Item {
     id: view
     property alias canvas: canvas
@@ -47,15 +47,8 @@ Item {
 
     Welcome { anchors.centerIn: parent; visible: !viewer.ready }
 
-    Legend {
-        scale: viewer.colors
-        anchors { bottom: parent.bottom; bottomMargin: 18; right: parent.right; rightMargin: 18 + (viewer.splitView ? parent.width / 2 : 0) }
-    }
-    Legend {
-        scale: viewer.sideColors
-        visible: viewer.splitView && shown
-        anchors { bottom: parent.bottom; bottomMargin: 18; right: parent.right; rightMargin: 18 }
-    }
+    // What the source has drawn over its points.
+    Loader { anchors.fill: parent; source: viewer.renderFile }
 
     Label {
         objectName: "stats"
@@ -66,16 +59,5 @@ Item {
         font.pixelSize: 12
         padding: 6
         background: Rectangle { color: theme.veil; radius: 4 }
-    }
-    Image {
-        id: overlay
-        objectName: "overlay"
-        visible: viewer.overlaySerial > 0
-        anchors { left: parent.left; bottom: parent.bottom; margins: 14 }
-        width: Math.min(parent.width * 0.3, 480)
-        height: implicitWidth > 0 ? width * implicitHeight / implicitWidth : 0
-        cache: false
-        source: viewer.overlaySerial > 0 ? "image://overlay/" + viewer.overlaySerial : ""
-        Rectangle { anchors.fill: parent; color: "transparent"; border.color: theme.line }
     }
 }

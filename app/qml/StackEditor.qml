@@ -7,21 +7,34 @@ Row {
     id: editor
     readonly property var buffer: viewer.buffer
     property bool busy: false
+    property bool cancelling: false
+    property int asked: 0
+    property real progress: 0
     visible: buffer !== null && typeof buffer.setFrameNumber === "function"
     spacing: 4
 
-    function ask(depth) { if (buffer.setFrameNumber(depth) === false && !busy) field.restore() }
-    onBufferChanged: busy = false
+    function ask(depth) {
+        asked = depth
+        if (buffer.setFrameNumber(depth) === false && !busy) field.restore()
+    }
+    function cancel() {
+        cancelling = true
+        buffer.cancelFrameAllocation()
+    }
+    onBufferChanged: busy = cancelling = false
+    onBusyChanged: progress = 0
+    Timer { interval: 100; repeat: true; running: editor.busy; onTriggered: editor.progress = editor.buffer.frameAllocationProgress() }
     Connections {
         target: editor.buffer
         ignoreUnknownSignals: true
         function onFrameAllocationStarted() { editor.busy = true }
         function onFrameAllocationFinished(success, actualFrames, message) {
-            editor.busy = false
+            var wanted = !success && editor.cancelling
+            editor.busy = editor.cancelling = false
             field.restore()
             // A stack fills as frames come.
-            if (!success) viewer.fail(message)
-            else viewer.tell(actualFrames > 1 && !viewer.timeline.playing ? message + "; it fills while playing" : message)
+            if (!success && !wanted) viewer.fail(message)
+            else viewer.tell(success && actualFrames > 1 && !viewer.timeline.playing ? message + "; it fills while playing" : message)
         }
     }
     // By time, some lidars show a window of a length of its own.
@@ -49,5 +62,5 @@ Row {
         ToolTip.delay: 600
         ToolTip.text: "Frames shown at once, up to 3000"
     }
-    BusyIndicator { running: editor.busy; visible: running; width: 24; height: 24; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "frames"; font.pixelSize: 12; color: theme.faint; anchors.verticalCenter: parent.verticalCenter }
 }

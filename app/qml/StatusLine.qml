@@ -4,7 +4,7 @@ import QtQuick.Layouts 1.15
 import Skarnvisor 1.0
 import "parts"
 
-// What is open and how it goes; an error takes the line until it is dismissed, a job shows how far it is.
+// What is open and how it goes; an error takes the line until it is dismissed.
 Rectangle {
     id: line
     readonly property bool failed: viewer.error.length > 0
@@ -57,21 +57,7 @@ Rectangle {
         }
         PushButton { objectName: "dismiss"; visible: line.failed; text: "Dismiss"; tip: "Dismiss the message (Escape)"; implicitHeight: 22; onClicked: viewer.clearError() }
 
-        // A long job: what, how far, and the way out.
-        Row {
-            id: job
-            readonly property var writer: window.pointExport && window.pointExport.running ? window.pointExport : null
-            visible: jobs.running || viewer.indexing || writer !== null
-            spacing: 8
-            Label {
-                objectName: "jobText"
-                anchors.verticalCenter: parent.verticalCenter
-                font.pixelSize: 12
-                text: job.writer ? "Saving points" : jobs.running ? (jobs.cancelling ? "Ending: " : "") + jobs.text : "Reading, " + viewer.timeline.frameCount + " frames found"
-            }
-            ProgressBar { anchors.verticalCenter: parent.verticalCenter; width: 90; indeterminate: job.writer === null && (!jobs.running || jobs.share < 0); value: job.writer ? job.writer.progress : Math.max(0, jobs.share); Accessible.name: "How far it is" }
-            PushButton { objectName: "cancelJob"; text: "Cancel"; tip: "Cancel what is under way"; implicitHeight: 22; enabled: !jobs.cancelling; onClicked: job.writer ? job.writer.cancel() : jobs.running ? jobs.cancel() : viewer.close() }
-        }
+        JobLine {}
         Row {
             visible: window.exporting
             spacing: 8

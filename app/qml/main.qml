@@ -185,6 +185,7 @@ ApplicationWindow {
     }
     property alias canvas: canvasView.canvas
     property alias ruler: canvasView.ruler
+    property alias stackEditor: timelineBar.stackEditor
 
     DropArea {
         id: drop
@@ -200,7 +201,7 @@ ApplicationWindow {
     }
 
     footer: Column {
-        TimelineBar { width: parent.width }
+        TimelineBar { id: timelineBar; width: parent.width }
         StatusLine { width: parent.width }
     }
 }

@@ -21,6 +21,7 @@ QString healthText(const lidar::CaptureReport &health, int skippedFrames) {
   QStringList parts;
   for (const auto &[count, what] : counts)
     if (count != 0) parts << QStringLiteral("%1 %2").arg(count).arg(QLatin1String(what));
+  if (health.stoppedShort) parts << QStringLiteral("read in part only");
   if (health.truncated) parts << QStringLiteral("the file is cut short");
   if (!health.recording.fault.empty()) parts << QString::fromLocal8Bit(health.recording.fault.c_str());
   return parts.join(QStringLiteral(", "));

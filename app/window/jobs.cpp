@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QtConcurrent>
+#include <cstdio>
 
 #include "app/window/file_calls.h"
 
@@ -52,6 +53,7 @@ void Jobs::cancel() {
 void Jobs::finish() {
   m_look.stop();
   m_running = false;
+  if (m_watchCuts) m_watchCuts({});
   const Outcome outcome = m_watcher.result();
   Q_EMIT changed();
   const QString reason = !outcome.hasFault || !m_faultSource ? QString() : m_faultSource();
@@ -64,16 +66,18 @@ void Jobs::finish() {
 void Jobs::cut(QObject *clip, const QUrl &target, int first, int last) {
   if (clip == nullptr) return;
   const QString name = QFileInfo(target.toLocalFile()).fileName();
+  const auto tell = [this](double share) {
+    m_workShare = share;
+    return !m_cancelled;
+  };
+  if (m_watchCuts && !m_running) m_watchCuts(tell);
   start(QStringLiteral("Cutting frames %1 to %2 to %3").arg(first).arg(last).arg(name), [=, this]() -> Outcome {
     bool written = false;
     QMetaObject::invokeMethod(clip, "cutPcap", Qt::DirectConnection, Q_RETURN_ARG(bool, written), Q_ARG(QUrl, target),
                               Q_ARG(int, first), Q_ARG(int, last));
-    if (!written) return {false, QStringLiteral("%1 was not written.").arg(name), true};
-    if (m_cancelled) {
-      QFile::remove(target.toLocalFile());
-      return {true, QStringLiteral("Cancelled, and %1 removed").arg(name)};
-    }
-    return {true, QStringLiteral("Frames %1 to %2 saved as %3").arg(first).arg(last).arg(name)};
+    if (written) return {true, QStringLiteral("Frames %1 to %2 saved as %3").arg(first).arg(last).arg(name)};
+    if (m_cancelled) return {true, QStringLiteral("The cut was cancelled")};
+    return {false, QStringLiteral("%1 was not written.").arg(name), true};
   });
 }
 
@@ -105,19 +109,21 @@ void Jobs::exportTo(QObject *object, const QString &method, const QUrl &target, 
   const QString path = target.toLocalFile();
   const QByteArray name = method.toLatin1();
   start(QStringLiteral("Saving %1 to %2").arg(what, QFileInfo(path).fileName()), [=, this]() -> Outcome {
+    // Beside its place first: a cancelled export leaves an older file as it was.
+    const QString passing = path + QStringLiteral(".part");
     bool written = false;
     QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, Q_RETURN_ARG(bool, written),
-                              Q_ARG(QString, path));
-    if (!written) {
-      const QString fault = FileCalls::writeFault(target);
-      return {false, QStringLiteral("%1 was not written: %2.")
-                         .arg(path, fault.isEmpty() ? QStringLiteral("choose another folder") : fault)};
-    }
-    if (m_cancelled) {
-      QFile::remove(path);
-      return {true, QStringLiteral("Cancelled, and %1 removed").arg(path)};
-    }
-    return {true, QStringLiteral("Saved %1").arg(path)};
+                              Q_ARG(QString, passing));
+    const bool cancelled = m_cancelled;
+    const auto replace = [&] {
+      return std::rename(QFile::encodeName(passing).constData(), QFile::encodeName(path).constData()) == 0;
+    };
+    if (written && !cancelled && replace()) return {true, QStringLiteral("Saved %1").arg(path)};
+    if (written) QFile::remove(passing);
+    if (cancelled) return {true, QStringLiteral("The export was cancelled")};
+    const QString fault = FileCalls::writeFault(target);
+    return {false, QStringLiteral("%1 was not written: %2.")
+                       .arg(path, fault.isEmpty() ? QStringLiteral("choose another folder") : fault)};
   });
 }
 

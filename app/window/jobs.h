@@ -41,6 +41,9 @@ class Jobs : public QObject {
   void stop();
   /// What the source said of its last cut that failed; asked on the GUI thread.
   void setFaultSource(std::function<QString()> source) { m_faultSource = std::move(source); }
+  /// Has the open source's cuts tell how far they are; what is told answers whether to go on.
+  using WatchCuts = std::function<void(std::function<bool(double share)>)>;
+  void setCutWatch(WatchCuts watch) { m_watchCuts = std::move(watch); }
 
  Q_SIGNALS:
   void changed();
@@ -61,6 +64,7 @@ class Jobs : public QObject {
 
   QFutureWatcher<Outcome> m_watcher;
   std::function<QString()> m_faultSource;
+  WatchCuts m_watchCuts;
   QString m_text;
   std::atomic<double> m_workShare{-1};
   double m_share = -1;

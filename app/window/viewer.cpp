@@ -1,12 +1,14 @@
 #include "app/window/viewer.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <algorithm>
+#include <tuple>
 
 #include "app/render/picking.h"
 #include "app/session/live_address.h"
 #include "app/window/overlay_picture.h"
+#include "contracts/runtime/sv_sdk_runtime.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -41,6 +43,9 @@ Viewer::Viewer(QObject *parent)
   connect(&m_jobs, &Jobs::failed, this, &Viewer::fail);
   connect(&m_jobs, &Jobs::succeeded, this, &Viewer::tell);
   m_jobs.setFaultSource([this] { return m_session.runtimeFault(); });
+  m_jobs.setCutWatch([this](auto tell) {
+    if (auto *const runtime = m_session.runtime()) runtime->WatchCuts(std::move(tell));
+  });
   for (ColorScale *scale : {&m_colors, &m_sideColors}) {
     connect(scale, &ColorScale::changed, this, [this] {
       m_scene.main = m_colors.colors();
@@ -67,9 +72,20 @@ void Viewer::tellWhatElseToOpen(const QString &fault) {
 }
 
 void Viewer::open(const QString &source) {
-  setError({});
+  m_session.setSensorPort(0);
   m_requested = source;
-  m_session.open(source);
+  openRequested();
+}
+
+void Viewer::openRequested() {
+  setError({});
+  m_session.open(m_requested);
+}
+
+void Viewer::showSensor(int index) {
+  if (index < 0 || index >= static_cast<int>(m_sensors.size())) return;
+  m_session.setSensorPort(m_sensors[static_cast<std::size_t>(index)].port);
+  openRequested();
 }
 
 void Viewer::close() {
@@ -85,6 +101,7 @@ void Viewer::takeUpCapture() {
   const QFileInfo file(m_requested);
   m_preferences.addRecent(file.exists() ? file.absoluteFilePath() : m_requested);
   m_session.view().setPlayByFrame(m_playByFrame);
+  m_files = namedFiles(m_session.pipeline()->renderBuffer(), m_session.pipeline()->track());
   if (QObject *buffer = this->buffer()) {
     connect(buffer, SIGNAL(colorModeTitlesChanged()), this, SIGNAL(colorTitlesChanged()), Qt::QueuedConnection);
     for (ColorScale *scale : {&m_colors, &m_sideColors}) {
@@ -120,6 +137,7 @@ void Viewer::drop() {
       [this] {
         m_colors.takeUp(m_session.view());
         m_sideColors.takeUp(m_session.view());
+        if (m_session.pipeline() == nullptr) m_files = NamedFiles();
         Q_EMIT captureChanged();
         Q_EMIT colorTitlesChanged();
         lookAtHealth();
@@ -217,9 +235,40 @@ void Viewer::lookAtHealth() {
   const qint64 elapsed = m_sinceRate.restart();
   m_pictureRate = elapsed > 0 ? 1000.0 * m_picturesSinceRate / static_cast<double>(elapsed) : 0;
   m_picturesSinceRate = 0;
-  m_recording = m_session.captureReport().recording;
+  const lidar::CaptureReport report = m_session.captureReport();
+  m_recording = report.recording;
+  m_indexShare = report.share > 0 ? report.share : -1;
+  noteSensors(report.sensors);
   m_lossText = m_session.pipeline() != nullptr ? m_session.healthText() : QString();
   Q_EMIT healthChanged();
+}
+
+void Viewer::noteSensors(const std::vector<lidar::CaptureSensor> &sensors) {
+  const auto row = [](const lidar::CaptureSensor &sensor) { return std::tie(sensor.port, sensor.type, sensor.shown); };
+  const auto equal = [&](const auto &a, const auto &b) { return row(a) == row(b); };
+  if (std::equal(sensors.begin(), sensors.end(), m_sensors.begin(), m_sensors.end(), equal)) return;
+  m_sensors = sensors;
+  Q_EMIT sensorsChanged();
+}
+
+QStringList Viewer::sensors() const {
+  QStringList names;
+  if (m_sensors.size() < 2) return names;
+  for (const lidar::CaptureSensor &sensor : m_sensors)
+    names << QStringLiteral("%1, port %2").arg(QString::fromLocal8Bit(sensor.type.c_str())).arg(sensor.port);
+  return names;
+}
+
+int Viewer::sensor() const {
+  const auto shown = std::find_if(m_sensors.begin(), m_sensors.end(), [](const auto &sensor) { return sensor.shown; });
+  return shown == m_sensors.end() ? -1 : static_cast<int>(shown - m_sensors.begin());
+}
+
+void Viewer::stopReading() {
+  ClipBuffer *const open = m_session.pipeline() != nullptr ? m_session.pipeline()->clip() : nullptr;
+  if (open == nullptr || m_session.runtime() == nullptr) return close();
+  open->setLoading(false);
+  tell(QStringLiteral("Reading stopped; open the capture again to read the rest"));
 }
 
 bool Viewer::isIndexing() const {
@@ -248,10 +297,7 @@ void Viewer::setCanvasColors(const QColor &background, const QColor &grid) {
   Q_EMIT lookChanged();
 }
 
-QUrl Viewer::panelFile(const QString &name) {
-  const QString path = QStringLiteral(":/skarnvisor/") + name;
-  return name.isEmpty() || !QFile::exists(path) ? QUrl() : QUrl(QStringLiteral("qrc") + path);
-}
+QUrl Viewer::panelFile(const QString &name) { return programFile(name); }
 
 void Viewer::setPointSize(double pixels) {
   m_scene.pointPixels = static_cast<float>(pixels);

@@ -14,6 +14,7 @@
 #include "app/window/canvas_scene.h"
 #include "app/window/color_scale.h"
 #include "app/window/jobs.h"
+#include "app/window/named_files.h"
 #include "app/window/preferences.h"
 #include "app/window/table_rows.h"
 
@@ -46,8 +47,17 @@ class Viewer : public QObject {
   Q_PROPERTY(double pictureRate READ pictureRate NOTIFY healthChanged)
   /// What went wrong on the way from the cable; empty if nothing did.
   Q_PROPERTY(QString lossText READ lossText NOTIFY healthChanged)
-  /// The capture is still being looked through.
+  /// The capture is still being looked through; the share of it that has been, 0 to 1, negative where nobody knows.
   Q_PROPERTY(bool indexing READ isIndexing NOTIFY healthChanged)
+  Q_PROPERTY(double indexShare READ indexShare NOTIFY healthChanged)
+  /// The sensors of a capture that holds several, and which of them is shown; empty for a single one.
+  Q_PROPERTY(QStringList sensors READ sensors NOTIFY sensorsChanged)
+  Q_PROPERTY(int sensor READ sensor NOTIFY sensorsChanged)
+  /// The QML files that the open source names: what lies over its points, the body of its track, the mark of the
+  /// cursor in it. Plain ones where the program has none of that name.
+  Q_PROPERTY(QUrl renderFile READ renderFile NOTIFY captureChanged)
+  Q_PROPERTY(QUrl trackBodyFile READ trackBodyFile NOTIFY captureChanged)
+  Q_PROPERTY(QUrl trackPointFile READ trackPointFile NOTIFY captureChanged)
   Q_PROPERTY(bool recording READ isRecording NOTIFY healthChanged)
   Q_PROPERTY(QString recordingText READ recordingText NOTIFY healthChanged)
   Q_PROPERTY(tarvo::skarnvisor::app::ColorScale *colors READ colors CONSTANT)
@@ -80,6 +90,10 @@ class Viewer : public QObject {
   Q_INVOKABLE void setCanvasColors(const QColor &background, const QColor &grid);
   /// Address of a QML file that a buffer names, empty for one that the program does not have.
   Q_INVOKABLE static QUrl panelFile(const QString &name);
+  /// Ends the looking through of a capture; the frames found so far stay. What cannot be read in part is closed.
+  Q_INVOKABLE void stopReading();
+  /// Opens the capture again and shows the sensor of that place in `sensors`.
+  Q_INVOKABLE void showSensor(int index);
   /// Starts or ends a recording of a live source.
   Q_INVOKABLE void record(bool on);
 
@@ -114,6 +128,12 @@ class Viewer : public QObject {
   double pictureRate() const { return m_pictureRate; }
   QString lossText() const { return m_lossText; }
   bool isIndexing() const;
+  double indexShare() const { return m_indexShare; }
+  QStringList sensors() const;
+  int sensor() const;
+  QUrl renderFile() const { return m_files.render; }
+  QUrl trackBodyFile() const { return m_files.trackBody; }
+  QUrl trackPointFile() const { return m_files.trackPoint; }
   bool isRecording() const { return m_recording.running; }
   QString recordingText() const;
   ColorScale *colors() { return &m_colors; }
@@ -153,6 +173,7 @@ class Viewer : public QObject {
   void colorTitlesChanged();
   void lookChanged();
   void healthChanged();
+  void sensorsChanged();
   void overlayChanged();
 
  private:
@@ -165,6 +186,8 @@ class Viewer : public QObject {
   void noteFrame(const QString &fault);
   void tellWhatElseToOpen(const QString &fault);
   void lookAtHealth();
+  void noteSensors(const std::vector<lidar::CaptureSensor> &sensors);
+  void openRequested();
 
   Preferences m_preferences;
   CanvasFeed m_feed;
@@ -179,6 +202,9 @@ class Viewer : public QObject {
   QString m_statusText;
   QString m_lossText;
   lidar::RecordingReport m_recording;
+  std::vector<lidar::CaptureSensor> m_sensors;
+  double m_indexShare = -1;
+  NamedFiles m_files;
   QImage m_overlay;
   int m_overlaySerial = 0;
   bool m_playByFrame = true;

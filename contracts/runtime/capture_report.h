@@ -30,7 +30,9 @@ struct RecordingReport {
 
 // What a source met between cable or file and frame, counted from its start. A copy, taken at one moment.
 struct CaptureReport {
-  bool complete = false;               // a capture file: all of it has been looked through
+  bool complete = false;               // a capture file: no more of it will be looked through
+  double share = 0;                    // of a capture file, as far as it has been looked through, 0 to 1
+  bool stoppedShort = false;           // the looking through was ended before the end of the file
   std::uint64_t packets = 0;           // of the shown sensor
   std::uint64_t lost = 0;              // missing by their numbers, whoever lost them
   std::uint64_t kernelDrops = 0;       // of a live source: thrown away by this machine because nobody read them in time

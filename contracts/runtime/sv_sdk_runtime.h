@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/runtime/roles/calibration_role.h"
+#include "contracts/runtime/roles/cut_watch_role.h"
 #include "contracts/runtime/roles/device_role.h"
 #include "contracts/runtime/roles/family_roles.h"
 #include "contracts/runtime/roles/filter_role.h"
@@ -16,6 +17,7 @@ class SvSdkRuntime : public StartRole,
                      public LoadStateRole,
                      public FrameRole,
                      public CaptureRole,
+                     public CutWatchRole,
                      public CalibrationFileRole,
                      public CorrectionViewRole,
                      public DeviceRole,

@@ -357,6 +357,11 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Asks for a stack of `n` frames. True: accepted; without canvases it stands at once, else
   /// `frameAllocationFinished` tells what came of it. Returns without waiting for the memory.
   Q_INVOKABLE bool setFrameNumber(int n);
+  /// Gives up the request under way: the stack stays what it was, and `frameAllocationFinished` says so. Nothing
+  /// without one.
+  Q_INVOKABLE void cancelFrameAllocation();
+  /// What share of the request under way is done, 0 to 1.
+  Q_INVOKABLE double frameAllocationProgress() const { return m_stackAllocation.progress; }
   /// Builds the ring anew and has the producer begin its stack afresh.
   Q_INVOKABLE void clearMultiCanvas();
   /// Whether depths above 1 use canvases. Goes back to one frame.
@@ -593,13 +598,17 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
     StackShape shape;
     int pointsPerCanvas = 0;
     bool success = false;
+    bool decodeFrameSized = false;
     QString message;
+    std::shared_ptr<FramePicture::Stack> arrays;  ///< with success
   };
   bool requestStack(int n);
   StackResult planStack(int n, std::size_t framePoints);
   /// The worker of an accepted request; on a thread of the pool.
   void allocateStack(StackResult plan);
   void applyStack(StackResult result);
+  void takeUpStack(const StackResult &result);
+  void dropStackRequest(const StackResult &result);
   void leaveStack(int frames);
   void announceStackChange();
   void endAllocation(bool success, const QString &message);

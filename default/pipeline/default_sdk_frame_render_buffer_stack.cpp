@@ -89,13 +89,19 @@ DefaultSDKFrameRenderBuffer::StackResult DefaultSDKFrameRenderBuffer::planStack(
 
 void DefaultSDKFrameRenderBuffer::allocateStack(StackResult plan) {
   { const std::lock_guard parsing(m_parseMutex); }  // a parse that began before the request is over now
+  const auto goesOn = [this](double share) {
+    m_stackAllocation.progress = share;
+    return !m_stackAllocation.cancelled();
+  };
   try {
     if (m_stackAllocation.beforeSizing) m_stackAllocation.beforeSizing();
-    if (!sizeDecodeFrame(plan.shape.framesPerCanvas)) throw std::bad_alloc();
-    // Until the new ring stands, what is still counted for the old one would be zeros: points at the lidar's place.
-    for (auto &fill : m_ring.canvasFill) fill = 0;
-    m_picture.fitStack(plan.shape.canvases, static_cast<std::size_t>(plan.pointsPerCanvas));
-    plan.success = true;
+    // Beside the arrays in use: until a page is written it costs nothing, and a request given up has changed nothing.
+    plan.arrays = FramePicture::makeStack(plan.shape.canvases, static_cast<std::size_t>(plan.pointsPerCanvas), goesOn);
+    if (plan.arrays && goesOn(1.0)) {
+      plan.decodeFrameSized = true;
+      if (!sizeDecodeFrame(plan.shape.framesPerCanvas)) throw std::bad_alloc();
+      plan.success = true;
+    }
   } catch (const std::bad_alloc &failure) {
     plan.message = QStringLiteral("Memory allocation failed: %1").arg(QString::fromLatin1(failure.what()));
     SKARN_LOG(LogLevel::Error, "Memory allocation failed for %d frames: %s", plan.shape.frames, failure.what());
@@ -104,21 +110,42 @@ void DefaultSDKFrameRenderBuffer::allocateStack(StackResult plan) {
       this, [this, plan] { applyStack(plan); }, Qt::QueuedConnection);
 }
 
+void DefaultSDKFrameRenderBuffer::cancelFrameAllocation() {
+  if (m_flow.frameAllocationBusy) m_stackAllocation.cancel();
+}
+
 void DefaultSDKFrameRenderBuffer::applyStack(StackResult result) {
-  if (result.success && !m_ring.internalCache) {
+  if (!m_ring.internalCache) {
+    if (result.success) result.message = QStringLiteral("Frame stack dropped: the cache was switched off meanwhile");
     result.success = false;
-    result.message = QStringLiteral("Frame stack dropped: the cache was switched off meanwhile");
+  } else if (m_stackAllocation.cancelled()) {
+    dropStackRequest(result);
+    return;
   }
-  if (result.success) {
-    const std::scoped_lock lock(m_parseMutex, m_picture.frameMutex);
-    m_reparseOwed = false;
-    m_ring.shape(result.shape, result.pointsPerCanvas);
-    m_picture.pointCapacity = static_cast<std::size_t>(result.pointsPerCanvas);
-  } else {
+  if (result.success)
+    takeUpStack(result);
+  else
     leaveStack(1);
-  }
   announceStackChange();
   endAllocation(result.success, result.message);
+}
+
+void DefaultSDKFrameRenderBuffer::takeUpStack(const StackResult &result) {
+  const FramePicture::Held held = m_picture.held();
+  {
+    const std::scoped_lock lock(m_parseMutex, m_picture.frameMutex);
+    m_reparseOwed = false;
+    m_picture.takeStackLocked(*result.arrays);
+    m_ring.shape(result.shape, result.pointsPerCanvas);
+    m_picture.pointCapacity = static_cast<std::size_t>(result.pointsPerCanvas);
+  }
+  m_stackAllocation.release(result.arrays, held.bytes - held.untouchedBytes);
+}
+
+void DefaultSDKFrameRenderBuffer::dropStackRequest(const StackResult &result) {
+  if (result.decodeFrameSized) sizeDecodeFrame(m_ring.active() ? m_ring.framesPerCanvas : m_ring.frameNumber);
+  SKARN_LOG(LogLevel::Notice, "Frame allocation for %d frames cancelled", result.shape.frames);
+  endAllocation(false, QStringLiteral("Cancelled: still %1 frames").arg(frameNumber()));
 }
 
 void DefaultSDKFrameRenderBuffer::leaveStack(int frames) {

@@ -108,17 +108,25 @@ FramePicture::Held FramePicture::held() const {
   return held;
 }
 
-void FramePicture::fitStack(int count, std::size_t pointsPerCanvas) {
-  const std::lock_guard lock(frameMutex);
-  keepShownLocked();
+std::shared_ptr<FramePicture::Stack> FramePicture::makeStack(int count, std::size_t pointsPerCanvas,
+                                                             const std::function<bool(double share)> &goesOn) {
+  auto stack = std::make_shared<Stack>();
   const auto wanted = fromCount(count);
-  ZeroedVector<std::uint32_t>().swap(spreadSheetRows);
-  for (std::size_t k = 0; k < canvases.size(); ++k)
-    if (k >= wanted || canvases[k].size() != pointsPerCanvas) VertexArray().swap(canvases[k]);
-  const std::size_t added = frameStore.shape(wanted, pointsPerCanvas);
-  untouchedPoints = std::min(untouchedPoints + added, frameStore.size());
-  for (std::size_t k = 0; k < wanted; ++k) canvases[k].resize(pointsPerCanvas);
-  spreadSheetRows.resize(wanted * pointsPerCanvas);
+  for (std::size_t k = 0; k < wanted; ++k) {
+    if (goesOn && !goesOn(static_cast<double>(k) / static_cast<double>(wanted))) return {};
+    stack->canvases[k].resize(pointsPerCanvas);
+    stack->store.shape(k + 1, pointsPerCanvas);
+  }
+  stack->rows.resize(wanted * pointsPerCanvas);
+  return stack;
+}
+
+void FramePicture::takeStackLocked(Stack &stack) {
+  keepShownLocked();
+  canvases.swap(stack.canvases);
+  std::swap(frameStore, stack.store);
+  spreadSheetRows.swap(stack.rows);
+  untouchedPoints = frameStore.size();
 }
 
 std::shared_ptr<void> FramePicture::dropStackLocked() {

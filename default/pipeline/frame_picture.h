@@ -13,6 +13,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -87,9 +88,18 @@ struct FramePicture {
     std::size_t untouchedBytes = 0;
   };
   Held held() const;
-  /// Sizes the arrays for a ring of `count` canvases; what they held is gone. No parse may run meanwhile.
-  /// Throws std::bad_alloc.
-  void fitStack(int count, std::size_t pointsPerCanvas);
+  /// The arrays of a stack.
+  struct Stack {
+    std::array<VertexArray, CanvasRing::size> canvases;
+    PointStore store;
+    ZeroedVector<std::uint32_t> rows;
+  };
+  /// Makes the arrays for a ring of `count` canvases, apart from those in use. `goesOn` is told the share done, 0 to 1,
+  /// between the canvases; null when it answers false. Throws std::bad_alloc.
+  static std::shared_ptr<Stack> makeStack(int count, std::size_t pointsPerCanvas,
+                                          const std::function<bool(double share)> &goesOn = {});
+  /// Puts `stack` in the place of the arrays in use and leaves those in it. Caller holds frameMutex.
+  void takeStackLocked(Stack &stack);
   /// Empties the canvases and the points behind them; what is shown stays in `vertices`. The memory is given
   /// back by whoever lets go of the result. Caller holds frameMutex.
   std::shared_ptr<void> dropStackLocked();

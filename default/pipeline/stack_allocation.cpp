@@ -10,12 +10,13 @@ namespace tarvo::skarnvisor {
 
 StackAllocation::StackAllocation() : memory([] { return systemMemory(); }) {}
 
-StackAllocation::~StackAllocation() {
-  m_work.waitForFinished();
-  m_release.waitForFinished();
-}
+StackAllocation::~StackAllocation() { wait(); }
 
-void StackAllocation::run(const std::function<void()> &work) { m_work = QtConcurrent::run(work); }
+void StackAllocation::run(const std::function<void()> &work) {
+  m_cancelled = false;
+  progress = 0.0;
+  m_work = QtConcurrent::run(work);
+}
 
 void StackAllocation::release(std::shared_ptr<void> memory, std::size_t bytes) {
   if (!memory) return;

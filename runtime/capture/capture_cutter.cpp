@@ -16,13 +16,14 @@ namespace {
 
 constexpr std::uint64_t readWindow = 256u << 10;
 constexpr std::uint32_t longestHeadBlock = 1u << 20;
+constexpr std::uint64_t watchStride = 4u << 20;
 
 }  // namespace
 
 bool CaptureCutter::cut(const std::string &path, const FrameIndex &index, int first, int last, std::string &error) {
   const Ranges ranges = rangesOf(index, first, last);
   ReplacingFile to;
-  bool good = to.open(path);
+  bool good = !watch_.givenUp() && to.open(path);
   if (file_.form() == CaptureFile::Form::Pcap) {
     good = good && copyClassic(to, ranges);
   } else if (good) {
@@ -30,7 +31,7 @@ bool CaptureCutter::cut(const std::string &path, const FrameIndex &index, int fi
     good = convert(to, ranges, mixed);
     if (mixed) good = to.clear() && copyBlocks(to, ranges);
   }
-  if (good && to.commit()) return true;
+  if (good && watch_.finish() && to.commit()) return true;
   error = to.error();
   return false;
 }
@@ -41,6 +42,8 @@ CaptureCutter::Ranges CaptureCutter::rangesOf(const FrameIndex &index, int first
   std::uint64_t end = begin;
   for (int id = first; id <= last; ++id)
     if (const auto frame = index.at(id)) end = std::max(end, frame->offset + frame->length);
+  // The last frame's stretch is read once more than the others.
+  watch_.begin(end - begin + (end - index.at(last)->offset), watchStride);
   Ranges ranges;
   for (const RecordPlace &record : setup_)
     if (record.offset < begin || record.offset >= end) ranges.push_back(record);
@@ -81,7 +84,7 @@ std::vector<RecordPlace> CaptureCutter::recordsBehind(const FrameIndex &index, i
   CaptureRecord record;
   UdpDatagram datagram;
   IpFragment fragment;
-  while (cursor.next(record)) {
+  while (watch_.advance(record.end - record.offset) && cursor.next(record)) {
     const Dissection found = dissect(record.linkType, record.bytes, datagram, fragment);
     if (found == Dissection::Udp && foreign(datagram)) left.push_back({record.offset, record.end});
     if (found != Dissection::Fragment) continue;
@@ -97,9 +100,18 @@ std::vector<RecordPlace> CaptureCutter::recordsBehind(const FrameIndex &index, i
   return left;
 }
 
+bool CaptureCutter::copyRange(ReplacingFile &to, const RecordPlace &range) {
+  for (std::uint64_t at = range.offset; at < range.end;) {
+    const std::uint64_t next = std::min(range.end, at + watchStride);
+    if (!to.appendFrom(file_, at, next) || !watch_.advance(next - at)) return false;
+    at = next;
+  }
+  return true;
+}
+
 bool CaptureCutter::copyClassic(ReplacingFile &to, const Ranges &ranges) {
   bool good = to.appendFrom(file_, 0, file_.firstRecord());
-  for (const RecordPlace &range : ranges) good = good && to.appendFrom(file_, range.offset, range.end);
+  for (const RecordPlace &range : ranges) good = good && copyRange(to, range);
   return good;
 }
 
@@ -118,7 +130,7 @@ bool CaptureCutter::convert(ReplacingFile &to, const Ranges &ranges, bool &mixed
       if (mixed) return false;
       linkType = record.linkType;
       appendRecord(bytes, record.timeNs, record.bytes, record.originalLength);
-      if (!to.append(bytes)) return false;
+      if (!to.append(bytes) || !watch_.advance(record.end - record.offset)) return false;
     }
   }
   return true;
@@ -137,7 +149,7 @@ bool CaptureCutter::copyBlocks(ReplacingFile &to, const Ranges &ranges) {
     // Lone packets of another section, or of a later interface, cannot be read with what this one describes.
     const bool lone = range.offset < longest->offset ? file_.sectionAt(range.offset).offset != section.offset
                                                      : range.offset >= longest->end;
-    if (!lone) good = good && to.appendFrom(file_, range.offset, range.end);
+    if (!lone) good = good && copyRange(to, range);
   }
   return good;
 }

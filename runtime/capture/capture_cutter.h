@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "runtime/capture/capture_file.h"
+#include "runtime/capture/cut_watch.h"
 #include "runtime/capture/frame_index.h"
 #include "runtime/decode/packet_decoder.h"
 
@@ -24,11 +25,12 @@ class ReplacingFile;
 class CaptureCutter {
  public:
   /// `setup` are the records that frames of any time need, in the order of the file.
-  CaptureCutter(CaptureFile &file, const PacketDecoder &decoder, int port, std::vector<RecordPlace> setup)
-      : file_(file), decoder_(decoder), port_(port), setup_(std::move(setup)) {}
+  CaptureCutter(CaptureFile &file, const PacketDecoder &decoder, int port, std::vector<RecordPlace> setup,
+                CutWatch &watch)
+      : file_(file), decoder_(decoder), port_(port), setup_(std::move(setup)), watch_(watch) {}
 
-  /// Frames `first` to `last` of `index`, which has them. False, with one sentence in `error`; a file that was at
-  /// `path` (local 8-bit) is then as it was.
+  /// Frames `first` to `last` of `index`, which has them. False, with one sentence in `error`, or when the watch gave
+  /// it up; a file that was at `path` (local 8-bit) is then as it was.
   bool cut(const std::string &path, const FrameIndex &index, int first, int last, std::string &error);
 
  private:
@@ -37,6 +39,7 @@ class CaptureCutter {
   [[nodiscard]] Ranges rangesOf(const FrameIndex &index, int first, int last);
   [[nodiscard]] std::vector<RecordPlace> recordsBehind(const FrameIndex &index, int first, int last, std::uint64_t end);
   [[nodiscard]] std::optional<std::uint64_t> keyAt(const IndexedFrame &frame);
+  bool copyRange(ReplacingFile &to, const RecordPlace &range);
   bool copyClassic(ReplacingFile &to, const Ranges &ranges);
   bool convert(ReplacingFile &to, const Ranges &ranges, bool &mixed);
   bool copyBlocks(ReplacingFile &to, const Ranges &ranges);
@@ -46,6 +49,7 @@ class CaptureCutter {
   const PacketDecoder &decoder_;
   const int port_;
   const std::vector<RecordPlace> setup_;
+  CutWatch &watch_;
 };
 
 }  // namespace tarvo::lidar

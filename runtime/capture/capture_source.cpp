@@ -58,8 +58,14 @@ void CaptureSource::walkFile() {
                          decoder_.store(&decoder);
                        });
   UdpDatagram datagram;
-  while (!stop_.load(std::memory_order_relaxed) && reader.next(datagram)) builder.take(datagram);
+  // What describes the lidar is looked for to the end: without it there would be nothing to show.
+  const auto enough = [&] { return enough_.load(std::memory_order_relaxed) && builder.described(); };
+  while (!stop_.load(std::memory_order_relaxed) && !enough() && reader.next(datagram)) {
+    builder.take(datagram);
+    lookedThrough_.store(datagram.recordEnd, std::memory_order_relaxed);
+  }
   if (stop_.load()) return;
+  stoppedShort_ = enough();
   builder.finish();
   if (builder.described()) {
     SKARN_LOG(skarnvisor::LogLevel::Information, "%s: %d frames, %llu packets lost", path_.c_str(), index_.count(),
@@ -109,7 +115,7 @@ void CaptureSource::keepSetup(const UdpDatagram &datagram, int) {
   if (setup_.size() < setupLimit) setup_.push_back({datagram.recordOffset, datagram.recordEnd});
 }
 
-bool CaptureSource::cut(const std::string &path, int first, int last, std::string &error) {
+bool CaptureSource::cut(const std::string &path, int first, int last, CutWatch &watch, std::string &error) {
   const PacketDecoder *decoder = decoder_.load();
   if (decoder == nullptr) return false;
   if (file_.isAt(path)) {
@@ -121,7 +127,7 @@ bool CaptureSource::cut(const std::string &path, int first, int last, std::strin
     const std::lock_guard lock(setupMutex_);
     setup = setup_;
   }
-  return CaptureCutter(file_, *decoder, port_.load(), std::move(setup)).cut(path, index_, first, last, error);
+  return CaptureCutter(file_, *decoder, port_.load(), std::move(setup), watch).cut(path, index_, first, last, error);
 }
 
 bool CaptureSource::startRecord(const std::string &, std::string &error) {
@@ -129,7 +135,14 @@ bool CaptureSource::startRecord(const std::string &, std::string &error) {
   return false;
 }
 
+void CaptureSource::setReceiving(bool on) {
+  if (!on) enough_ = true;
+}
+
 void CaptureSource::report(CaptureReport &report) const {
+  report.stoppedShort = stoppedShort_;
+  const double size = static_cast<double>(std::max<std::uint64_t>(file_.size(), 1));
+  report.share = report.complete ? 1.0 : static_cast<double>(lookedThrough_) / size;
   counters_.fill(report);
   census_.fill(report);
 }

@@ -28,8 +28,9 @@ class CaptureSource final : public FrameSource, private PacketKeeper {
   void reportDamage(int id, unsigned packets) override {
     counters_.add(InputFault::DamagedPacket, static_cast<std::uint64_t>(id), packets);
   }
-  bool cut(const std::string &path, int first, int last, std::string &error) override;
+  bool cut(const std::string &path, int first, int last, CutWatch &watch, std::string &error) override;
   bool startRecord(const std::string &path, std::string &error) override;
+  void setReceiving(bool on) override;
   void report(CaptureReport &report) const override;
   [[nodiscard]] const CaptureCounters &counters() const { return counters_; }
 
@@ -50,6 +51,9 @@ class CaptureSource final : public FrameSource, private PacketKeeper {
   mutable std::mutex setupMutex_;  // guards setup_
   std::vector<RecordPlace> setup_;
   std::atomic<bool> stop_{false};
+  std::atomic<bool> enough_{false};  // no more of the file is wanted
+  std::atomic<bool> stoppedShort_{false};
+  std::atomic<std::uint64_t> lookedThrough_{0};  // bytes of the file
   std::thread thread_;
 };
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "contracts/runtime/capture_report.h"
+#include "runtime/capture/cut_watch.h"
 #include "runtime/capture/frame_index.h"
 #include "runtime/decode/packet_decoder.h"
 
@@ -42,11 +43,13 @@ class FrameSource {
   /// Frames below this id have left the source's memory.
   [[nodiscard]] virtual int oldest() const { return 0; }
   /// Writes frames `first` to `last`, which the source has, to a capture of their own. False, with one sentence for the
-  /// user in `error`. Paths in the local 8-bit code page; any thread.
-  virtual bool cut(const std::string &path, int first, int last, std::string &error) = 0;
+  /// user in `error`; false also when the watch gave it up. What was at `path` is then as it was. Paths in the local
+  /// 8-bit code page; any thread.
+  virtual bool cut(const std::string &path, int first, int last, CutWatch &watch, std::string &error) = 0;
   /// Writes everything that arrives from now on to a capture. False, likewise.
   virtual bool startRecord(const std::string &path, std::string &error) = 0;
   virtual void stopRecord() {}
+  /// Off: a live source lets go what arrives; a capture ends the looking through, and keeps the frames found so far.
   virtual void setReceiving(bool /*on*/) {}
   /// Fills what the source knows of `report`; any thread.
   virtual void report(CaptureReport &report) const = 0;

@@ -87,7 +87,8 @@ void LiveSource::reportDamage(int id, unsigned packets) {
   counters_.add(InputFault::DamagedPacket, static_cast<std::uint64_t>(id), packets);
 }
 
-bool LiveSource::cut(const std::string &path, int first, int last, std::string &error) {
+bool LiveSource::cut(const std::string &path, int first, int last, CutWatch &watch, std::string &error) {
+  watch.begin(static_cast<std::uint64_t>(last - first + 1), 1);
   ReplacingFile to;
   std::vector<std::uint8_t> records;
   appendCaptureHead(records, linkTypeEthernet);
@@ -100,7 +101,7 @@ bool LiveSource::cut(const std::string &path, int first, int last, std::string &
       appendDatagram(records, datagram);
     }
   }
-  bool good = to.open(path) && to.append(records);
+  bool good = !watch.givenUp() && to.open(path) && to.append(records);
   for (int id = first; good && id <= last; ++id) {
     records.clear();
     const bool held = ring_.visit(id, [&records](const UdpDatagram &datagram) { appendDatagram(records, datagram); });
@@ -108,9 +109,9 @@ bool LiveSource::cut(const std::string &path, int first, int last, std::string &
       error = "Frame " + std::to_string(id) + " has left the memory of the live source.";
       return false;
     }
-    good = to.append(records);
+    good = to.append(records) && watch.advance(1);
   }
-  if (good && to.commit()) return true;
+  if (good && watch.finish() && to.commit()) return true;
   error = to.error();
   return false;
 }

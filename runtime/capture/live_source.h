@@ -29,7 +29,7 @@ class LiveSource final : public FrameSource, private PacketKeeper {
   [[nodiscard]] int oldest() const override { return ring_.oldest(); }
   bool readFrame(int id, FramePackets &packets, const std::function<bool()> &stop) override;
   void reportDamage(int id, unsigned packets) override;
-  bool cut(const std::string &path, int first, int last, std::string &error) override;
+  bool cut(const std::string &path, int first, int last, CutWatch &watch, std::string &error) override;
   bool startRecord(const std::string &path, std::string &error) override;
   void stopRecord() override { recorder_.stop(); }
   void setReceiving(bool on) override { receiving_ = on; }

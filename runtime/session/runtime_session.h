@@ -49,6 +49,7 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   // Capture.
   bool CutPcap(const std::string &path, double begin, double end) override;
   bool CutPcap(const std::string &path, int first, int last) override;
+  void WatchCuts(CutTell tell) override;
   bool StartRecordPcap(const std::string &path) override;
   void StopRecordPcap() override;
   void SetStopRecv(bool stop) override;
@@ -139,9 +140,10 @@ class RuntimeSession final : public SvSdkRuntime, private FrameSourceListener {
   std::atomic<bool> ready_{false};  // from then on what the frame source has told is read without a lock
   std::atomic<bool> failed_{false};
   std::atomic<bool> finished_{false};  // nothing more will come
-  mutable std::mutex errorMutex_;      // guards initError_ and captureError_
+  mutable std::mutex errorMutex_;      // guards the three members below
   std::string initError_;
   std::string captureError_;
+  CutTell cutTell_;
   std::string captureName_;
   bool live_ = false;                    // written before the source's thread begins
   StreamDescription description_;        // written once, before ready_

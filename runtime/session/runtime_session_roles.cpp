@@ -48,9 +48,24 @@ bool RuntimeSession::CutPcap(const std::string &path, int first, int last) {
     return settle(false, "Frames " + std::to_string(first) + " to " + std::to_string(last) +
                              " cannot be cut out: there are frames " + std::to_string(oldest) + " to " +
                              std::to_string(newest) + ".");
+  CutTell tell;
+  {
+    const std::lock_guard lock(errorMutex_);
+    tell = cutTell_;
+  }
+  CutWatch watch(std::move(tell));
   std::string error;
-  const bool done = frames_->cut(path, first, last, error);
-  return settle(done, error);
+  const bool done = frames_->cut(path, first, last, watch, error);
+  if (!watch.givenUp()) return settle(done, error);
+  SKARN_LOG(LogLevel::Information, "The cut to %s was given up.", path.c_str());
+  const std::lock_guard lock(errorMutex_);
+  captureError_ = "The cut was given up.";
+  return false;
+}
+
+void RuntimeSession::WatchCuts(CutTell tell) {
+  const std::lock_guard lock(errorMutex_);
+  cutTell_ = std::move(tell);
 }
 
 bool RuntimeSession::StartRecordPcap(const std::string &path) {

@@ -160,6 +160,7 @@ TEST_F(FrameStackTest, ShortMemoryGivesAShallowerStack) {
   waitForStack();
   EXPECT_EQ(log.names.back(), "finished 70: Memory limited, set to 70 frames");
   EXPECT_EQ(rb.frameNumber(), 70);
+  rb.stackAllocation().wait();  // what the first picture had is given back
 
   // Nothing is written to that stack yet: its memory is no longer available, but counts for the next one.
   EXPECT_FALSE(rb.setFrameNumber(25));
@@ -252,14 +253,48 @@ TEST_F(FrameStackTest, DuringAnAllocationTheOthersStandAside) {
   EXPECT_EQ(canvas(1), std::pair(3, 500));
 }
 
-TEST_F(FrameStackTest, NothingIsDrawnOfARingBetweenTwoShapes) {
+TEST_F(FrameStackTest, ARingIsDrawnUntilTheNextOneStands) {
   stack(10);
   enter(3.0F);
   ASSERT_TRUE(rb.setFrameNumber(20));
   rb.stackAllocation().wait();  // sized, the result not yet applied
-  EXPECT_EQ(canvas(1), std::pair(0, 0));
+  EXPECT_EQ(canvas(1), std::pair(3, 500));
   waitForStack();
   EXPECT_EQ(rb.frameNumber(), 20);
+  EXPECT_EQ(canvas(1), std::pair(0, 0));
+}
+
+TEST_F(FrameStackTest, ACancelledRequestLeavesTheStackAsItWas) {
+  stack(10);
+  enter(3.0F);
+  log.take();
+  const auto expectAsBefore = [this] {
+    EXPECT_EQ(log.take(), (Names{"frameAllocationStarted", "failed 10: Cancelled: still 10 frames"}));
+    EXPECT_EQ(rb.frameNumber(), 10);
+    EXPECT_EQ(rb.stackFrameNum(), 2);
+    EXPECT_EQ(decodeFrames(), 5U);
+    EXPECT_EQ(canvas(1), std::pair(3, 500));
+    EXPECT_EQ(rb.picture().held().bytes, 10U * framePoints * StackLimits::pointBytes);
+  };
+  hold();
+  ASSERT_TRUE(rb.setFrameNumber(300));
+  rb.cancelFrameAllocation();
+  letGo();
+  waitForStack();
+  expectAsBefore();
+
+  // Everything is sized already, and only the result not yet taken up.
+  rb.stackAllocation().beforeSizing = nullptr;
+  ASSERT_TRUE(rb.setFrameNumber(300));
+  rb.stackAllocation().wait();
+  EXPECT_EQ(decodeFrames(), 10U);
+  rb.cancelFrameAllocation();
+  waitForStack();
+  expectAsBefore();
+  enter(4.0F);
+  EXPECT_EQ(canvas(0), std::pair(4, 500)) << "the ring goes on";
+  stack(20);
+  EXPECT_EQ(rb.frameNumber(), 20) << "the wish to cancel ends with its request";
 }
 
 TEST_F(FrameStackTest, TheCacheSwitchedOffMeanwhileDropsTheStack) {

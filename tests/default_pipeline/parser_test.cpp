@@ -256,7 +256,7 @@ TEST_F(ParserTest, CanvasesFillInTurnAndOverflowIsCutOrDropped) {
   ring.canvasBufferSize = ring.canvasPointCapacity = 2;
   ring.canvasTargets.fill(0);
   ring.canvasTargets[0] = ring.canvasTargets[1] = 1;
-  rb.picture().fitStack(2, 2);
+  rb.picture().takeStackLocked(*FramePicture::makeStack(2, 2));
   give({point(1.0F, 0.0F, 0.0F), point(2.0F, 0.0F, 0.0F), point(3.0F, 0.0F, 0.0F)});
   const LogLines lines;
   parse();

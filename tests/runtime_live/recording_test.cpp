@@ -3,6 +3,7 @@
 #include <pcap/pcap.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -158,6 +159,31 @@ TEST(Cut, AFullDiskLeavesTheOldFileWhole) {
   EXPECT_FALSE(whole.runtime().CutPcap(old, 0, 4));
   EXPECT_THAT(whole.runtime().CaptureError(), HasSubstr("cannot be written"));
   EXPECT_EQ(contents(QString::fromStdString(old)), QByteArray("\1\2\3"));
+}
+
+TEST(Cut, GivenUpHalfWayLeavesTheOldFileWhole) {
+  const auto packets = packetsOf(smallLidar(10));
+  for (const CaptureMaker::Form form : {CaptureMaker::Form::Nano, CaptureMaker::Form::Ng}) {
+    Session whole(writeCapture("whole.pcap", packets, CaptureMaker(form)));
+    ASSERT_TRUE(whole.indexed(10));
+    const std::string old = writeFile("old.pcap", {1, 2, 3});
+    std::vector<double> told;
+    whole.runtime().WatchCuts([&told](double share) {
+      told.push_back(share);
+      return share < 1;
+    });
+    EXPECT_FALSE(whole.runtime().CutPcap(old, 0, 9));
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_EQ(std::pair(told.front(), told.back()), std::pair(0.0, 1.0));
+    EXPECT_EQ(contentOf(old), (Bytes{1, 2, 3}));
+    EXPECT_THAT(whole.runtime().CaptureError(), HasSubstr("given up"));
+    whole.runtime().WatchCuts({});
+    EXPECT_TRUE(whole.runtime().CutPcap(old, 0, 9));
+    EXPECT_EQ(whole.runtime().CaptureError(), "");
+    // Nothing of a passing name is left.
+    for (const auto &entry : std::filesystem::directory_iterator(skarnvisor::test::processFolder().toStdString()))
+      EXPECT_THAT(entry.path().filename().string(), testing::Not(HasSubstr("old.pcap.")));
+  }
 }
 
 TEST(Recording, KeepsEveryPacketWithItsAddressesAndPlaysAgain) {

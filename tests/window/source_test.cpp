@@ -1,7 +1,12 @@
 // Opening, playing and closing in the real window.
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QRegularExpression>
 #include <QSignalSpy>
 
+#include "app/window/named_files.h"
+#include "contracts/host/track_buffer.h"
 #include "tests/app/program_fixture.h"
 #include "tests/window/window_fixture.h"
 
@@ -91,6 +96,59 @@ TEST_F(WindowSources, ACutHoldsTheFramesThatWereAskedFor) {
   EXPECT_EQ(viewer().error(), QString());
   viewer().open("cut.pcap");
   EXPECT_TRUE(eventually([this] { return lastFrame() == 4; })) << lastFrame();
+}
+
+TEST_F(WindowSources, ACancelledCutAndACancelledStackLeaveThingsAsTheyWere) {
+  ASSERT_NO_FATAL_FAILURE(open());
+  QFile old("old.pcap");
+  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+  old.write("old");
+  old.close();
+  viewer().jobs().cut(viewer().clip(), QUrl::fromLocalFile(QFileInfo(old).absoluteFilePath()), 0, lastFrame());
+  viewer().jobs().cancel();
+  ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));
+  EXPECT_EQ(viewer().notice(), "The cut was cancelled");
+  ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+  EXPECT_EQ(old.readAll(), "old");
+
+  ASSERT_NO_FATAL_FAILURE(type("stackDepth", "20"));
+  ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("frameNumber").toInt() == 20; }));
+  ASSERT_NO_FATAL_FAILURE(type("stackDepth", "25"));
+  QMetaObject::invokeMethod(root("stackEditor").value<QObject *>(), "cancel");
+  EXPECT_TRUE(eventually([this] { return viewer().notice() == "Cancelled: still 20 frames"; }));
+  EXPECT_EQ(viewer().error(), QString()) << "what was wished is no error";
+  EXPECT_TRUE(eventually([this] { return textOf("stackDepth") == "20"; }));
+}
+
+// What the plug-in calls its files must be what the program has.
+TEST_F(WindowSources, EachFileThatASourceNamesIsLoaded) {
+  const auto named = [this] {
+    return QStringList{viewer().renderFile().fileName(), viewer().trackBodyFile().fileName(),
+                       viewer().trackPointFile().fileName()};
+  };
+  ASSERT_NO_FATAL_FAILURE(open());
+  EXPECT_EQ(named(), (QStringList{"SDK.qml", "DefaultFileByFrameTrackBody.qml", "DefaultTrackPointXYZI.qml"}));
+  QFile cloud("cloud 1.pcd");
+  ASSERT_TRUE(cloud.open(QIODevice::WriteOnly));
+  cloud.write(
+      "VERSION .7\nFIELDS x y z intensity\nSIZE 4 4 4 4\nTYPE F F F F\nCOUNT 1 1 1 1\nWIDTH 2\nHEIGHT 1\n"
+      "VIEWPOINT 0 0 0 1 0 0 0\nPOINTS 2\nDATA ascii\n1 2 3 4\n2 3 4 5\n");
+  cloud.close();
+  viewer().open(cloud.fileName());
+  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() == 2; })) << viewer().error().toStdString();
+  EXPECT_EQ(named(), (QStringList{"Ply.qml", "DefaultFileByFrameTrackBody.qml", "DefaultTrackPointXYZI.qml"}));
+
+  // Every file loads, that of a live source too, which no test opens here.
+  QQmlEngine &engine = *qmlEngine(window());
+  for (const char *name : {"SDK.qml", "Ply.qml", "DefaultFileByFrameTrackBody.qml", "DefaultNetTrackBody.qml",
+                           "DefaultTrackPointXYZI.qml"}) {
+    QQmlComponent component(&engine, app::programFile(name));
+    const std::unique_ptr<QObject> made(component.create(qmlContext(item("trackBody"))));
+    EXPECT_NE(made, nullptr) << component.errorString().toStdString();
+  }
+  TrackBuffer track;
+  track.setTrackBody("Unknown.qml");
+  EXPECT_EQ(app::namedFiles(nullptr, &track).trackBody.fileName(), "TrackLane.qml");
 }
 
 TEST_F(WindowSources, ThemeAndPanelsAreRemembered) {

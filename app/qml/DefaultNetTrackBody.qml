@@ -1,0 +1,31 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "parts"
+
+// The track of a live source: what is still in memory, at which rate frames come, whether they are followed, and the
+// recording.
+TrackLane {
+    id: body
+    property real rate: 0
+    property int counted: 0
+    readonly property real behind: Math.max(0, line.endSeconds - line.cursorSeconds)
+    byFrame: false
+    backwards: true
+    clipColor: viewer.recording ? theme.logError : theme.accent
+    label: viewer.title + "   " + rate.toFixed(1) + " frames/s, "
+         + (!line.playing ? "paused" : line.follow ? "following" : "playing")
+         + (behind > 0.5 ? ", " + behind.toFixed(1) + " s behind" : "")
+         + (viewer.recording ? ", recording" : "")
+
+    Timer {
+        interval: 1000
+        repeat: true
+        running: viewer.live
+        onTriggered: {
+            var frames = body.line.frameCount
+            body.rate = Math.max(0, frames - body.counted)
+            body.counted = frames
+        }
+    }
+    Component.onCompleted: counted = line.frameCount
+}

@@ -1,0 +1,16 @@
+import QtQuick 2.15
+import "parts"
+
+// What lies over the points of a lidar: the legends, and the picture of its camera.
+CloudLegends {
+    Image {
+        objectName: "overlay"
+        visible: viewer.overlaySerial > 0
+        anchors { left: parent.left; bottom: parent.bottom; margins: 14 }
+        width: Math.min(parent.width * 0.3, 480)
+        height: implicitWidth > 0 ? width * implicitHeight / implicitWidth : 0
+        cache: false
+        source: viewer.overlaySerial > 0 ? "image://overlay/" + viewer.overlaySerial : ""
+        Rectangle { anchors.fill: parent; color: "transparent"; border.color: theme.line }
+    }
+}

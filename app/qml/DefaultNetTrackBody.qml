@@ -8,14 +8,28 @@ TrackLane {
     id: body
     property real rate: 0
     property int counted: 0
+    readonly property bool recording: viewer.recording
+    property real recordedFrom: 0  // seconds since 1970
+    onRecordingChanged: if (recording) recordedFrom = line.endSeconds
     readonly property real behind: Math.max(0, line.endSeconds - line.cursorSeconds)
     byFrame: false
     backwards: true
-    clipColor: viewer.recording ? theme.logError : theme.accent
     label: viewer.title + "   " + rate.toFixed(1) + " frames/s, "
          + (!line.playing ? "paused" : line.follow ? "following" : "playing")
          + (behind > 0.5 ? ", " + behind.toFixed(1) + " s behind" : "")
          + (viewer.recording ? ", recording" : "")
+
+    // What the recording holds of it.
+    overClip: Item {
+        Rectangle {
+            visible: body.recording
+            x: (Math.max(body.from, body.recordedFrom) - body.from) / (body.to - body.from) * parent.width
+            width: parent.width - x
+            height: parent.height
+            color: theme.logError
+            opacity: 0.5
+        }
+    }
 
     Timer {
         interval: 1000

@@ -25,7 +25,7 @@ TrackPoint {
             anchors.centerIn: parent
             font.pixelSize: 11
             text: (viewer.timeline.frame >= 0 ? "frame " + viewer.timeline.frame + "   " : "") + viewer.timeline.cursorText
-                + "   " + viewer.pointsShown + " points x y z i"
+                + "   " + viewer.pointsShown.toLocaleString(Qt.locale("en"), "f", 0) + " points x y z i"
         }
     }
 }

@@ -7,6 +7,7 @@ Row {
     id: editor
     readonly property var buffer: viewer.buffer
     property bool busy: false
+    property bool narrow: false
     property bool cancelling: false
     property int asked: 0
     property real progress: 0
@@ -34,7 +35,7 @@ Row {
             field.restore()
             // A stack fills as frames come.
             if (!success && !wanted) viewer.fail(message)
-            else viewer.tell(success && actualFrames > 1 && !viewer.timeline.playing ? message + "; it fills while playing" : message)
+            else viewer.tell(success && actualFrames > 1 && !viewer.timeline.playing ? message + "; press play to fill it" : message)
         }
     }
     // By time, some lidars show a window of a length of its own.
@@ -62,5 +63,5 @@ Row {
         ToolTip.delay: 600
         ToolTip.text: "Frames shown at once, up to 3000"
     }
-    Label { text: "frames"; font.pixelSize: 12; color: theme.faint; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "frames"; visible: !editor.narrow; font.pixelSize: 12; color: theme.faint; anchors.verticalCenter: parent.verticalCenter }
 }

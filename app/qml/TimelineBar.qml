@@ -8,13 +8,14 @@ Pane {
     id: bar
     readonly property var line: viewer.timeline
     readonly property Item stackEditor: stack
+    readonly property bool narrow: width < 900
     padding: 8
     topPadding: 6
     background: Rectangle { color: theme.window }
 
     component TransportButton: PushButton {
         enabled: viewer.ready
-        Layout.preferredWidth: 38
+        Layout.preferredWidth: bar.narrow ? 32 : 38
     }
     component Gap: Rectangle { width: 1; Layout.preferredHeight: 20; color: theme.line }
     component Mono: Label { font { family: "DejaVu Sans Mono"; pixelSize: 12 } }
@@ -68,15 +69,16 @@ Pane {
                 objectName: "sensor"
                 label: "Sensor of this capture"
                 visible: viewer.sensors.length > 1
-                Layout.preferredWidth: 160
+                Layout.preferredWidth: bar.narrow ? 112 : 160
                 model: viewer.sensors
                 currentIndex: viewer.sensor
                 onActivated: viewer.showSensor(index)
             }
-            StackEditor { id: stack }
+            StackEditor { id: stack; narrow: bar.narrow }
             Gap { visible: stack.visible && (cut.visible || record.visible) }
             PushButton {
                 id: cut
+                Layout.preferredWidth: bar.narrow ? 56 : 80
                 objectName: "cutButton"
                 text: "Cut\u2026"
                 tip: "Save some of the frames as a capture of their own"

@@ -9,7 +9,6 @@ Slider {
     property bool byFrame: line.frameCount > 0 && viewer.playByFrame
     property bool backwards: false
     property string label: viewer.title
-    property color clipColor: theme.accent
     property Component overClip: null
     focusPolicy: Qt.TabFocus
     implicitHeight: 42
@@ -40,7 +39,7 @@ Slider {
             Rectangle {
                 anchors { fill: parent; topMargin: 2; bottomMargin: 16 }
                 radius: 3
-                color: lane.clipColor
+                color: theme.accent
                 opacity: 0.3
             }
             // What lies behind the cursor.
@@ -48,7 +47,7 @@ Slider {
                 anchors { top: parent.top; bottom: parent.bottom; topMargin: 2; bottomMargin: 16 }
                 width: lane.visualPosition * parent.width
                 radius: 3
-                color: lane.clipColor
+                color: theme.accent
                 opacity: 0.35
             }
             Label {

@@ -91,19 +91,18 @@ ApplicationWindow {
         if (buffer) buffer.selectEnabled = false
         selecting = false
     }
-    // A buffer that writes in the background tells how far it is; the others are called on a thread of ours.
+    // The buffer writes in the background, and goes by the suffix; a table of another name is written by a job.
     readonly property var pointExport: buffer && buffer.pointExport || null
-    function exportPoints(url, target, method, what) {
-        var path = files.path(url)
-        // The buffer goes by the suffix; with another name the function itself is called.
-        var namedAsTable = /\.csv$/i.test(path)
-        if (pointExport === null || namedAsTable !== (target !== buffer)) return jobs.exportTo(target, method, url, what)
+    property url exportTarget
+    function startExport(url, path) {
         exportTarget = url
         if (!buffer.startExport(path)) viewer.fail("Wait until the export under way has ended.")
     }
-    property url exportTarget
-    function exportFrame(url) { exportPoints(url, buffer, "capture2PCD", "this frame") }
-    function exportTable(url) { exportPoints(url, buffer.spreadSheetModel, "exportPointsInformation", "the points") }
+    function exportFrame(url) { startExport(url, /\.csv$/i.test(url) ? files.path(url) + ".pcd" : files.path(url)) }
+    function exportTable(url) {
+        if (/\.csv$/i.test(url)) startExport(url, files.path(url))
+        else jobs.exportTo(buffer.spreadSheetModel, "exportPointsInformation", url, "the points")
+    }
     Connections {
         target: window.pointExport
         ignoreUnknownSignals: true

@@ -17,7 +17,7 @@
 #include "default/pipeline/display_settings.h"
 #include "default/pipeline/frame_hooks.h"
 #include "default/pipeline/frame_picture.h"
-#include "default/pipeline/point_export.h"
+#include "default/files/point_export.h"
 #include "default/pipeline/stack_allocation.h"
 #include "default/pipeline/type_traits.h"
 #include "default/telemetry/device_tables.h"

@@ -31,7 +31,11 @@ BeforeExport &beforeExport() {
 }  // namespace
 
 DefaultPcdFrameRenderBuffer::DefaultPcdFrameRenderBuffer(QObject *parent)
-    : RenderBuffer(parent), m_filterModel(nullptr), m_echoModel(nullptr), m_askForFile(askForPcdFile) {
+    : RenderBuffer(parent),
+      m_filterModel(nullptr),
+      m_echoModel(nullptr),
+      m_askForFile(askForPcdFile),
+      m_pointExport(std::make_unique<PointExport>(this)) {
   // moc registers the pointer types of our own classes only; without this a read by name gives nothing.
   qRegisterMetaType<QAbstractTableModel *>();
   for (Relaxed<bool> &flag : m_displayedFlags) flag = true;

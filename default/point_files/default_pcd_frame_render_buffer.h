@@ -8,8 +8,10 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "contracts/host/render_buffer.h"
+#include "default/files/point_export.h"
 #include "default/models/echo_model.h"
 #include "default/models/filter_model.h"
 #include "default/models/settings_value.h"
@@ -18,6 +20,7 @@
 #include "default/point_files/pcd_frame_store.h"
 #include "default/point_files/pcd_settings.h"
 #include "default/point_files/placing.h"
+#include "default/point_files/point_file_writer.h"
 
 namespace tarvo::lidar {
 struct PlayState;
@@ -57,6 +60,7 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   Q_PROPERTY(QAbstractTableModel *monitorModel READ readMonitorModel NOTIFY monitorModelChanged)
   Q_PROPERTY(tarvo::skarnvisor::FilterModel *filterModel READ readFilterModel NOTIFY filterModelChanged)
   Q_PROPERTY(tarvo::skarnvisor::EchoModel *echoModel READ readEchoModel NOTIFY echoModelChanged)
+  Q_PROPERTY(QObject *pointExport READ pointExport CONSTANT)
   Q_PROPERTY(bool usePixelChannelLayout READ usePixelChannelLayout NOTIFY renderStateChanged)
 
  public:
@@ -116,8 +120,11 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   /// Asks for a file and writes the shown points to it, the selected ones while selecting. False when cancelled or not
   /// written.
   Q_INVOKABLE bool capture2PCD();
-  /// The same without asking. Any thread.
-  Q_INVOKABLE bool capture2PCD(const QString &path);
+  /// The same beside the program's other work, told of by `pointExport`; asks only without a path. A ".csv" file gets
+  /// the point table, with only the columns of `titles` where those are given. False when nothing starts: cancelled, or
+  /// one is being written.
+  Q_INVOKABLE bool startExport(QString filePath = QString(), QStringList titles = {});
+  QObject *pointExport() const { return m_pointExport.get(); }
   /// Writes every PLY and PCD file of the track as a BIN file into the folder. False without a track of one clip, and
   /// when a file could not be read.
   Q_INVOKABLE bool saveToData(QUrl folder);
@@ -167,6 +174,10 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   /// Marks the selected points and lists the rows of the point table.
   void refreshSelection();
   void refreshLayout();
+  /// Asks the user for a file and remembers it; empty when he backed out.
+  QString askForFile() const;
+  /// The shown points of the frame, the selected ones while selecting.
+  std::vector<CapturedPoint> capturedPoints() const;
 
   PcdFrameStore m_store;
   PcdSettings m_settings;
@@ -183,8 +194,9 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   QSharedPointer<MonitorModel> m_monitorModel;
   std::shared_ptr<lidar::PlayState> m_playState;
   std::function<QString(const QString &preselected)> m_askForFile;
-  QString m_detailExportPath;  ///< GUI thread
-  bool m_splitWindow = false;  ///< read at construction
+  QString m_detailExportPath;                  ///< GUI thread
+  bool m_splitWindow = false;                  ///< read at construction
+  std::unique_ptr<PointExport> m_pointExport;  ///< the last member: its end waits for a thread that uses the others
 };
 
 }  // namespace tarvo::skarnvisor

@@ -21,38 +21,59 @@ namespace {
 
 const QString lastFileKey = QStringLiteral("LastSavePcdFilePath");
 
-}  // namespace
-
-bool DefaultPcdFrameRenderBuffer::capture2PCD() {
-  QSettings settings(settingsFile(), QSettings::IniFormat);
-  const QString path = m_askForFile(settings.value(lastFileKey).toString());
-  if (path.isEmpty()) return false;
-  settings.setValue(lastFileKey, path);
-  return capture2PCD(path);
+bool tellCaptured(const QString &path, const WriteOutcome &outcome) {
+  const QByteArray shownPath = QFile::encodeName(path);
+  if (outcome.written()) std::printf("pcd file is saved to %s\n", shownPath.constData());
+  if (!outcome.written() && outcome.end != WriteOutcome::End::Cancelled) {
+    std::printf("pcd file: %s open failed\n", shownPath.constData());
+    SKARN_LOG(LogLevel::Error, "%s", qPrintable(outcome.reason));
+  }
+  return outcome.written();
 }
 
-bool DefaultPcdFrameRenderBuffer::capture2PCD(const QString &path) {
-  const QByteArray shownPath = QFile::encodeName(path);
+}  // namespace
+
+QString DefaultPcdFrameRenderBuffer::askForFile() const {
+  QSettings settings(settingsFile(), QSettings::IniFormat);
+  const QString path = m_askForFile(settings.value(lastFileKey).toString());
+  if (!path.isEmpty()) settings.setValue(lastFileKey, path);
+  return path;
+}
+
+std::vector<CapturedPoint> DefaultPcdFrameRenderBuffer::capturedPoints() const {
   const bool selectedOnly = m_settings.selectEnabled;
-  QString fault;
-  {
-    const std::lock_guard lock(m_store.frameMutex);
-    const std::span<const lidar::SDKPointInfo> points(m_store.points.data(), m_store.usableLocked());
-    fault = writeCapture(
-        points,
-        [&](std::size_t i) {
-          const float color = floatFromHalf(static_cast<std::uint16_t>(m_store.vertices[i].color));
-          return color >= 0.0F && (!selectedOnly || points[i].selected != 0);
-        },
-        path);
+  const std::lock_guard lock(m_store.frameMutex);
+  std::vector<CapturedPoint> captured;
+  for (std::size_t i = 0; i < m_store.usableLocked(); ++i) {
+    const lidar::SDKPointInfo &point = m_store.points[i];
+    const float color = floatFromHalf(static_cast<std::uint16_t>(m_store.vertices[i].color));
+    if (color < 0.0F || (selectedOnly && point.selected == 0)) continue;
+    captured.push_back({point.x, point.y, point.z, point.intensity});
   }
-  if (!fault.isEmpty()) {
-    std::printf("pcd file: %s open failed\n", shownPath.constData());
-    SKARN_LOG(LogLevel::Error, "%s", qPrintable(fault));
-    return false;
-  }
-  std::printf("pcd file is saved to %s\n", shownPath.constData());
-  return true;
+  return captured;
+}
+
+bool DefaultPcdFrameRenderBuffer::capture2PCD() {
+  const QString path = askForFile();
+  if (path.isEmpty()) return false;
+  WriteProgress progress;
+  return tellCaptured(path, writeCapture(capturedPoints(), path, progress));
+}
+
+bool DefaultPcdFrameRenderBuffer::startExport(QString filePath, QStringList titles) {
+  if (m_pointExport->running()) return false;
+  if (filePath.isEmpty()) filePath = askForFile();
+  if (filePath.isEmpty()) return false;
+  if (filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
+    return m_pointExport->start([this, filePath, titles](WriteProgress &progress) {
+      return m_spreadSheetModel->writeTable(filePath, titles, progress);
+    });
+  // The frame as it is now, whatever is shown meanwhile.
+  return m_pointExport->start([filePath, points = capturedPoints()](WriteProgress &progress) {
+    WriteOutcome outcome = writeCapture(points, filePath, progress);
+    tellCaptured(filePath, outcome);
+    return outcome;
+  });
 }
 
 bool DefaultPcdFrameRenderBuffer::saveToData(QUrl folder) {

@@ -132,14 +132,16 @@ QString writeCsvFile(const PointFile &file, const QString &path) {
   return writer.finish();
 }
 
-QString writeCapture(std::span<const lidar::SDKPointInfo> points, const std::function<bool(std::size_t)> &taken,
-                     const QString &path) {
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < points.size(); ++i) count += taken(i) ? 1 : 0;
+WriteOutcome writeCapture(std::span<const CapturedPoint> points, const QString &path, WriteProgress &progress) {
+  constexpr std::size_t stride = 1 << 16;
+  progress.total = static_cast<std::int64_t>(points.size());
   BlockWriter writer(path);
-  writer.add(pcdHeader("FIELDS x y z intensity\nSIZE 4 4 4 4\nTYPE F F F F\nCOUNT 1 1 1 1\n", count));
+  writer.add(pcdHeader("FIELDS x y z intensity\nSIZE 4 4 4 4\nTYPE F F F F\nCOUNT 1 1 1 1\n", points.size()));
   for (std::size_t i = 0; i < points.size(); ++i) {
-    if (!taken(i)) continue;
+    if (i % stride == 0) {
+      progress.done = static_cast<std::int64_t>(i);
+      if (progress.cancelled) return {WriteOutcome::End::Cancelled, {}};
+    }
     for (const float coordinate : {points[i].x, points[i].y, points[i].z}) {
       writer.addNumber(coordinate);
       writer.add(" ", 1);
@@ -147,7 +149,9 @@ QString writeCapture(std::span<const lidar::SDKPointInfo> points, const std::fun
     writer.addWhole(points[i].intensity);
     writer.add("\n", 1);
   }
-  return writer.finish();
+  if (progress.cancelled) return {WriteOutcome::End::Cancelled, {}};
+  const QString fault = writer.finish();
+  return {fault.isEmpty() ? WriteOutcome::End::Written : WriteOutcome::End::NotWritten, fault};
 }
 
 QString convertPointFile(const QString &from, const QString &to) {

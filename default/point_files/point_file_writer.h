@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QString>
-#include <functional>
 #include <span>
 
-#include "contracts/runtime/point_info.h"
+#include "default/files/output_file.h"
 #include "default/point_files/point_file.h"
 
 namespace tarvo::skarnvisor {
@@ -17,9 +16,16 @@ QString writeBinFile(const PointFile &file, const QString &path);
 QString writePcdFile(const PointFile &file, const QString &path);
 QString writeCsvFile(const PointFile &file, const QString &path);
 
-/// Writes what a user captured: PCD, ascii, x y z intensity of those of `points` that `taken` holds by index.
-QString writeCapture(std::span<const lidar::SDKPointInfo> points, const std::function<bool(std::size_t)> &taken,
-                     const QString &path);
+/// What a capture keeps of a point.
+struct CapturedPoint {
+  float x = 0;
+  float y = 0;
+  float z = 0;
+  unsigned intensity = 0;
+};
+
+/// Writes what a user captured: PCD, ascii, x y z intensity. Given up, it leaves an older file as it was.
+WriteOutcome writeCapture(std::span<const CapturedPoint> points, const QString &path, WriteProgress &progress);
 
 /// Reads one file and writes it in the format that the other's suffix names: .bin, .pcd or .csv. Any thread.
 QString convertPointFile(const QString &from, const QString &to);

@@ -199,6 +199,21 @@ TEST_F(PcdRenderBuffer, ACaptureHoldsTheShownOrTheSelectedPoints) {
   EXPECT_THAT(readAll(target), HasSubstr("POINTS 1\nDATA ascii\n1 1 1 64\n"));
   EXPECT_EQ(capture("no/such/folder/a.pcd"),
             std::make_pair(false, std::string("pcd file: no/such/folder/a.pcd open failed\n")));
+
+  const auto exported = [&](const QString &file, bool cancel) {
+    auto *const job = qobject_cast<PointExport *>(buffer.pointExport());
+    QSignalSpy finished(job, &PointExport::finished);
+    EXPECT_TRUE(buffer.startExport(file));
+    EXPECT_FALSE(buffer.startExport(file)) << "one at a time";
+    if (cancel) job->cancel();
+    return finished.wait(20'000) && finished.first().first().toBool();
+  };
+  const std::string before = readAll(target);
+  buffer.setSelectEnabled(false);
+  const bool late = exported(target, true);
+  EXPECT_TRUE(late || readAll(target) == before);
+  EXPECT_TRUE(exported(target, false));
+  EXPECT_THAT(readAll(target), HasSubstr("POINTS 2\nDATA ascii\n"));
 }
 
 TEST(SaveToData, WritesEveryFileOfTheTrackButBin) {

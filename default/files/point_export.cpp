@@ -1,4 +1,4 @@
-#include "default/pipeline/point_export.h"
+#include "default/files/point_export.h"
 
 #include <exception>
 #include <utility>

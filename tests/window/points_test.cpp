@@ -1,6 +1,7 @@
 // Colours, filters, selection and the table of points in the real window: values first, then the pixels that follow.
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <algorithm>
 #include <cmath>
 
 #include "app/render/color_ramp.h"
@@ -173,6 +174,68 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
   press(Qt::Key_Escape);
   press(Qt::Key_Escape);
   EXPECT_TRUE(eventually([this] { return viewer().pointsSelected() == 0; }));
+}
+
+TEST_F(WindowPoints, ChannelsAreShownByTheirNumbers) {
+  ASSERT_NO_FATAL_FAILURE(click("section-filter"));
+  const auto shown = [this] { return textOf("channelCount").section(' ', 0, 0).toInt(); };
+  struct Case {
+    const char *typed;
+    int channels;
+    const char *text;
+  };
+  // The text that is none leaves the channels as they are.
+  for (const Case &each :
+       {Case{"1-16, 20", 17, "1-16, 20"}, Case{"9-3,30 - 99", 10, "3-9, 30-32"}, Case{"4-", 10, "4-"}}) {
+    ASSERT_NO_FATAL_FAILURE(type("channelRanges", each.typed));
+    EXPECT_TRUE(eventually([&] { return shown() == each.channels; })) << each.typed << ": " << shown();
+    EXPECT_EQ(textOf("channelRanges"), each.text);
+  }
+  press(Qt::Key_Escape);
+  // Off by the table, and the text follows.
+  ASSERT_NO_FATAL_FAILURE(click("channel-5"));
+  EXPECT_TRUE(eventually([this] { return textOf("channelRanges") == "3-4, 6-9, 30-32"; }))
+      << textOf("channelRanges").toStdString();
+}
+
+TEST_F(WindowPoints, AHeadOfTheTableSortsByAClickAndMovesByADrag) {
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, true));
+  ASSERT_NO_FATAL_FAILURE(click("allPoints"));
+  auto *const table = viewer().buffer()->property("spreadSheetModel").value<QAbstractTableModel *>();
+  ASSERT_NE(table, nullptr);
+  ASSERT_TRUE(eventually([&] { return table->rowCount() == viewer().pointsShown(); })) << table->rowCount();
+  const auto titles = [table] { return table->property("columnNames").toStringList(); };
+  const auto firstDistance = [&] {
+    return table->index(0, static_cast<int>(titles().indexOf("Dist(m)"))).data().toDouble();
+  };
+  const double visited = firstDistance();
+  double nearest = 1e9;
+  double farthest = 0;
+  viewer().cloud().forEachShown(1, [&](const VertexPoint &point) {
+    nearest = std::min(nearest, static_cast<double>(distanceOf(point)));
+    farthest = std::max(farthest, static_cast<double>(distanceOf(point)));
+  });
+  for (const double wanted : {nearest, farthest, visited}) {
+    ASSERT_NO_FATAL_FAILURE(click("head-Dist(m)"));
+    EXPECT_TRUE(eventually([&] { return std::abs(firstDistance() - wanted) < 0.003; }))
+        << firstDistance() << " instead of " << wanted;
+  }
+
+  const QStringList before = titles();
+  ASSERT_GT(before.size(), 4);
+  const auto middleOf = [this](const QString &title) {
+    QQuickItem *const head = item("head-" + title);
+    return head->mapToScene({head->width() / 2, head->height() / 2}).toPoint();
+  };
+  const QPoint from = middleOf(before[0]);
+  const QPoint to = middleOf(before[2]);
+  QTest::mousePress(window(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(window(), (from + to) / 2);
+  QTest::mouseMove(window(), to);
+  QTest::mouseRelease(window(), Qt::LeftButton, {}, to);
+  EXPECT_EQ(titles().mid(0, 4), QStringList({before[1], before[2], before[0], before[3]}));
+  EXPECT_EQ(item("head-" + before[0])->x(), item("head-" + before[2])->x() + item("head-" + before[2])->width());
+  QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, false));
 }
 
 TEST_F(WindowPoints, AColumnThatIsMovedStaysTheOneThatIsSortedBy) {

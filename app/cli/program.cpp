@@ -40,6 +40,9 @@ int runProgram(int argc, char **argv) {
   Logger::GetInstance().setConsoleMask(line.verbose() ? logEverythingMask : window ? logDefaultMask : 0);
   qInstallMessageHandler(logQtMessage);
 
+  // The size of the desktop's letters is the scale of the whole window.
+  QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+  QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   int ownArguments = 1;
   QApplication application(ownArguments, argv);
   QApplication::setApplicationName(QStringLiteral("skarnvisor"));

@@ -8,6 +8,8 @@ Popup {
     anchors.centerIn: Overlay.overlay
     modal: true
     padding: 20
+    contentWidth: keys.width + 10
+    contentHeight: Math.min(keys.height, window.height - 80)
     background: Rectangle { color: theme.panel; border.color: theme.line; radius: 6 }
     readonly property var left: [
         ["Mouse", ""],
@@ -35,6 +37,7 @@ Popup {
         ["R", "measure between two points"],
         ["Escape", "put the tool away, clear"],
         ["F9, F10", "side panels, table of points"],
+        ["Tab, Alt+F", "to the next control, the menus"],
         ["", ""],
         ["Files", ""],
         ["Ctrl+O, Ctrl+Shift+O", "open a file, a folder"],
@@ -59,9 +62,19 @@ Popup {
             }
         }
     }
-    Row {
-        spacing: 40
-        Keys { rows: sheet.left }
-        Keys { rows: sheet.right }
+    // Beside each other where there is room, else one above the other.
+    ScrollView {
+        anchors.fill: parent
+        clip: true
+        contentWidth: keys.width
+        contentHeight: keys.height
+        Grid {
+            id: keys
+            columnSpacing: 40
+            rowSpacing: 12
+            columns: window.width > 860 ? 2 : 1
+            Keys { rows: sheet.left }
+            Keys { rows: sheet.right }
+        }
     }
 }

@@ -18,8 +18,8 @@ Item {
     Shortcut { sequence: "6"; enabled: free; onActivated: canvas.setView("bottom") }
     Shortcut { sequence: "F"; enabled: free; onActivated: canvas.fit() }
     Shortcut { sequence: "P"; enabled: free; onActivated: canvas.orthographic = !canvas.orthographic }
-    Shortcut { sequence: "S"; enabled: free; onActivated: canvas.tool = canvas.tool === CloudCanvas.Select ? CloudCanvas.Orbit : CloudCanvas.Select }
-    Shortcut { sequence: "R"; enabled: free; onActivated: canvas.tool = canvas.tool === CloudCanvas.Ruler ? CloudCanvas.Orbit : CloudCanvas.Ruler }
+    Shortcut { sequence: "S"; enabled: free; onActivated: window.takeTool(CloudCanvas.Select) }
+    Shortcut { sequence: "R"; enabled: free; onActivated: window.takeTool(CloudCanvas.Ruler) }
     Shortcut { sequences: ["+", "="]; enabled: free; onActivated: canvas.zoom(0.88) }
     Shortcut { sequence: "-"; enabled: free; onActivated: canvas.zoom(1 / 0.88) }
     Shortcut { sequence: "Alt+Left"; onActivated: canvas.orbit(-5, 0) }

@@ -17,9 +17,9 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         visible: !viewer.opening
         spacing: 8
-        PushButton { text: "Open file\u2026"; tip: "Ctrl+O"; onClicked: window.openFile() }
-        PushButton { text: "Open folder\u2026"; onClicked: window.openFolder() }
-        PushButton { text: "Live source\u2026"; onClicked: window.openLive() }
+        PushButton { text: "Open file\u2026"; tip: "Open a capture or a point file (Ctrl+O)"; onClicked: window.openFile() }
+        PushButton { text: "Open folder\u2026"; tip: "Open a folder of point files (Ctrl+Shift+O)"; onClicked: window.openFolder() }
+        PushButton { text: "Live source\u2026"; tip: "Listen to a lidar (Ctrl+L)"; onClicked: window.openLive() }
     }
     Column {
         visible: !viewer.opening && prefs.recent.length > 0
@@ -28,12 +28,16 @@ Column {
         Repeater {
             model: prefs.recent.slice(0, 6)
             ItemDelegate {
-                width: 420
+                id: entry
+                width: Math.min(420, canvas.width - 20)
                 height: 26
                 focusPolicy: Qt.TabFocus
                 text: modelData
-                contentItem: Label { text: modelData; elide: Text.ElideMiddle; font.pixelSize: 12; color: theme.accent }
-                onClicked: viewer.open(modelData)
+                Accessible.name: "Open " + modelData
+                contentItem: Label { text: modelData; elide: Text.ElideMiddle; font { pixelSize: 12; underline: entry.hovered } color: theme.accent }
+                background: Rectangle { radius: 3; color: entry.hovered ? theme.row : "transparent"; border { color: theme.accent; width: entry.visualFocus ? 1 : 0 } }
+                onClicked: window.openRecent(modelData)
+                Keys.onReturnPressed: clicked()
             }
         }
     }

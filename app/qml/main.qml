@@ -7,11 +7,12 @@ import "panels"
 
 ApplicationWindow {
     id: window
-    width: prefs.value("width", 1360)
-    height: prefs.value("height", 860)
+    // The program puts it where it was.
+    width: 1360
+    height: 860
     minimumWidth: 720
     minimumHeight: 480
-    visible: true
+    visible: false
     title: viewer.title ? viewer.title + " - Skarnvisor" : "Skarnvisor"
     color: theme.window
     palette {
@@ -42,6 +43,8 @@ ApplicationWindow {
     LiveDialog { id: liveDialog }
     CutDialog { id: cutDialog }
     HelpSheet { id: help }
+    AboutDialog { id: about }
+    ManualSheet { id: manual }
     Shortcuts { id: shortcuts }
     FrameExport { id: frameExport }
 
@@ -53,6 +56,32 @@ ApplicationWindow {
     function openFile() { chooser.ask("Open a capture or a point file", ["Captures and point files (*.pcap *.pcapng *.pcd *.ply *.bin)", "All files (*)"], false, viewer.openUrl) }
     function openFolder() { chooser.askFolder("Open a folder of point files", viewer.openUrl) }
     function openLive() { liveDialog.open() }
+    function openRecent(source) {
+        if (prefs.isThere(source)) return viewer.open(source)
+        prefs.removeRecent(source)
+        viewer.fail(source + " is not there any more: open it from where it is now.")
+    }
+    function openDropped(urls) {
+        viewer.openUrl(urls[0])
+        if (urls.length > 1) viewer.tell("The first of " + urls.length + " was opened: one source is open at a time")
+    }
+    function openManual() { manual.open() }
+    function openLog() {
+        showDock(true)
+        dock.showLog()
+    }
+    // A tool that is taken again is put away.
+    function takeTool(tool) {
+        canvas.tool = canvas.tool === tool ? CloudCanvas.Orbit : tool
+        if (canvas.tool !== CloudCanvas.Ruler) ruler.clear()
+    }
+    // The row of a point that was clicked; a point that the table lacks is listed alone.
+    function listPoint(place) {
+        if (tableLoader.item === null || !tableLoader.item.showPoint(place)) select(canvas.pointMatrix(place))
+    }
+    function showGrid(on) { viewer.gridVisible = on; prefs.setValue("grid", on) }
+    function showLegend(on) { legendShown = on; prefs.setValue("legend", on) }
+    function showStats(on) { statsShown = on; prefs.setValue("stats", on) }
     function showTable(on) {
         tableShown = on
         prefs.setValue("table", on)
@@ -64,7 +93,7 @@ ApplicationWindow {
     function stepBack() {
         if (!keysFree) canvas.forceActiveFocus()
         else if (viewer.error.length > 0) viewer.clearError()
-        else if (canvas.tool !== CloudCanvas.Orbit) { canvas.tool = CloudCanvas.Orbit; ruler.clear() }
+        else if (canvas.tool !== CloudCanvas.Orbit) takeTool(canvas.tool)
         else if (selecting) clearSelection()
         else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
     }
@@ -119,14 +148,6 @@ ApplicationWindow {
     }
 
     onBufferChanged: { selecting = false; frameExport.forget(); if (buffer) syncTable() }
-    onVisibilityChanged: if (visibility === ApplicationWindow.Windowed) geometryTimer.restart()
-    onWidthChanged: geometryTimer.restart()
-    onHeightChanged: geometryTimer.restart()
-    Timer {
-        id: geometryTimer
-        interval: 500
-        onTriggered: if (window.visibility === ApplicationWindow.Windowed) { prefs.setValue("width", window.width); prefs.setValue("height", window.height) }
-    }
     Component.onCompleted: {
         viewer.pointSize = prefs.value("pointSize", 2.0)
         viewer.gridVisible = prefs.value("grid", true)
@@ -144,6 +165,7 @@ ApplicationWindow {
         function onChanged() { prefs.setValue("sideRamp", viewer.sideColors.ramp) }
     }
 
+    menuBar: MainMenu {}
     header: ToolStrip {}
 
     SplitView {
@@ -189,7 +211,9 @@ ApplicationWindow {
     DropArea {
         id: drop
         anchors.fill: parent
-        onDropped: if (drop.hasUrls) viewer.openUrl(drop.urls[0])
+        // Only files and folders: a piece of text is not taken.
+        onEntered: drag.accepted = drag.hasUrls
+        onDropped: if (drop.hasUrls) window.openDropped(drop.urls)
         Rectangle {
             anchors { fill: parent; margins: 8 }
             visible: drop.containsDrag

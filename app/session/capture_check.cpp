@@ -50,7 +50,9 @@ QString captureFault(const QString &path) {
   const QByteArray head = file.peek(4);
   const quint32 magic = head.size() == 4 ? qFromLittleEndian<quint32>(head.constData()) : 0;
   if (!isClassicMagic(magic) && magic != sectionHeader)
-    return QStringLiteral("%1 is not a capture: neither pcap nor pcapng").arg(path);
+    return QStringLiteral(
+               "%1 is not a capture, neither pcap nor pcapng: choose a .pcap, .pcapng, .pcd, .ply or .bin file")
+        .arg(path);
   const bool empty = magic == sectionHeader ? !holdsPacketBlock(file) : file.size() <= classicHeaderBytes;
   return empty ? QStringLiteral("%1 is a capture without any packet").arg(path) : QString();
 }

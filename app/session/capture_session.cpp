@@ -41,7 +41,8 @@ QString CaptureSession::defaultPluginPath() {
 }
 
 QString CaptureSession::loadPlugin(const QString &path) {
-  if (!QFileInfo::exists(path)) return QStringLiteral("the plug-in %1 is missing").arg(path);
+  if (!QFileInfo::exists(path))
+    return QStringLiteral("the plug-in %1 is missing: name the one to load with --plugin").arg(path);
   QString error;
   if (m_host.loadPlugin(path, &error)) return {};
   return error.isEmpty() ? QStringLiteral("the plug-in %1 cannot be loaded").arg(path) : error;

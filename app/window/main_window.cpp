@@ -3,13 +3,17 @@
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QClipboard>
+#include <QFileInfo>
+#include <QImageWriter>
 #include <QQmlContext>
 #include <QQuickStyle>
 #include <QStandardPaths>
 
 #include "app/window/cloud_canvas.h"
 #include "app/window/frame_pacer.h"
+#include "app/window/manual_page.h"
 #include "app/window/overlay_picture.h"
+#include "app/window/row_search.h"
 #include "app/window/theme.h"
 
 namespace tarvo::skarnvisor::app {
@@ -22,6 +26,7 @@ void registerTypes() {
   qmlRegisterUncreatableType<ColorScale>("Skarnvisor", 1, 0, "ColorScale", reason);
   // The tables of the buffers are properties of this type.
   qRegisterMetaType<QAbstractTableModel *>();
+  qRegisterMetaType<QQuickTextDocument *>();
   qmlRegisterUncreatableType<QAbstractTableModel>("Skarnvisor", 1, 0, "AbstractTableModel", reason);
 }
 
@@ -45,10 +50,13 @@ MainWindow::MainWindow() {
   connect(&m_viewer, &Viewer::captureChanged, &m_tools, [this] { m_tools.setBuffer(m_viewer.buffer()); });
   m_engine.load(QUrl(QStringLiteral("qrc:/skarnvisor/main.qml")));
   if (!m_engine.rootObjects().isEmpty()) m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
-  if (m_window != nullptr) new FramePacer(*m_window);
+  if (m_window == nullptr) return;
+  new FramePacer(*m_window);
+  m_place = std::make_unique<WindowPlace>(*m_window, m_viewer.preferences());
 }
 
 MainWindow::~MainWindow() {
+  m_place.reset();
   // The items must be gone before what they bind to.
   delete m_window;
 }
@@ -61,7 +69,23 @@ QImage MainWindow::grab() {
   return m_window->grabWindow();
 }
 
-bool MainWindow::saveShot(const QUrl &target) { return grab().save(target.toLocalFile()); }
+QString MainWindow::version() { return QStringLiteral(SKARNVISOR_VERSION); }
+
+QString MainWindow::manualPage(const QString &name) { return app::manualPage(name); }
+
+void MainWindow::fitPage(QQuickTextDocument *page, int width, const QColor &links) {
+  if (page != nullptr && page->textDocument() != nullptr) app::fitPage(*page->textDocument(), width, links);
+}
+
+int MainWindow::rowOf(QAbstractItemModel *table, const QStringList &columnNames, const QVector3D &place) {
+  return table != nullptr ? rowOfPoint(*table, columnNames, place) : -1;
+}
+
+bool MainWindow::saveShot(const QUrl &target) {
+  const QString file = target.toLocalFile();
+  const bool known = QImageWriter::supportedImageFormats().contains(QFileInfo(file).suffix().toLower().toLatin1());
+  return grab().save(file, known ? nullptr : "PNG");
+}
 
 void MainWindow::copyText(const QString &text) { QApplication::clipboard()->setText(text); }
 

@@ -1,18 +1,24 @@
 #pragma once
 
+#include <QAbstractItemModel>
 #include <QQmlApplicationEngine>
+#include <QQuickTextDocument>
 #include <QQuickWindow>
+#include <QVector3D>
+#include <memory>
 
 #include "app/window/file_calls.h"
 #include "app/window/log_view.h"
 #include "app/window/tool_list.h"
 #include "app/window/viewer.h"
+#include "app/window/window_place.h"
 
 namespace tarvo::skarnvisor::app {
 
 /// The window with what it binds to. Needs a QApplication; GUI thread.
 class MainWindow : public QObject {
   Q_OBJECT
+  Q_PROPERTY(QString version READ version CONSTANT)
 
  public:
   MainWindow();
@@ -27,7 +33,13 @@ class MainWindow : public QObject {
   Q_INVOKABLE void setDark(bool dark);
   /// The window with the newest picture of the cloud.
   QImage grab();
-  /// Saves the window as it looks; false if the file cannot be written.
+  static QString version();
+  /// See manual_page.h.
+  Q_INVOKABLE static QString manualPage(const QString &name);
+  Q_INVOKABLE static void fitPage(QQuickTextDocument *page, int width, const QColor &links);
+  /// Row of the table that lists the point at a place (metres), -1 if none does.
+  Q_INVOKABLE static int rowOf(QAbstractItemModel *table, const QStringList &columnNames, const QVector3D &place);
+  /// Saves the window as it looks, as PNG where the name tells no other format; false if the file cannot be written.
   Q_INVOKABLE bool saveShot(const QUrl &target);
   Q_INVOKABLE void copyText(const QString &text);
   /// Folder for pictures and exports that the user has not chosen one for.
@@ -41,6 +53,7 @@ class MainWindow : public QObject {
   ToolList m_tools;
   QQmlApplicationEngine m_engine;
   QQuickWindow *m_window = nullptr;
+  std::unique_ptr<WindowPlace> m_place;
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "app/session/live_address.h"
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -50,6 +52,17 @@ void Preferences::addRecent(const QString &source) {
   m_settings.setValue(recentKey, QStringList(sources.mid(0, recentLimit)));
   Q_EMIT recentChanged();
 }
+
+void Preferences::removeRecent(const QString &source) {
+  QStringList sources = recent();
+  sources.removeAll(source);
+  m_settings.setValue(recentKey, sources);
+  Q_EMIT recentChanged();
+}
+
+bool Preferences::isThere(const QString &source) { return namesLiveSource(source) || QFileInfo::exists(source); }
+
+QString Preferences::folder() const { return QFileInfo(file()).absolutePath(); }
 
 void Preferences::clearRecent() {
   m_settings.remove(recentKey);

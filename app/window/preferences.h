@@ -15,6 +15,10 @@ class Preferences : public QObject {
   Q_PROPERTY(QStringList recent READ recent NOTIFY recentChanged)
   /// Where the last PCD file was saved, by this program or by a buffer's own dialog; empty at first.
   Q_PROPERTY(QUrl lastPcdFolder READ lastPcdFolder NOTIFY lastPcdFolderChanged)
+  /// The settings file, and the folder of the program's data that it lies in.
+  Q_PROPERTY(QString file READ file CONSTANT)
+  Q_PROPERTY(QString folder READ folder CONSTANT)
+  Q_PROPERTY(QUrl folderUrl READ folderUrl CONSTANT)
 
  public:
   explicit Preferences(QObject *parent = nullptr);
@@ -32,7 +36,14 @@ class Preferences : public QObject {
 
   QStringList recent() const;
   void addRecent(const QString &source);
+  Q_INVOKABLE void removeRecent(const QString &source);
   Q_INVOKABLE void clearRecent();
+  /// Whether a remembered source can still be asked for: a live one always, a file or folder while it exists.
+  Q_INVOKABLE static bool isThere(const QString &source);
+
+  QString file() const { return m_settings.fileName(); }
+  QString folder() const;
+  QUrl folderUrl() const { return QUrl::fromLocalFile(folder()); }
 
  Q_SIGNALS:
   void recentChanged();

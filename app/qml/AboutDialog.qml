@@ -11,6 +11,8 @@ Dialog {
     modal: true
     title: "About Skarnvisor"
     width: Math.min(560, window.width - 40)
+    focus: true
+    footer: Buttons {}
     standardButtons: Dialog.Close
     GridLayout {
         width: parent.width

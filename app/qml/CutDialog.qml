@@ -12,6 +12,8 @@ Dialog {
     title: "Cut frames out"
     width: 380
     padding: 14
+    focus: true
+    footer: Buttons {}
     standardButtons: Dialog.Save | Dialog.Cancel
     readonly property int last: Math.max(0, viewer.timeline.frameCount - 1)
     readonly property int first: Math.min(from.value, to.value)

@@ -7,6 +7,7 @@ Popup {
     objectName: "help"
     anchors.centerIn: Overlay.overlay
     modal: true
+    focus: true
     padding: 20
     contentWidth: keys.width + 10
     contentHeight: Math.min(keys.height, window.height - 80)

@@ -10,6 +10,8 @@ Dialog {
     modal: true
     title: "Live source"
     width: 420
+    focus: true
+    footer: Buttons {}
     standardButtons: Dialog.Ok | Dialog.Cancel
     onOpened: port.forceActiveFocus()
     onAccepted: {

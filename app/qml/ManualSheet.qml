@@ -8,6 +8,7 @@ Popup {
     objectName: "manual"
     anchors.centerIn: Overlay.overlay
     modal: true
+    focus: true
     width: Math.min(960, window.width - 30)
     height: window.height - 40
     padding: 12

@@ -21,17 +21,18 @@ Rectangle {
     onBufferChanged: cutMade = undoable = reversed = false
 
     // The buffer takes back what the matrix holds that stands at that moment: the cut's own must stand then.
-    property var cutMatrix: null
+    property matrix4x4 cutMatrix
+    property matrix4x4 nowMatrix
     function cut() {
         cutMatrix = buffer.selectionMatrix
         buffer.singleFrameSelectedAreaFiltering()
         cutMade = undoable = true
     }
     function undo() {
-        var now = buffer.selectionMatrix
+        nowMatrix = buffer.selectionMatrix
         buffer.selectionMatrix = cutMatrix
         buffer.singleFrameSelectedAreaRevokedOnce()
-        buffer.selectionMatrix = now
+        buffer.selectionMatrix = nowMatrix
         undoable = false
     }
     function reverse() { buffer.singleFrameSelectedAreaReverse(); reversed = !reversed }

@@ -74,14 +74,15 @@ TEST_F(WindowHabits, EveryControlHasANameAndIsReachedWithTheTabKey) {
   start();
   ASSERT_NO_FATAL_FAILURE(open());
   viewer().setSplitView(true);
-  call("showTable", true);
   press(Qt::Key_S);
   drag({100, 100}, {300, 300});
-  ASSERT_TRUE(eventually([this] { return item("areaCut") != nullptr; }));
-  click("areaCut");
-  ASSERT_TRUE(eventually([this] { return item("pointTable") != nullptr && item("undoCut") != nullptr; }));
+  ASSERT_NO_FATAL_FAILURE(click("areaCut"));
+  call("showTable", true);
+  ASSERT_NO_FATAL_FAILURE(click("allPoints"));
+  ASSERT_TRUE(eventually([this] { return item("exportTable")->isEnabled() && item("undoCut") != nullptr; }));
   EXPECT_EQ(faults(window()->contentItem()).toStdString(), "") << "every panel open";
   viewer().setSplitView(false);
+  ASSERT_NO_FATAL_FAILURE(click("allPoints"));
   call("showTable", false);
   for (const char *name : {"liveDialog", "cutDialog", "about", "manual"}) {
     auto *const dialog = window()->findChild<QObject *>(name);
@@ -111,9 +112,11 @@ TEST_F(WindowHabits, TheWindowComesBackWhereItWasOnTheScreensThatAreThere) {
     EXPECT_EQ(app::WindowPlace::onScreen(one.wanted, screens), one.placed) << one.wanted.x() << " " << one.wanted.y();
 
   window()->setGeometry(150, 40, 900, 640);
-  EXPECT_TRUE(eventually([this] { return window()->geometry() == QRect(150, 40, 900, 640); }));
+  const auto isAt = [this](QRect place) { return eventually([&] { return window()->geometry() == place; }); };
+  EXPECT_TRUE(isAt({150, 40, 900, 640}));
   start();
-  EXPECT_TRUE(eventually([this] { return window()->geometry() == QRect(150, 40, 900, 640); }));
+  const QRect now = window()->geometry();
+  EXPECT_TRUE(isAt({150, 40, 900, 640})) << now.x() << " " << now.y() << " " << now.width() << " " << now.height();
   window()->setGeometry(0, 0, 1360, 860);
   EXPECT_TRUE(eventually([this] { return window()->width() == 1360; }));
 }

@@ -1,0 +1,11 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+// The buttons at the foot of a dialog.
+DialogButtonBox {
+    padding: 10
+    spacing: 8
+    alignment: Qt.AlignRight
+    background: null
+    delegate: PushButton { width: Math.max(80, implicitWidth) }
+}

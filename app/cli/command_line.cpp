@@ -14,6 +14,7 @@ CommandLine::CommandLine()
   m_app->require_subcommand(0, 1);
   m_app->fallthrough();
   addText(*m_app, "--plugin", m_plugin, "Plug-in library (the one beside the program)");
+  m_app->set_version_flag("--version", "skarnvisor " SKARNVISOR_VERSION, "Print the version and end");
   m_app->add_flag("-v,--verbose", m_verbose, "Print the log to standard error");
 }
 

@@ -12,12 +12,12 @@ Item {
     function show(at) {
         place = at
         spot = canvas.project(at)
-        if (window.tableShown) window.listPoint(at)
+        if (window.tableShown) window.select(canvas.pointMatrix(at))
     }
     function hide() { place = null }
     Connections { target: canvas; function onCameraChanged() { if (picked.place) picked.spot = canvas.project(picked.place) } }
     Connections { target: viewer; function onCaptureChanged() { picked.hide() } }
-    Connections { target: window; function onTableShownChanged() { if (window.tableShown && picked.place && !window.selecting) window.listPoint(picked.place) } }
+    Connections { target: window; function onTableShownChanged() { if (window.tableShown && picked.place && !window.selecting) window.select(canvas.pointMatrix(picked.place)) } }
 
     Repeater {
         model: viewer.splitView ? 2 : 1

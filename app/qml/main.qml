@@ -75,10 +75,6 @@ ApplicationWindow {
         canvas.tool = canvas.tool === tool ? CloudCanvas.Orbit : tool
         if (canvas.tool !== CloudCanvas.Ruler) ruler.clear()
     }
-    // The row of a point that was clicked; a point that the table lacks is listed alone.
-    function listPoint(place) {
-        if (tableLoader.item === null || !tableLoader.item.showPoint(place)) select(canvas.pointMatrix(place))
-    }
     function showGrid(on) { viewer.gridVisible = on; prefs.setValue("grid", on) }
     function showLegend(on) { legendShown = on; prefs.setValue("legend", on) }
     function showStats(on) { statsShown = on; prefs.setValue("stats", on) }

@@ -13,7 +13,6 @@
 #include "app/window/frame_pacer.h"
 #include "app/window/manual_page.h"
 #include "app/window/overlay_picture.h"
-#include "app/window/row_search.h"
 #include "app/window/theme.h"
 
 namespace tarvo::skarnvisor::app {
@@ -75,10 +74,6 @@ QString MainWindow::manualPage(const QString &name) { return app::manualPage(nam
 
 void MainWindow::fitPage(QQuickTextDocument *page, int width, const QColor &links) {
   if (page != nullptr && page->textDocument() != nullptr) app::fitPage(*page->textDocument(), width, links);
-}
-
-int MainWindow::rowOf(QAbstractItemModel *table, const QStringList &columnNames, const QVector3D &place) {
-  return table != nullptr ? rowOfPoint(*table, columnNames, place) : -1;
 }
 
 bool MainWindow::saveShot(const QUrl &target) {

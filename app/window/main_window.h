@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QAbstractItemModel>
 #include <QQmlApplicationEngine>
 #include <QQuickTextDocument>
 #include <QQuickWindow>
-#include <QVector3D>
 #include <memory>
 
 #include "app/window/file_calls.h"
@@ -37,8 +35,6 @@ class MainWindow : public QObject {
   /// See manual_page.h.
   Q_INVOKABLE static QString manualPage(const QString &name);
   Q_INVOKABLE static void fitPage(QQuickTextDocument *page, int width, const QColor &links);
-  /// Row of the table that lists the point at a place (metres), -1 if none does.
-  Q_INVOKABLE static int rowOf(QAbstractItemModel *table, const QStringList &columnNames, const QVector3D &place);
   /// Saves the window as it looks, as PNG where the name tells no other format; false if the file cannot be written.
   Q_INVOKABLE bool saveShot(const QUrl &target);
   Q_INVOKABLE void copyText(const QString &text);

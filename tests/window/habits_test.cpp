@@ -111,14 +111,17 @@ TEST_F(WindowHabits, TheWindowComesBackWhereItWasOnTheScreensThatAreThere) {
         Case{{100, 100, 3000, 2000}, {0, 0, 1400, 950}}})
     EXPECT_EQ(app::WindowPlace::onScreen(one.wanted, screens), one.placed) << one.wanted.x() << " " << one.wanted.y();
 
-  window()->setGeometry(150, 40, 900, 640);
+  const auto isKept = [this](int width) {
+    return eventually([&] { return viewer().preferences().value("width", 0).toInt() == width; });
+  };
   const auto isAt = [this](QRect place) { return eventually([&] { return window()->geometry() == place; }); };
-  EXPECT_TRUE(isAt({150, 40, 900, 640}));
+  window()->setGeometry(150, 40, 900, 640);
+  EXPECT_TRUE(isKept(900));
   start();
   const QRect now = window()->geometry();
   EXPECT_TRUE(isAt({150, 40, 900, 640})) << now.x() << " " << now.y() << " " << now.width() << " " << now.height();
   window()->setGeometry(0, 0, 1360, 860);
-  EXPECT_TRUE(eventually([this] { return window()->width() == 1360; }));
+  EXPECT_TRUE(isKept(1360));
 }
 
 TEST_F(WindowHabits, AnUndoneCutBringsBackItsPointsWhateverIsSelectedSince) {
@@ -155,12 +158,12 @@ TEST_F(WindowHabits, AClickedPointIsMarkedInTheTable) {
     QTest::mouseClick(window(), Qt::LeftButton, {}, at.toPoint());
   }
   ASSERT_FALSE(picked.isNull());
-  const int row = item("pointTable")->property("selectedRow").toInt();
-  ASSERT_GE(row, 0);
+  const auto row = [this] { return item("pointTable")->property("currentRow").toInt(); };
+  ASSERT_TRUE(eventually([&] { return row() >= 0; }));
   const QStringList names = table->property("columnNames").toStringList();
   const int axes[] = {names.indexOf("x(m)"), names.indexOf("y(m)"), names.indexOf("z(m)")};
   for (int axis = 0; axis < 3; ++axis)
-    EXPECT_NEAR(table->data(table->index(row, axes[axis])).toDouble(), static_cast<double>(picked[axis]), 0.002);
+    EXPECT_NEAR(table->data(table->index(row(), axes[axis])).toDouble(), static_cast<double>(picked[axis]), 0.002);
   ASSERT_NO_FATAL_FAILURE(click("allPoints"));
   call("showTable", false);
 }

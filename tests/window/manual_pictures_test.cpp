@@ -13,16 +13,18 @@ class ManualPictures : public WindowTest {
     if (folder().isEmpty()) GTEST_SKIP() << "SKARNVISOR_PICTURES names no folder";
     QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "WG9", "--channels", "64", "--columns", "1200",
                                                        "--frames", "30", "--telemetry", "--out", "street.pcap"});
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "KR2", "--channels", "64", "--columns", "1200",
+                                                       "--frames", "30", "--echoes", "2", "--out", "tools.pcap"});
   }
 
   static QString folder() { return qEnvironmentVariable("SKARNVISOR_PICTURES"); }
 
-  void show(const QStringList &panels) {
-    for (const char *panel :
-         {"colors", "filter", "echoes", "channels", "monitor", "faults", "calibration", "export", "log"})
+  void show(const QStringList &panels, const QString &file = "street.pcap") {
+    for (const char *panel : {"colors", "filter", "echoes", "channels", "monitor", "faults", "calibration", "export",
+                              "tools", "modes", "log"})
       setting(QString("panels/") + panel, panels.contains(panel));
     start();
-    viewer().open("street.pcap");
+    viewer().open(file);
     ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 29; }));
   }
 
@@ -71,6 +73,20 @@ TEST_F(ManualPictures, AreTakenFromTheRunningProgram) {
   viewer().sideColors()->setMode(static_cast<int>(viewer().colorTitles().indexOf("distance")));
   save("two-views");
   viewer().setSplitView(false);
+
+  ASSERT_NO_FATAL_FAILURE(show({"tools"}, "tools.pcap"));
+  save("tools");
+  ASSERT_NO_FATAL_FAILURE(show({"calibration", "export"}, "tools.pcap"));
+  save("calibration");
+
+  QProcess lidar;
+  lidar.start(SKARNVISOR_SIM, {"--type", "KR2", "--columns", "900", "--seconds", "0", "--stream", "127.0.0.1:23698"});
+  viewer().open("udp://127.0.0.1:23698");
+  EXPECT_TRUE(eventually([this] { return viewer().isLive() && viewer().pointsShown() > 0; }));
+  save("live");
+  viewer().close();
+  lidar.kill();
+  lidar.waitForFinished();
 
   setting("dark", false);
   ASSERT_NO_FATAL_FAILURE(show({"colors", "export"}));

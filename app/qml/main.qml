@@ -66,10 +66,7 @@ ApplicationWindow {
         if (urls.length > 1) viewer.tell("The first of " + urls.length + " was opened: one source is open at a time")
     }
     function openManual() { manual.open() }
-    function openLog() {
-        showDock(true)
-        dock.showLog()
-    }
+    function openLog() { dock.showLog() }
     // A tool that is taken again is put away.
     function takeTool(tool) {
         canvas.tool = canvas.tool === tool ? CloudCanvas.Orbit : tool

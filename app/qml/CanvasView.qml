@@ -49,6 +49,11 @@ Item {
 
     // What the source has drawn over its points.
     Loader { anchors.fill: parent; source: viewer.renderFile }
+    AxesCross {
+        objectName: "axes"
+        visible: viewer.ready && viewer.gridVisible
+        anchors { left: parent.left; leftMargin: 6; bottom: overlay.visible ? overlay.top : parent.bottom; bottomMargin: 6 }
+    }
 
     Label {
         objectName: "stats"

@@ -6,6 +6,8 @@ import "parts"
 Rectangle {
     id: legend
     property var scale
+    readonly property var colors: scale.legendColors
+    readonly property var ticks: scale.legendTicks
     readonly property bool shown: viewer.ready && window.legendShown && !scale.rgb
     visible: shown
     width: content.width + 16
@@ -22,7 +24,7 @@ Rectangle {
             anchors.right: parent.right
             spacing: 4
             Label { text: legend.scale.legendTitle; font.pixelSize: 13 }
-            Label { visible: legend.scale.locked; text: "\u25a3"; font.pixelSize: 11; color: theme.accent; anchors.verticalCenter: parent.verticalCenter }
+            Label { visible: legend.scale.locked; text: "locked"; font.pixelSize: 11; color: theme.accent; anchors.verticalCenter: parent.verticalCenter }
         }
         Row {
             anchors.right: parent.right
@@ -30,19 +32,19 @@ Rectangle {
             // From the top down, so the colours and the values are taken from their end.
             Column {
                 Repeater {
-                    model: legend.scale.legendColors
-                    Rectangle { width: 14; height: 5; color: legend.scale.legendColors[legend.scale.legendColors.length - 1 - index] }
+                    model: legend.colors.length
+                    Rectangle { width: 14; height: 5; color: legend.colors[legend.colors.length - 1 - index] || "transparent" }
                 }
             }
             Item {
-                id: ticks
+                id: values
                 width: 52
-                height: 5 * legend.scale.legendColors.length
+                height: 5 * legend.colors.length
                 Repeater {
-                    model: legend.scale.legendTicks
+                    model: legend.ticks.length
                     Label {
-                        y: ticks.height * (1 - index / (legend.scale.legendTicks.length - 1)) - height / 2
-                        text: modelData
+                        y: values.height * (1 - index / (legend.ticks.length - 1)) - height / 2
+                        text: legend.ticks[index] || ""
                         font.pixelSize: 12
                     }
                 }

@@ -92,12 +92,7 @@ ApplicationWindow {
     }
     // The point table is filled only while it is seen, or while the export of each frame needs it.
     function syncTable() { if (buffer && !exporting && buffer.spreadSheetEnabled !== tableShown) buffer.spreadSheetEnabled = tableShown }
-    // Tests and colours the points that are shown again: each call serves its own kind of picture.
-    function refilter() {
-        if (!buffer) return
-        if (typeof buffer.filterSinglePoints === "function") { buffer.filterSinglePoints(); buffer.filterMultiPoints() }
-        buffer.renderStateChanged()
-    }
+    function refilter() { viewer.refilter() }
     function screenshot() {
         chooser.ask("Save a picture of the window", ["Pictures (*.png)"], true, function (url) {
             if (app.saveShot(url)) viewer.tell("Picture saved")

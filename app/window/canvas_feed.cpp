@@ -1,5 +1,8 @@
 #include "app/window/canvas_feed.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -56,9 +59,15 @@ void CanvasFeed::clear() {
   m_lastWritten = 0;
 }
 
-PointCounts CanvasFeed::counts() const {
+CanvasFeed::Picture CanvasFeed::handOver() {
+  Picture picture{m_canvases, VertexCloud(m_samples)};
+  for (CanvasVertices &canvas : m_canvases) canvas.bytes.clear();
+  return picture;
+}
+
+PointCounts CanvasFeed::Picture::counts() const {
   PointCounts sum;
-  for (const CanvasVertices &canvas : m_canvases) {
+  for (const CanvasVertices &canvas : canvases) {
     sum.shown += canvas.counts.shown;
     sum.hidden += canvas.counts.hidden;
     sum.highlighted += canvas.counts.highlighted;
@@ -66,8 +75,15 @@ PointCounts CanvasFeed::counts() const {
   return sum;
 }
 
-void CanvasFeed::release(std::uint64_t serial) {
-  for (CanvasVertices &canvas : m_canvases) {
+void CanvasFeed::Picture::follow(Picture newer) {
+  for (std::size_t i = 0; i < std::min(canvases.size(), newer.canvases.size()); ++i) {
+    if (newer.canvases[i].serial == canvases[i].serial) newer.canvases[i].bytes = canvases[i].bytes;
+  }
+  *this = std::move(newer);
+}
+
+void CanvasFeed::Picture::release(std::uint64_t serial) {
+  for (CanvasVertices &canvas : canvases) {
     if (canvas.serial <= serial) canvas.bytes.clear();
   }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QVector>
 #include <cstdint>
 #include <vector>
 
@@ -8,23 +9,30 @@
 
 namespace tarvo::skarnvisor::app {
 
-/// Copies of the render buffer's vertex arrays, of which only those that changed are read again. A copy is let go when
-/// the graphics card has it; its counts and a sample of its vertices stay. GUI thread.
+/// Reads the render buffer's vertex arrays, only those that changed, each once. One thread at a time.
 class CanvasFeed {
  public:
+  /// What was read, as a value.
+  struct Picture {
+    std::vector<CanvasVertices> canvases;
+    /// Vertices spread evenly over each array, some ten thousand of one: what statistics need.
+    VertexCloud sample;
+
+    /// Over all arrays.
+    PointCounts counts() const;
+    /// Takes the newer picture's place; bytes that were not read again stay.
+    void follow(Picture newer);
+    /// Lets go of the bytes of the arrays up to that serial.
+    void release(std::uint64_t serial);
+  };
+
   /// A frame was parsed: the slots written since the last reading are new, and those whose size changed.
   void readFrame(const RenderView &view);
   /// Colours, marks or the shape of the stack changed.
   void readAll(const RenderView &view);
   void clear();
-
-  const std::vector<CanvasVertices> &canvases() const { return m_canvases; }
-  /// Over all arrays.
-  PointCounts counts() const;
-  /// Vertices spread evenly over each array, some ten thousand of one: what statistics need.
-  VertexCloud sample() const { return VertexCloud(m_samples); }
-  /// Lets go of the bytes of the arrays up to that serial.
-  void release(std::uint64_t serial);
+  /// The bytes are handed out once: only arrays read since the last time have any.
+  Picture handOver();
 
  private:
   void read(const RenderView &view, int index);

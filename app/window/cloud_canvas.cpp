@@ -83,7 +83,7 @@ QRectF CloudCanvas::viewAt(QPointF at) const {
 
 QMatrix4x4 CloudCanvas::viewProjection() const {
   const QRectF view = viewAt({0, 0});
-  const OrbitCamera &camera = m_shown.serial > 0 ? m_shown.camera : m_camera;
+  const OrbitCamera &camera = shownCamera();
   return camera.projectionMatrix(static_cast<float>(view.width() / std::max(1.0, view.height()))) * camera.viewMatrix();
 }
 
@@ -106,12 +106,25 @@ QMatrix4x4 CloudCanvas::pointMatrix(const QVector3D &place) const { return cubeM
 QVariantList CloudCanvas::labels() const {
   QVariantList labels;
   if (!m_viewer || m_viewer->scene().canvases.empty() || !m_viewer->scene().grid || height() < 1) return labels;
+  const QRectF view = viewAt({0, 0});
   for (const GroundGrid::Label &label : groundGrid(m_viewer->scene().extent).labels) {
     const QPointF at = onItem(viewProjection(), label.at);
-    if (std::isnan(at.x()) || !viewAt({0, 0}).contains(at)) continue;
-    labels << QVariantMap{{"x", at.x()}, {"y", at.y()}, {"text", label.text}};
+    if (std::isnan(at.x()) || !view.contains(at)) continue;
+    // Both views have the same camera.
+    for (double left = 0; left < width(); left += view.width())
+      labels << QVariantMap{{"x", left + at.x()}, {"y", at.y()}, {"text", label.text}};
   }
   return labels;
+}
+
+QVariantList CloudCanvas::axes() const {
+  QVariantList axes;
+  const QMatrix4x4 matrix = shownCamera().viewMatrix();
+  for (const QVector3D &axis : {QVector3D(1, 0, 0), QVector3D(0, 1, 0), QVector3D(0, 0, 1)}) {
+    const QVector3D seen = matrix.mapVector(axis);
+    axes << QVector3D(seen.x(), -seen.y(), seen.z());
+  }
+  return axes;
 }
 
 void CloudCanvas::redraw() {

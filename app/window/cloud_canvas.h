@@ -25,6 +25,8 @@ class CloudCanvas : public QQuickItem {
   Q_PROPERTY(bool orthographic READ isOrthographic WRITE setOrthographic NOTIFY orthographicChanged)
   /// Labels of the range rings: maps with x, y (item coordinates) and text.
   Q_PROPERTY(QVariantList labels READ labels NOTIFY cameraChanged)
+  /// Where the sensor's axes x, y and z point in the picture: vectors with x to the right, y down and z to the eye.
+  Q_PROPERTY(QVariantList axes READ axes NOTIFY cameraChanged)
   /// The band being drawn, item coordinates; empty while there is none.
   Q_PROPERTY(QRectF band READ band NOTIFY bandChanged)
 
@@ -41,6 +43,7 @@ class CloudCanvas : public QQuickItem {
   bool isOrthographic() const { return m_camera.isOrthographic(); }
   void setOrthographic(bool on);
   QVariantList labels() const;
+  QVariantList axes() const;
   QRectF band() const { return m_band; }
   Q_INVOKABLE void setView(const QString &name);
   Q_INVOKABLE void fit();
@@ -93,6 +96,7 @@ class CloudCanvas : public QQuickItem {
   void setBand(const QRectF &band);
   /// The view that a place of the item belongs to.
   QRectF viewAt(QPointF at) const;
+  const OrbitCamera &shownCamera() const { return m_shown.serial > 0 ? m_shown.camera : m_camera; }
   QMatrix4x4 viewProjection() const;
   /// The same for places in the sensor's coordinates.
   QMatrix4x4 pointProjection() const;

@@ -13,10 +13,13 @@ constexpr int legendColorCount = 32;
 
 }  // namespace
 
-ColorScale::ColorScale(ColorHalf half, QObject *parent) : QObject(parent), m_half(half) {}
+ColorScale::ColorScale(ColorHalf half, BackgroundCalls &background, QObject *parent)
+    : QObject(parent), m_half(half), m_background(background) {}
 
 void ColorScale::takeUp(const RenderView &view) {
   m_view = view;
+  ++m_requests;
+  m_requested.clear();
   m_measuredTitle.clear();
   refresh();
 }
@@ -29,6 +32,7 @@ void ColorScale::refresh() {
 }
 
 void ColorScale::measure(const VertexCloud &cloud, bool shown) {
+  if (!m_requested.isEmpty()) return;  // these are still the last mode's values
   const WordKind words = m_view.wordKind(m_half);
   const bool otherWords = words != m_colors.words;
   if (!otherWords && (!shown || m_measuredTitle == title())) return;
@@ -43,7 +47,18 @@ int ColorScale::mode() const { return static_cast<int>(m_view.colorTitles().inde
 void ColorScale::setMode(int mode) {
   if (mode < 0 || mode == this->mode()) return;
   m_measuredTitle.clear();
-  m_view.setColor(m_half, m_view.colorTitles().value(mode));
+  m_requested = m_view.colorTitles().value(mode);
+  m_background.run([this, view = m_view, title = m_requested, request = ++m_requests]() mutable {
+    if (request == m_requests) view.setColor(m_half, title);
+    QMetaObject::invokeMethod(
+        this,
+        [this, request] {
+          if (request != m_requests) return;
+          m_requested.clear();
+          refresh();
+        },
+        Qt::QueuedConnection);
+  });
   refresh();
 }
 

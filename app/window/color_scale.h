@@ -4,8 +4,10 @@
 #include <QObject>
 #include <QStringList>
 #include <QVariantList>
+#include <atomic>
 
 #include "app/session/render_view.h"
+#include "app/window/background_calls.h"
 #include "app/window/canvas_scene.h"
 
 namespace tarvo::skarnvisor::app {
@@ -33,7 +35,8 @@ class ColorScale : public QObject {
   Q_PROPERTY(QVariantList legendColors READ legendColors NOTIFY changed)
 
  public:
-  ColorScale(ColorHalf half, QObject *parent);
+  /// The buffer's colour mode is set in the background: the points that are shown are coloured anew with it.
+  ColorScale(ColorHalf half, BackgroundCalls &background, QObject *parent);
 
   /// A new buffer, or none.
   void takeUp(const RenderView &view);
@@ -43,7 +46,8 @@ class ColorScale : public QObject {
 
   int mode() const;
   void setMode(int mode);
-  QString title() const { return m_view.colorTitle(m_half); }
+  /// Of the mode that was asked for last, which the buffer may not have taken up yet.
+  QString title() const { return m_requested.isEmpty() ? m_view.colorTitle(m_half) : m_requested; }
   QString ramp() const { return m_colors.ramp.name(); }
   void setRamp(const QString &name);
   bool isLocked() const { return m_locked.contains(title()); }
@@ -73,9 +77,12 @@ class ColorScale : public QObject {
  private:
   void setRange(double low, double high);
 
-  ColorHalf m_half;
+  const ColorHalf m_half;
+  BackgroundCalls &m_background;
   RenderView m_view;
   ViewColors m_colors;
+  QString m_requested;  ///< mode on its way to the buffer; empty: none
+  std::atomic<int> m_requests{0};
   QString m_measuredTitle;  ///< mode that the range was measured for; empty: not measured
   QHash<QString, ValueRange> m_locked;
 };

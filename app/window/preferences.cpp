@@ -30,7 +30,9 @@ QVariant Preferences::value(const QString &key, const QVariant &fallback) const 
 }
 
 void Preferences::setValue(const QString &key, const QVariant &value) {
-  m_settings.setValue(QStringLiteral("Viewer/") + key, value);
+  // A value that stays would have the file written all the same.
+  if (m_settings.value(QStringLiteral("Viewer/") + key) != value)
+    m_settings.setValue(QStringLiteral("Viewer/") + key, value);
 }
 
 QUrl Preferences::lastPcdFolder() const {

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "app/render/picking.h"
 #include "app/session/live_address.h"
@@ -32,7 +33,9 @@ QString lineOf(const QString &status, const QString &title) {
 }  // namespace
 
 Viewer::Viewer(QObject *parent)
-    : QObject(parent), m_colors(ColorHalf::Main, this), m_sideColors(ColorHalf::SplitWindow, this) {
+    : QObject(parent),
+      m_colors(ColorHalf::Main, m_background, this),
+      m_sideColors(ColorHalf::SplitWindow, m_background, this) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
   connect(&m_session, &CaptureSession::failed, this, &Viewer::tellWhatElseToOpen);
   connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::noteFrame);
@@ -125,7 +128,11 @@ void Viewer::takeUpCapture() {
 void Viewer::drop() {
   m_jobs.stop();
   m_tableRows.stop();
+  m_background.finish();
+  ++m_sourcesClosed;
+  m_reading = m_frameDue = m_allDue = false;
   m_feed.clear();
+  m_picture = {};
   m_scene.canvases.clear();
   m_statusText.clear();
   m_overlay = QImage();
@@ -146,21 +153,54 @@ void Viewer::drop() {
 }
 
 void Viewer::readFrame() {
-  if (m_session.view().isEmpty()) return;
   ++m_picturesSinceRate;
-  m_feed.readFrame(m_session.view());
-  takePicture();
+  read(false);
 }
 
-void Viewer::readPicture() {
+void Viewer::readPicture() { read(true); }
+
+/// The bytes of a big frame take milliseconds to copy, and a pass over it may hold them for longer.
+void Viewer::read(bool all) {
   if (m_session.view().isEmpty()) return;
-  m_feed.readAll(m_session.view());
+  (all ? m_allDue : m_frameDue) = true;
+  if (m_reading) return;
+  m_reading = true;
+  m_frameDue = false;
+  all = std::exchange(m_allDue, false);
+  m_background.run([this, all, view = m_session.view(), source = m_sourcesClosed] {
+    if (all)
+      m_feed.readAll(view);
+    else
+      m_feed.readFrame(view);
+    const auto take = [this, source, picture = m_feed.handOver()] { takeRead(source, picture); };
+    QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
+  });
+}
+
+void Viewer::takeRead(int source, CanvasFeed::Picture picture) {
+  if (source != m_sourcesClosed) return;
+  m_reading = false;
+  m_picture.follow(std::move(picture));
   takePicture();
+  if (m_allDue || m_frameDue) read(m_allDue);
+}
+
+void Viewer::refilter() {
+  if (buffer() == nullptr || m_refilterWaits.exchange(true)) return;
+  m_background.run([this, buffer = buffer()] {
+    m_refilterWaits = false;
+    // Each call serves its own kind of picture.
+    for (const char *pass : {"filterSinglePoints", "filterMultiPoints"}) {
+      if (buffer->metaObject()->indexOfMethod(QByteArray(pass) + "()") >= 0)
+        QMetaObject::invokeMethod(buffer, pass, Qt::DirectConnection);
+    }
+    QMetaObject::invokeMethod(buffer, "renderStateChanged", Qt::DirectConnection);
+  });
 }
 
 void Viewer::takePicture() {
-  m_scene.canvases = m_feed.canvases();
-  const bool shown = m_feed.counts().shown > 0;
+  m_scene.canvases = m_picture.canvases;
+  const bool shown = m_picture.counts().shown > 0;
   if (shown && !m_measured) {
     m_measured = true;
     measureScene();
@@ -169,15 +209,15 @@ void Viewer::takePicture() {
       Q_EMIT sceneFound();
     }
   }
-  m_colors.measure(m_feed.sample(), shown);
-  m_sideColors.measure(m_feed.sample(), shown);
+  m_colors.measure(m_picture.sample, shown);
+  m_sideColors.measure(m_picture.sample, shown);
   m_statusText = lineOf(m_session.view().status(), title());
   Q_EMIT pictureChanged();
 }
 
 void Viewer::releaseVertices(std::uint64_t serial, bool lacks) {
-  m_feed.release(serial);
-  m_scene.canvases = m_feed.canvases();
+  m_picture.release(serial);
+  m_scene.canvases = m_picture.canvases;
   if (lacks) readPicture();
 }
 
@@ -199,7 +239,7 @@ std::optional<VertexPoint> Viewer::pointUnder(const QMatrix4x4 &viewProjection, 
 }
 
 void Viewer::measureScene() {
-  m_scene.extent = sceneExtent(m_feed.sample(), m_scene.placement);
+  m_scene.extent = sceneExtent(m_picture.sample, m_scene.placement);
   ++m_scene.extentSerial;
   Q_EMIT lookChanged();
 }
@@ -225,7 +265,7 @@ QString Viewer::title() const {
 
 QString Viewer::countText() const {
   if (!isReady()) return {};
-  const PointCounts counts = m_feed.counts();
+  const PointCounts counts = m_picture.counts();
   QString text = QStringLiteral("%1 points shown, %2 hidden").arg(grouped(counts.shown), grouped(counts.hidden));
   if (counts.highlighted > 0) text += QStringLiteral(", %1 selected").arg(grouped(counts.highlighted));
   return text;

@@ -7,9 +7,11 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <atomic>
 #include <optional>
 
 #include "app/session/capture_session.h"
+#include "app/window/background_calls.h"
 #include "app/window/canvas_feed.h"
 #include "app/window/canvas_scene.h"
 #include "app/window/color_scale.h"
@@ -94,6 +96,8 @@ class Viewer : public QObject {
   Q_INVOKABLE void stopReading();
   /// Opens the capture again and shows the sensor of that place in `sensors`.
   Q_INVOKABLE void showSensor(int index);
+  /// Tests and colours the points that are shown again; their picture follows.
+  Q_INVOKABLE void refilter();
   /// Starts or ends a recording of a live source.
   Q_INVOKABLE void record(bool on);
 
@@ -123,8 +127,8 @@ class Viewer : public QObject {
   QString notice() const { return m_notice; }
   QString statusText() const { return m_statusText; }
   QString countText() const;
-  int pointsShown() const { return static_cast<int>(m_feed.counts().shown); }
-  int pointsSelected() const { return static_cast<int>(m_feed.counts().highlighted); }
+  int pointsShown() const { return static_cast<int>(m_picture.counts().shown); }
+  int pointsSelected() const { return static_cast<int>(m_picture.counts().highlighted); }
   double pictureRate() const { return m_pictureRate; }
   QString lossText() const { return m_lossText; }
   bool isIndexing() const;
@@ -180,6 +184,8 @@ class Viewer : public QObject {
   void takeUpCapture();
   void readFrame();
   void readPicture();
+  void read(bool all);
+  void takeRead(int source, CanvasFeed::Picture picture);
   void takePicture();
   void drop();
   void setError(const QString &error);
@@ -190,8 +196,14 @@ class Viewer : public QObject {
   void openRequested();
 
   Preferences m_preferences;
-  CanvasFeed m_feed;
+  CanvasFeed m_feed;  ///< used by the calls in the background alone
+  CanvasFeed::Picture m_picture;
   CanvasScene m_scene;
+  bool m_reading = false;  ///< one reading at a time; what changes meanwhile makes another due
+  bool m_frameDue = false;
+  bool m_allDue = false;
+  int m_sourcesClosed = 0;
+  std::atomic<bool> m_refilterWaits{false};
   ColorScale m_colors;
   ColorScale m_sideColors;
   QString m_requested;  ///< as the user named it
@@ -215,6 +227,7 @@ class Viewer : public QObject {
   int m_picturesSinceRate = 0;
   double m_pictureRate = 0;
   /// These end first: closing the capture still reaches the fields above.
+  BackgroundCalls m_background;  ///< all that reads or recolours whole vertex arrays
   Jobs m_jobs;
   TableRows m_tableRows;
   CaptureSession m_session;

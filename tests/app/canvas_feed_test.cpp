@@ -62,15 +62,24 @@ TEST(CanvasFeed, ASlotOfAnotherSizeAndAStackOfAnotherDepthAreReadAnew) {
   const RenderView view(&stack);
   CanvasFeed feed;
   feed.readAll(view);
-  const std::uint64_t before = feed.canvases()[2].serial;
+  CanvasFeed::Picture picture = feed.handOver();
+  const std::uint64_t before = picture.canvases[2].serial;
   stack.points[2] = 7;
   feed.readFrame(view);
-  EXPECT_GT(feed.canvases()[2].serial, before);
-  EXPECT_EQ(feed.counts().shown, 10U);
+  picture.follow(feed.handOver());
+  EXPECT_GT(picture.canvases[2].serial, before);
+  EXPECT_EQ(picture.counts().shown, 10U);
+  // What was not read again keeps its bytes, until the graphics card has them; the counts stay.
+  EXPECT_EQ(picture.canvases[1].bytes.size(), 12);
+  picture.release(picture.canvases[2].serial - 1);
+  EXPECT_TRUE(picture.canvases[1].bytes.isEmpty());
+  EXPECT_EQ(picture.canvases[2].bytes.size(), 7 * 12);
+  EXPECT_EQ(picture.counts().shown, 10U);
   stack.slots = 1;
   feed.readFrame(view);
-  EXPECT_EQ(feed.canvases().size(), 1U);
-  EXPECT_EQ(feed.sample().size(), 1U);
+  picture.follow(feed.handOver());
+  EXPECT_EQ(picture.canvases.size(), 1U);
+  EXPECT_EQ(picture.sample.size(), 1U);
 }
 
 TEST(Picking, ABandHoldsWhatIsDrawnInItAndNothingBehindTheEye) {

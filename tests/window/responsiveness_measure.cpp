@@ -1,5 +1,6 @@
-// How long the GUI thread is held at a time while a capture of big frames plays and settings change. A measure, not a
-// test: it prints, and runs only when SKARNVISOR_MEASURE names the seconds to play.
+// How long the GUI thread is held at a time while a capture of big frames plays and settings change, and the memory of
+// a deep stack in the window. Measures, not tests: they print, and run only when SKARNVISOR_MEASURE names the seconds
+// to play.
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstdio>
@@ -66,6 +67,11 @@ class Responsiveness : public WindowTest {
     if (seconds() <= 0) GTEST_SKIP() << "SKARNVISOR_MEASURE names no seconds";
     start();
   }
+  /// Vertex arrays with points.
+  int filled() {
+    const auto &canvases = viewer().scene().canvases;
+    return static_cast<int>(std::count_if(canvases.begin(), canvases.end(), [](auto &each) { return each.count > 0; }));
+  }
   static int seconds() { return qEnvironmentVariableIntValue("SKARNVISOR_MEASURE"); }
 
   /// Serves events until the time is over, calling `change` five times a second.
@@ -131,6 +137,52 @@ TEST_F(Responsiveness, OfATableOfAMillionRows) {
   play(seconds() * 1000, [table](int turn) { table->setProperty("contentY", 1e4 + turn * 1234.5 * 22); });
   turns.print("jumping through the table");
   QMetaObject::invokeMethod(window(), "showTable", Q_ARG(QVariant, false));
+}
+
+/// Memory of the process that no file stands behind, bytes.
+double ownBytes() {
+  QFile file(QStringLiteral("/proc/self/status"));
+  if (!file.open(QIODevice::ReadOnly)) return 0;
+  const QList<QByteArray> lines = file.readAll().split('\n');
+  for (const QByteArray &line : lines) {
+    if (line.startsWith("RssAnon:")) return line.mid(8).trimmed().split(' ').value(0).toDouble() * 1024;
+  }
+  return 0;
+}
+
+/// A renderer in software has its copy of the vertices in this process too: 12 bytes a point, which are taken off.
+TEST_F(Responsiveness, OfAStackOf150FramesTheMemory) {
+  constexpr int stackFrames = 150;
+  constexpr double budgetBytes = 104;
+  constexpr double cardBytes = 12;
+  QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                    {"--channels", "128", "--columns", "1563", "--frames", "156", "--out", "deep.pcap"});
+  const double empty = ownBytes();
+  viewer().open("deep.pcap");
+  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 155; }));
+  const double points = 1.0 * stackFrames * (viewer().scene().canvases[0].count);
+  const double before = ownBytes();
+  bool accepted = false;
+  QMetaObject::invokeMethod(viewer().buffer(), "setFrameNumber", Q_RETURN_ARG(bool, accepted), Q_ARG(int, stackFrames));
+  ASSERT_TRUE(accepted);
+  ASSERT_TRUE(eventually([this] { return viewer().scene().canvases.size() == 30; }));
+  double most = 0;
+  for (int frame = 5; frame < 156; frame += 5) {
+    timeline().seekFrame(frame);
+    EXPECT_TRUE(eventually([&] {
+      return viewer().scene().canvases.size() == 30 && filled() >= std::min(30, frame / 5);
+    })) << "frame "
+        << frame << ", " << filled() << " groups";
+    most = std::max(most, ownBytes());
+  }
+  canvas();
+  const double budget = points * budgetBytes;
+  const double now = ownBytes() - points * cardBytes;
+  std::printf(
+      "150 frames of %.0f points, %s: budget %.0f MB; the process %.0f MB without the renderer's %.0f MB, %.3f of "
+      "the budget; %.0f MB before a capture was open, %.0f MB with one frame, at most %.0f MB while it filled\n",
+      points / stackFrames, qPrintable(viewer().countText()), budget / 1e6, now / 1e6, points * cardBytes / 1e6,
+      now / budget, empty / 1e6, before / 1e6, most / 1e6);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ Column {
         width: parent.width
         spacing: 8
         Check { objectName: "splitCheck"; text: "Two views"; tip: "Two views of one frame, each with a colour mode of its own"; checked: viewer.splitView; onToggled: viewer.splitView = checked }
-        Check { text: "Range rings"; tip: "Circles around the lidar, with their distance"; checked: viewer.gridVisible; onToggled: { viewer.gridVisible = checked; prefs.setValue("grid", checked) } }
+        Check { text: "Rings and axes"; tip: "Circles around the lidar with their distance, and which way its axes point"; checked: viewer.gridVisible; onToggled: { viewer.gridVisible = checked; prefs.setValue("grid", checked) } }
         Check { text: "Legend"; tip: "The ramp with its values, on the canvas"; checked: window.legendShown; onToggled: { window.legendShown = checked; prefs.setValue("legend", checked) } }
         Check { text: "Frame rate and points"; tip: "Pictures a second and the number of points, on the canvas"; checked: window.statsShown; onToggled: { window.statsShown = checked; prefs.setValue("stats", checked) } }
     }

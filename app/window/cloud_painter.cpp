@@ -85,8 +85,10 @@ void CloudPainter::uploadCanvases(const std::vector<CanvasVertices> &canvases, D
     if (!held.buffer.isCreated()) held.buffer.create();
     held.serial = canvas.serial;
     held.count = uploadVertices(held.buffer, canvas.bytes);
-    result.uploaded = std::max(result.uploaded, canvas.serial);
+    m_uploaded = std::max(m_uploaded, canvas.serial);
   }
+  // Of all pictures so far: who looks may have missed the one that it was for.
+  result.uploaded = m_uploaded;
 }
 
 void CloudPainter::uploadGrid(const CanvasScene &scene) {

@@ -56,6 +56,7 @@ void ColorScale::setMode(int mode) {
           if (request != m_requests) return;
           m_requested.clear();
           refresh();
+          Q_EMIT modeTaken();
         },
         Qt::QueuedConnection);
   });

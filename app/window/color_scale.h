@@ -71,6 +71,8 @@ class ColorScale : public QObject {
 
  Q_SIGNALS:
   void changed();
+  /// The buffer has the mode that was asked for; its points have their colours.
+  void modeTaken();
   /// The range must be measured on the picture as it is.
   void fitRequested();
 

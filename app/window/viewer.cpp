@@ -56,6 +56,7 @@ Viewer::Viewer(QObject *parent)
       Q_EMIT lookChanged();
     });
     connect(scale, &ColorScale::fitRequested, this, &Viewer::takePicture);
+    connect(scale, &ColorScale::modeTaken, this, &Viewer::readPicture);
   }
   connect(&m_healthTimer, &QTimer::timeout, this, &Viewer::lookAtHealth);
   m_healthTimer.start(healthIntervalMs);

@@ -63,10 +63,9 @@ Column {
 
     RowLayout {
         width: parent.width
-        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; Layout.preferredWidth: 60; onClicked: panel.setShown(table.all(), true) }
-        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; Layout.preferredWidth: 60; onClicked: panel.setShown(table.all(), false) }
-        Item { Layout.fillWidth: true }
-        Label { objectName: "channelCount"; text: panel.shownRows.length + " of " + table.rowCount + " shown"; color: theme.faint; font.pixelSize: 12 }
+        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; Layout.preferredWidth: 52; onClicked: panel.setShown(table.all(), true) }
+        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; Layout.preferredWidth: 52; onClicked: panel.setShown(table.all(), false) }
+        Label { objectName: "channelCount"; text: panel.shownRows.length + " of " + table.rowCount + " shown"; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; horizontalAlignment: Text.AlignRight; Layout.fillWidth: true }
     }
     RowLayout {
         width: parent.width

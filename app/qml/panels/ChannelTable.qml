@@ -14,7 +14,7 @@ Table {
     label: "Channels"
     heads: model ? model.headerData : []
     // Columns without a name of their own hold nothing.
-    widths: heads.map(function (head, column) { return head === "N/A" ? 0 : [34, 64, 92, 92][column] })
+    widths: heads.map(function (head, column) { return head === "N/A" ? 0 : [34, 58, 82, 82][column] })
     headsClickable: true
     headsMovable: false
     headMark: function (column) { return column !== sortColumn || sortOrder === 0 ? "" : sortOrder > 0 ? " \u25b4" : " \u25be" }

@@ -175,7 +175,7 @@ Item {
             Rectangle {
                 visible: table.activeFocus && table.currentRow >= 0
                 y: table.currentRow * table.rowHeight - table.contentY
-                width: parent.width
+                width: table.startOf(table.heads.length)
                 height: table.rowHeight
                 color: "transparent"
                 border.color: theme.text

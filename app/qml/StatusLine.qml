@@ -21,7 +21,10 @@ Rectangle {
         .filter(function (part) { return part.length > 0 }).join("   ")
     // A lidar's packets are counted, a point file has none.
     readonly property bool counted: viewer.buffer !== null && typeof viewer.buffer.importCorrectionsFile === "function"
-    height: failed ? Math.max(28, message.implicitHeight + 10) : 28
+    // The wrapped text has its height when the others of the line have taken their width.
+    property real textHeight: 0
+    function measure() { textHeight = message.implicitHeight }
+    height: failed ? Math.max(28, textHeight + 10) : 28
     color: failed ? theme.errorBack : theme.bar
 
     // A tool tip in sight must not take the Escape key from the window.
@@ -53,6 +56,7 @@ Rectangle {
             color: line.failed ? theme.errorText : theme.faint
             wrapMode: line.failed ? Text.Wrap : Text.NoWrap
             maximumLineCount: line.failed ? 4 : 1
+            onImplicitHeightChanged: Qt.callLater(line.measure)
             Accessible.role: line.failed ? Accessible.AlertMessage : Accessible.StaticText
         }
         PushButton { objectName: "dismiss"; visible: line.failed; text: "Dismiss"; tip: "Dismiss the message (Escape)"; implicitHeight: 22; onClicked: viewer.clearError() }

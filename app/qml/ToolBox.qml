@@ -19,7 +19,7 @@ Column {
     Connections {
         target: viewer
         function onPictureChanged() {
-            if (!box.eyeOwed) return
+            if (!box.eyeOwed || !viewer.buffer) return
             box.eyeOwed = false
             viewer.measureScene()
             canvas.setView(viewer.buffer.remakeConfig ? "right" : viewer.viewNames[0])

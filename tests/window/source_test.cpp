@@ -16,7 +16,7 @@ namespace {
 class WindowSources : public WindowTest {
  protected:
   void changeTheme() {
-    ASSERT_NO_FATAL_FAILURE(clickText(QStringLiteral("View \u25be")));
+    ASSERT_NO_FATAL_FAILURE(clickText("&View"));
     clickText("Light theme");
   }
 };

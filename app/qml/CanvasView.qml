@@ -48,11 +48,11 @@ Item {
     Welcome { anchors.centerIn: parent; visible: !viewer.ready }
 
     // What the source has drawn over its points.
-    Loader { anchors.fill: parent; source: viewer.renderFile }
+    Loader { id: drawn; anchors.fill: parent; source: viewer.renderFile }
     AxesCross {
         objectName: "axes"
         visible: viewer.ready && viewer.gridVisible
-        anchors { left: parent.left; leftMargin: 6; bottom: overlay.visible ? overlay.top : parent.bottom; bottomMargin: 6 }
+        anchors { left: parent.left; leftMargin: 6; bottom: parent.bottom; bottomMargin: 6 + (drawn.item ? drawn.item.cornerHeight : 0) }
     }
 
     Label {

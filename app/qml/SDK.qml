@@ -3,7 +3,9 @@ import "parts"
 
 // What lies over the points of a lidar: the legends, and the picture of its camera.
 CloudLegends {
+    cornerHeight: overlay.visible ? overlay.height + 8 : 0
     Image {
+        id: overlay
         objectName: "overlay"
         visible: viewer.overlaySerial > 0
         anchors { left: parent.left; bottom: parent.bottom; margins: 14 }

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QQuickWindow>
+#include <QTimer>
 #include <atomic>
 
 namespace tarvo::skarnvisor::app {
 
 /// Keeps the GUI thread from waiting for the scene graph's thread. That thread takes up the next state of the window
 /// when it has drawn the last one, and whoever asks earlier is held until then; this object puts off the asking
-/// instead. Where the window is drawn on the GUI thread it has nothing to do. GUI thread; lives as long as the window.
+/// instead, for a moment at most: an animation of that thread's own draws without a pause, and a grab ends without a
+/// swap. Where the window is drawn on the GUI thread it has nothing to do. GUI thread; lives as long as the window.
 class FramePacer : public QObject {
  public:
   explicit FramePacer(QQuickWindow &window);
@@ -16,8 +18,10 @@ class FramePacer : public QObject {
   bool eventFilter(QObject *window, QEvent *event) override;
 
  private:
+  QQuickWindow &m_window;
   std::atomic<bool> m_drawing{false};
-  bool m_putOff = false;  ///< an update waits for the end of the drawing
+  QTimer m_putOff;        ///< runs while an update waits for the end of the drawing
+  bool m_waited = false;  ///< the next update is not put off
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -28,10 +28,12 @@ Dialog {
         open()
     }
     function seconds() {
+        if (viewer.clip === null) return 0
         var begins = viewer.clip.getFrameStartSeconds(first)
         return (end < last ? viewer.clip.getFrameStartSeconds(end + 1) : viewer.clip.endSeconds) - begins
     }
     onOpened: from.forceActiveFocus()
+    Connections { target: viewer; function onCaptureChanged() { dialog.close() } }
     onAccepted: {
         var a = first, b = end
         chooser.ask("Save the cut", ["pcap files (*.pcap)"], true, function (url) { jobs.cut(viewer.clip, url, a, b) })

@@ -9,6 +9,7 @@ ToolBar {
     id: strip
     background: Rectangle { color: theme.bar }
     implicitHeight: 38
+    implicitWidth: 0  // as wide as the window; what it holds follows that
 
     RowLayout {
         anchors { fill: parent; leftMargin: 8; rightMargin: 8 }

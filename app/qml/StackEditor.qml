@@ -15,6 +15,7 @@ Row {
     spacing: 4
 
     function ask(depth) {
+        if (!visible) return  // what was typed for another source
         asked = depth
         if (buffer.setFrameNumber(depth) === false && !busy) field.restore()
     }

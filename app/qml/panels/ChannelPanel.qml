@@ -63,8 +63,8 @@ Column {
 
     RowLayout {
         width: parent.width
-        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; Layout.preferredWidth: 52; onClicked: panel.setShown(table.all(), true) }
-        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; Layout.preferredWidth: 52; onClicked: panel.setShown(table.all(), false) }
+        PushButton { objectName: "allChannels"; text: "All"; tip: "Show all channels"; Layout.preferredWidth: 46; onClicked: panel.setShown(table.all(), true) }
+        PushButton { objectName: "noChannels"; text: "None"; tip: "Hide all channels"; Layout.preferredWidth: 46; onClicked: panel.setShown(table.all(), false) }
         Label { objectName: "channelCount"; text: panel.shownRows.length + " of " + table.rowCount + " shown"; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; horizontalAlignment: Text.AlignRight; Layout.fillWidth: true }
     }
     RowLayout {

@@ -13,8 +13,9 @@ Table {
 
     label: "Channels"
     heads: model ? model.headerData : []
-    // Columns without a name of their own hold nothing.
-    widths: heads.map(function (head, column) { return head === "N/A" ? 0 : [34, 58, 82, 82][column] })
+    // Columns without a name of their own hold nothing; what a narrow panel lacks, the angles give.
+    readonly property real spare: Math.min(12, Math.max(0, (width - 239) / 3))
+    widths: heads.map(function (head, column) { return head === "N/A" ? 0 : [30, 48 + spare, 76 + spare, 71 + spare][column] })
     headsClickable: true
     headsMovable: false
     headMark: function (column) { return column !== sortColumn || sortOrder === 0 ? "" : sortOrder > 0 ? " \u25b4" : " \u25be" }

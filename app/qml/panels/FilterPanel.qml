@@ -66,10 +66,10 @@ Column {
             onActivated: { panel.any = index === 1; panel.apply() }
         }
     }
-    RowLayout {
+    Flow {
         width: parent.width
-        Check { objectName: "filterHighlight"; text: "Highlight instead of hiding"; tip: "Mark the points outside and leave them in the picture"; checked: panel.highlight; onToggled: { panel.filter.highlight = checked ? 1 : 0; panel.apply() } }
-        Item { Layout.fillWidth: true }
+        spacing: 6
+        Check { objectName: "filterHighlight"; height: 28; text: "Highlight instead of hiding"; tip: "Mark the points outside and leave them in the picture"; checked: panel.highlight; onToggled: { panel.filter.highlight = checked ? 1 : 0; panel.apply() } }
         PushButton { objectName: "filterReset"; text: "Reset"; tip: "All ranges open, the filter off"; onClicked: panel.reset() }
     }
     Repeater { model: rows.floats; FilterRow { width: panel.width; visible: panel.filter ? Boolean(panel.filter[row.flag]) : false; row: modelData; whole: false; limits: panel.floatLimits[index]; onEntered: panel.setLimit(false, index, end, value) } }

@@ -21,6 +21,9 @@ RowLayout {
         Layout.preferredWidth: 120
         Layout.fillWidth: true
         elide: Text.ElideRight
+        HoverHandler { id: hover }
+        ToolTip.visible: hover.hovered && truncated
+        ToolTip.text: text
     }
     NumberField { objectName: rangeRow.row.flag + "-low"; label: rangeRow.row.title + ", from"; decimals: rangeRow.whole ? 0 : 3; Layout.fillWidth: true; Layout.preferredWidth: 60; Layout.maximumWidth: 90; number: rangeRow.limits[0]; onEntered: rangeRow.entered(0, value) }
     Label { text: rangeRow.round ? "\u21bb" : "\u2013"; font.pixelSize: 12; horizontalAlignment: Text.AlignHCenter; Layout.preferredWidth: 12; Accessible.name: rangeRow.round ? "goes round" : "to" }

@@ -14,7 +14,7 @@ Column {
 
     ScaleEditor { objectName: "mainScale"; scale: viewer.colors; title: viewer.splitView ? "Left view" : "" }
     ScaleEditor { objectName: "sideScale"; visible: viewer.splitView; scale: viewer.sideColors; title: "Right view" }
-    CameraScale { visible: viewer.colors.rgb && panel.buffer !== null && panel.buffer.rgbMin !== undefined; width: parent.width; buffer: panel.buffer }
+    CameraScale { visible: (viewer.colors.rgb || viewer.overlaySerial > 0) && panel.buffer !== null && panel.buffer.rgbMin !== undefined; width: parent.width; buffer: panel.buffer }
     AreaScale { visible: panel.buffer !== null && Boolean(panel.buffer.areaRemapFlag); width: parent.width; buffer: panel.buffer }
 
     Flow {

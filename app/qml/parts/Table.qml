@@ -100,12 +100,6 @@ Item {
 
     Rectangle { width: parent.width; height: 24; color: theme.bar }
     Label { visible: table.rowNumbers; width: numbers.width; height: 24; text: "#"; rightPadding: 6; font { pixelSize: 12; bold: true } color: theme.faint; horizontalAlignment: Text.AlignRight; verticalAlignment: Text.AlignVCenter }
-    component Line: Item {
-        readonly property int row: table.first + (index - table.first % table.lines + table.lines) % table.lines
-        y: row * table.rowHeight - table.contentY
-        height: table.rowHeight
-        visible: row < table.rowCount
-    }
     Item {
         id: numbers
         y: 24
@@ -114,7 +108,8 @@ Item {
         clip: true
         Repeater {
             model: table.rowNumbers ? table.lines : 0
-            Line {
+            TableLine {
+                owner: table
                 width: numbers.width
                 Label { anchors.fill: parent; text: row + 1; rightPadding: 6; font.pixelSize: 12; color: row === table.currentRow ? theme.accent : theme.faint; horizontalAlignment: Text.AlignRight; verticalAlignment: Text.AlignVCenter }
             }
@@ -130,57 +125,7 @@ Item {
         clip: true
         ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
         Row { Repeater { model: table.heads.length; TableHead { owner: table; column: index; title: table.heads[index] || "" } } }
-        Item {
-            id: body
-            y: 24
-            width: flick.contentWidth
-            height: flick.height - 24
-            clip: true
-            MouseArea {
-                anchors.fill: parent
-                onClicked: {
-                    table.forceActiveFocus(Qt.MouseFocusReason)
-                    var row = Math.floor((mouse.y + table.contentY) / table.rowHeight)
-                    if (row < table.rowCount) table.goTo(row, mouse.modifiers)
-                }
-                onWheel: {
-                    var before = table.contentY
-                    table.scrollTo(before - wheel.angleDelta.y / 120 * 3 * table.rowHeight)
-                    wheel.accepted = wheel.angleDelta.y !== 0 && table.contentY !== before
-                }
-            }
-            Repeater {
-                model: table.lines
-                Line {
-                    id: line
-                    readonly property int modelRow: table.order && row < table.order.length ? table.order[row] : row
-                    Row {
-                        Repeater {
-                            model: table.heads.length
-                            Loader {
-                                readonly property int row: line.modelRow
-                                readonly property int column: index
-                                readonly property bool odd: line.row % 2 === 1
-                                readonly property bool current: line.row === table.currentRow
-                                readonly property var display: table.serial, line.visible ? table.model.data(table.model.index(row, column)) : undefined
-                                width: table.widthOf(index)
-                                height: table.rowHeight
-                                visible: width > 0
-                                sourceComponent: table.cell
-                            }
-                        }
-                    }
-                }
-            }
-            Rectangle {
-                visible: table.activeFocus && table.currentRow >= 0
-                y: table.currentRow * table.rowHeight - table.contentY
-                width: table.startOf(table.heads.length)
-                height: table.rowHeight
-                color: "transparent"
-                border.color: theme.text
-            }
-        }
+        TableRows { id: body; owner: table; y: 24; width: flick.contentWidth; height: flick.height - 24 }
     }
     ScrollBar {
         id: bar

@@ -59,7 +59,7 @@ class CloudPainter : protected QOpenGLExtraFunctions {
   QOpenGLVertexArrayObject m_vertexArray;
   std::vector<Held> m_held;
   QOpenGLBuffer m_gridBuffer;
-  RampTexture m_ramps[2];  ///< of the main and of the right view
+  RampTexture m_ramps[2];        ///< of the main and of the right view
   std::uint64_t m_uploaded = 0;  ///< serial of the newest array that was uploaded
   std::uint64_t m_extentSerial = ~std::uint64_t{0};
   int m_gridVertexCount = 0;

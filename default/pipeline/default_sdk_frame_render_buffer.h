@@ -4,6 +4,7 @@
 #include "contracts/runtime/decoded_frame.h"
 #include "contracts/runtime/imu_sample.h"
 #include "contracts/runtime/point_info.h"
+#include "default/files/point_export.h"
 #include "default/frame/point_pass.h"
 #include "default/frame/selection_pass.h"
 #include "default/models/echo_model.h"
@@ -17,7 +18,6 @@
 #include "default/pipeline/display_settings.h"
 #include "default/pipeline/frame_hooks.h"
 #include "default/pipeline/frame_picture.h"
-#include "default/files/point_export.h"
 #include "default/pipeline/stack_allocation.h"
 #include "default/pipeline/type_traits.h"
 #include "default/telemetry/device_tables.h"
@@ -55,10 +55,12 @@ struct PictureHold;
 /// table models of the side panels and the lidar's capabilities. The parser fills it; each setting that
 /// matters to the picture ends with `renderStateChanged()`, which runs the pipeline again.
 ///
-/// Threads. Properties and invokables belong to the GUI thread. Settings are atomics or snapshots that
-/// the pipeline reads as they stand. The parse lock serialises parser runs with repeat parses, the
-/// picture has a lock of its own, and no signal is emitted under either. Order of locks where two are
-/// held: parse lock, then `SDKSource::frameLock`, then the picture's lock.
+/// Threads. Properties and invokables belong to the GUI thread, but for those that go over whole arrays:
+/// vertices, the colour modes, `filterSinglePoints`, `filterMultiPoints` and `refreshSelectionDisplay`
+/// serve any thread, and emit there. Settings are atomics or snapshots that the pipeline reads as they
+/// stand. The parse lock serialises parser runs with repeat parses, the picture has a lock of its own,
+/// and no signal is emitted under either. Order of locks where two are held: parse lock, then
+/// `SDKSource::frameLock`, then the picture's lock.
 class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_OBJECT
   // The picture
@@ -607,7 +609,8 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// The worker of an accepted request; on a thread of the pool.
   void allocateStack(StackResult plan);
   void applyStack(StackResult result);
-  void takeUpStack(const StackResult &result);
+  /// Leaves the arrays that were in use to a thread of the pool.
+  void takeUpStack(StackResult &result);
   void dropStackRequest(const StackResult &result);
   void leaveStack(int frames);
   void announceStackChange();

@@ -106,8 +106,9 @@ void DefaultSDKFrameRenderBuffer::allocateStack(StackResult plan) {
     plan.message = QStringLiteral("Memory allocation failed: %1").arg(QString::fromLatin1(failure.what()));
     SKARN_LOG(LogLevel::Error, "Memory allocation failed for %d frames: %s", plan.shape.frames, failure.what());
   }
+  // The arrays go along, so that no copy of the result keeps those that they replace.
   QMetaObject::invokeMethod(
-      this, [this, plan] { applyStack(plan); }, Qt::QueuedConnection);
+      this, [this, result = std::move(plan)]() mutable { applyStack(std::move(result)); }, Qt::QueuedConnection);
 }
 
 void DefaultSDKFrameRenderBuffer::cancelFrameAllocation() {
@@ -130,7 +131,7 @@ void DefaultSDKFrameRenderBuffer::applyStack(StackResult result) {
   endAllocation(result.success, result.message);
 }
 
-void DefaultSDKFrameRenderBuffer::takeUpStack(const StackResult &result) {
+void DefaultSDKFrameRenderBuffer::takeUpStack(StackResult &result) {
   const FramePicture::Held held = m_picture.held();
   {
     const std::scoped_lock lock(m_parseMutex, m_picture.frameMutex);
@@ -139,7 +140,7 @@ void DefaultSDKFrameRenderBuffer::takeUpStack(const StackResult &result) {
     m_ring.shape(result.shape, result.pointsPerCanvas);
     m_picture.pointCapacity = static_cast<std::size_t>(result.pointsPerCanvas);
   }
-  m_stackAllocation.release(result.arrays, held.bytes - held.untouchedBytes);
+  m_stackAllocation.release(std::move(result.arrays), held.bytes - held.untouchedBytes);
 }
 
 void DefaultSDKFrameRenderBuffer::dropStackRequest(const StackResult &result) {

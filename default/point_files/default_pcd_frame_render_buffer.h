@@ -31,8 +31,9 @@ namespace tarvo::skarnvisor {
 /// What QML sees of a track of point files: the vertices of the current file, the display settings and the tables of
 /// the side panels. The parser, its parent, fills it.
 ///
-/// Threads. Properties and invokables belong to the GUI thread; settings are atomics or snapshots that the pipeline
-/// reads as they stand. The frame has a lock of its own, and no signal is emitted under it.
+/// Threads. Properties and invokables belong to the GUI thread, but for vertices, colour modes and the listing of rows,
+/// which serve any thread and emit there; settings are atomics or snapshots that the pipeline reads as they stand. The
+/// frame has a lock of its own, and no signal is emitted under it.
 class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   Q_OBJECT
   // The picture

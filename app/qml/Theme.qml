@@ -23,10 +23,7 @@ QtObject {
     readonly property color veil: dark ? "#c8101418" : "#d8ffffff"
     readonly property color errorBack: dark ? "#5a1f24" : "#f6d5d7"
     readonly property color errorText: dark ? "#ffd7d9" : "#7a1119"
-    readonly property color noticeBack: dark ? "#1d3b2c" : "#d5ecdf"
     readonly property color logError: dark ? "#ff8a8a" : "#b00020"
     readonly property color logWarning: dark ? "#ffc46b" : "#8a5a00"
     readonly property color mark: dark ? "#ff40ff" : "#c000c0"
-    readonly property color alert: dark ? "#ee6a73" : "#b3303a"
-    readonly property color warning: dark ? "#ffc46b" : "#8a5a00"
 }

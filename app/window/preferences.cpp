@@ -19,9 +19,8 @@ QString settingsFile() {
 
 }  // namespace
 
-Preferences::Preferences(QObject *parent) : QObject(parent), m_settings(settingsFile(), QSettings::IniFormat) {
-  m_settings.setIniCodec("UTF-8");
-}
+// With no codec of its own: the plug-in writes to the same file, and would read back other letters.
+Preferences::Preferences(QObject *parent) : QObject(parent), m_settings(settingsFile(), QSettings::IniFormat) {}
 
 QVariant Preferences::value(const QString &key, const QVariant &fallback) const {
   QVariant found = m_settings.value(QStringLiteral("Viewer/") + key, fallback);

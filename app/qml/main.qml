@@ -111,13 +111,13 @@ ApplicationWindow {
     // The buffer writes in the background, and goes by the suffix; a table of another name is written by a job.
     readonly property var pointExport: buffer && buffer.pointExport || null
     property url exportTarget
-    function startExport(url, path) {
+    function startExport(url) {
         exportTarget = url
-        if (!buffer.startExport(path)) viewer.fail("Wait until the export under way has ended.")
+        if (!buffer.startExport(files.path(exportTarget))) viewer.fail("Wait until the export under way has ended.")
     }
-    function exportFrame(url) { startExport(url, /\.csv$/i.test(url) ? files.path(url) + ".pcd" : files.path(url)) }
+    function exportFrame(url) { startExport(/\.csv$/i.test(url) ? url + ".pcd" : url) }
     function exportTable(url) {
-        if (/\.csv$/i.test(url)) startExport(url, files.path(url))
+        if (/\.csv$/i.test(url)) startExport(url)
         else jobs.exportTo(buffer.spreadSheetModel, "exportPointsInformation", url, "the points")
     }
     Connections {

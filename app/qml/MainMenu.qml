@@ -47,7 +47,7 @@ MenuBar {
         MenuEntry { text: "Fit what is shown"; key: "F"; onTriggered: canvas.fit() }
         PopMenu {
             title: "Standard views"
-            MenuEntry { text: "First view"; key: "Home"; onTriggered: canvas.setView(viewer.viewNames[0]) }
+            MenuEntry { text: "First view"; key: "Home"; onTriggered: canvas.reset() }
             MenuEntry { text: "Front"; key: "1"; onTriggered: canvas.setView("front") }
             MenuEntry { text: "Back"; key: "2"; onTriggered: canvas.setView("back") }
             MenuEntry { text: "Left"; key: "3"; onTriggered: canvas.setView("left") }

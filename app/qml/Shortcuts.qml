@@ -9,7 +9,7 @@ Item {
     Shortcut { sequence: "Right"; enabled: free; onActivated: viewer.timeline.stepFrames(1) }
     Shortcut { sequence: "Ctrl+Home"; onActivated: viewer.timeline.first() }
     Shortcut { sequence: "Ctrl+End"; onActivated: viewer.timeline.last() }
-    Shortcut { sequence: "Home"; enabled: free; onActivated: canvas.setView(viewer.viewNames[0]) }
+    Shortcut { sequence: "Home"; enabled: free; onActivated: canvas.reset() }
     Shortcut { sequence: "1"; enabled: free; onActivated: canvas.setView("front") }
     Shortcut { sequence: "2"; enabled: free; onActivated: canvas.setView("back") }
     Shortcut { sequence: "3"; enabled: free; onActivated: canvas.setView("left") }

@@ -51,6 +51,11 @@ void CloudCanvas::setView(const QString &name) {
   redraw();
 }
 
+void CloudCanvas::reset() {
+  setOrthographic(false);
+  setView(OrbitCamera::viewNames().first());
+}
+
 void CloudCanvas::fit() {
   if (!m_viewer) return;
   m_viewer->measureScene();
@@ -146,11 +151,16 @@ std::optional<VertexPoint> CloudCanvas::pick(QPointF at) const {
 void CloudCanvas::mousePressEvent(QMouseEvent *event) {
   forceActiveFocus(Qt::MouseFocusReason);
   m_pressedAt = m_lastMouse = event->localPos();
+  m_clicks = event->button() == Qt::LeftButton;
 }
+
+void CloudCanvas::mouseUngrabEvent() { setBand({}); }
 
 void CloudCanvas::mouseMoveEvent(QMouseEvent *event) {
   const QPointF moved = event->localPos() - m_lastMouse;
   m_lastMouse = event->localPos();
+  // Also a drag that comes back to where it began is none.
+  if ((m_lastMouse - m_pressedAt).manhattanLength() > clickReach) m_clicks = false;
   const bool left = (event->buttons() & Qt::LeftButton) != 0 && (event->modifiers() & Qt::ShiftModifier) == 0;
   if (left && m_tool == Tool::Select) {
     // A band belongs to the view that it began in.
@@ -171,7 +181,7 @@ void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
   setBand({});
   if (event->button() != Qt::LeftButton || !m_viewer || m_viewer->pointsShown() + m_viewer->pointsSelected() == 0)
     return;
-  if ((event->localPos() - m_pressedAt).manhattanLength() <= clickReach) {
+  if (m_clicks) {
     const auto point = pick(event->localPos());
     if (point)
       Q_EMIT pointClicked(placeOf(*point));
@@ -185,6 +195,8 @@ void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
 
 void CloudCanvas::mouseDoubleClickEvent(QMouseEvent *event) {
   if (event->button() != Qt::LeftButton) return;
+  // Another picture may be seen when the button is let go, with another point under it.
+  m_clicks = false;
   if (const auto point = pick(event->localPos())) m_camera.setPivot(m_viewer->scene().placement.map(placeOf(*point)));
   redraw();
 }

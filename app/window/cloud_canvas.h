@@ -46,6 +46,8 @@ class CloudCanvas : public QQuickItem {
   QVariantList axes() const;
   QRectF band() const { return m_band; }
   Q_INVOKABLE void setView(const QString &name);
+  /// Back to the first view, with perspective.
+  Q_INVOKABLE void reset();
   Q_INVOKABLE void fit();
   Q_INVOKABLE void orbit(double azimuthDeg, double elevationDeg);
   Q_INVOKABLE void zoom(double factor);
@@ -78,6 +80,7 @@ class CloudCanvas : public QQuickItem {
   void mouseMoveEvent(QMouseEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
   void mouseDoubleClickEvent(QMouseEvent *event) override;
+  void mouseUngrabEvent() override;
   void wheelEvent(QWheelEvent *event) override;
   void geometryChanged(const QRectF &now, const QRectF &before) override;
   void itemChange(ItemChange change, const ItemChangeData &data) override;
@@ -120,6 +123,7 @@ class CloudCanvas : public QQuickItem {
   std::unique_ptr<DrawingThread> m_drawing;
   Tool m_tool = Tool::Orbit;
   QPointF m_pressedAt;
+  bool m_clicks = false;  ///< the press may still become a click
   QPointF m_lastMouse;
   QRectF m_band;
 };

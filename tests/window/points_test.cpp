@@ -1,4 +1,5 @@
 // Colours, filters, selection and the table of points in the real window: values first, then the pixels that follow.
+#include <QMouseEvent>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <algorithm>
@@ -321,6 +322,51 @@ TEST_F(WindowPoints, TwoClicksMeasureADistance) {
   ASSERT_EQ(picked.size(), 2);
   const double metres = static_cast<double>((picked[1] - picked[0]).length());
   EXPECT_TRUE(textOf("rulerText").startsWith(QString::number(metres, 'f', 3))) << textOf("rulerText").toStdString();
+}
+
+TEST_F(WindowPoints, TheMouseMovesTheEyeAndADoubleClickTurnsAroundThePointUnderIt) {
+  const QPointF middle(canvas().width() / 2, canvas().height() / 2);
+  const auto at = [this](QPointF place) { return canvas().mapToScene(place).toPoint(); };
+  const auto dragWith = [&](Qt::MouseButton button, Qt::KeyboardModifiers keys) {
+    QTest::mousePress(window(), button, keys, at(middle));
+    QMouseEvent move(QEvent::MouseMove, at(middle + QPointF(40, 25)), Qt::NoButton, button, keys);
+    QCoreApplication::sendEvent(window(), &move);
+    QTest::mouseRelease(window(), button, keys, at(middle + QPointF(40, 25)));
+  };
+  const app::OrbitCamera first = canvas().camera();
+  dragWith(Qt::LeftButton, Qt::NoModifier);
+  EXPECT_EQ(canvas().camera().target(), first.target());
+  EXPECT_NE(canvas().camera().azimuthDeg(), first.azimuthDeg());
+  for (const auto &[button, keys] : {std::pair{Qt::RightButton, Qt::KeyboardModifiers()},
+                                     {Qt::MiddleButton, Qt::KeyboardModifiers()},
+                                     {Qt::LeftButton, Qt::KeyboardModifiers(Qt::ShiftModifier)}}) {
+    const app::OrbitCamera before = canvas().camera();
+    dragWith(button, keys);
+    EXPECT_NE(canvas().camera().target(), before.target()) << button;
+    EXPECT_EQ(canvas().camera().azimuthDeg(), before.azimuthDeg()) << button;
+  }
+  press(Qt::Key_P);
+  press(Qt::Key_Home);
+  EXPECT_FALSE(canvas().isOrthographic());
+  EXPECT_EQ(canvas().camera().eye(), first.eye());
+
+  QVector<QVector3D> picked;
+  QObject::connect(&canvas(), &app::CloudCanvas::pointClicked, [&](const QVector3D &place) { picked << place; });
+  std::optional<VertexPoint> aim;
+  viewer().cloud().forEachShown(211, [&](const VertexPoint &point) {
+    const QPointF place = canvas().project({point.x, point.y, point.z}) - middle;
+    if (!aim && std::abs(place.x()) < 200 && std::abs(place.y()) < 150 && place.manhattanLength() > 80) aim = point;
+  });
+  ASSERT_TRUE(aim);
+  const QPointF place = canvas().project({aim->x, aim->y, aim->z});
+  QTest::mouseClick(window(), Qt::LeftButton, {}, at(place));
+  QTest::mousePress(window(), Qt::LeftButton, {}, at(place));
+  QMouseEvent second(QEvent::MouseButtonDblClick, at(place), Qt::LeftButton, Qt::LeftButton, {});
+  QCoreApplication::sendEvent(window(), &second);
+  canvas().finishPicture();  // the point is in the middle now, and another one under the cursor
+  QTest::mouseRelease(window(), Qt::LeftButton, {}, at(place));
+  ASSERT_EQ(picked.size(), 1);
+  EXPECT_EQ(canvas().camera().target(), picked[0]);
 }
 
 TEST_F(WindowPoints, AStackShowsItsFramesAtOnceAndOneFrameAgainAfterwards) {

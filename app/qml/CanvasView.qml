@@ -27,7 +27,7 @@ Item {
         Label { x: modelData.x + 4; y: modelData.y - height; text: modelData.text; font.pixelSize: 11; color: theme.label }
     }
     Rectangle {
-        visible: viewer.splitView
+        visible: viewer.splitView && viewer.ready
         x: parent.width / 2
         width: 1
         height: parent.height

@@ -58,13 +58,13 @@ Rectangle {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         onClicked: if (mouse.button === Qt.RightButton) menu.popup()
         onDoubleClicked: legend.scale.fit()
-        ToolTip.visible: containsMouse
+        ToolTip.visible: containsMouse && !menu.visible
         ToolTip.delay: 800
         ToolTip.text: "Double click: fit to what is shown. Right click: more"
     }
     PopMenu {
         id: menu
-        MenuItem { text: "Fit to what is shown"; onTriggered: legend.scale.fit() }
-        MenuItem { text: "Lock this range"; checkable: true; checked: legend.scale.locked; onTriggered: legend.scale.locked = checked }
+        MenuEntry { text: "Fit to what is shown"; onTriggered: legend.scale.fit() }
+        MenuEntry { text: "Lock this range"; ticked: legend.scale.locked; onTriggered: legend.scale.locked = !ticked }
     }
 }

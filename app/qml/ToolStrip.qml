@@ -47,6 +47,7 @@ ToolBar {
             objectName: "sideColorBox"
             label: "Colour of the right view"
             visible: viewer.splitView
+            displayText: viewer.sideColors.rgb ? "camera colours" : currentText
             Layout.fillWidth: true
             Layout.minimumWidth: 70
             Layout.maximumWidth: 150
@@ -55,6 +56,7 @@ ToolBar {
             currentIndex: viewer.sideColors.mode
             onActivated: viewer.sideColors.mode = index
         }
+        Divider {}
         PushButton { objectName: "fitButton"; text: "Fit"; tip: "Fit what is shown (F)"; enabled: viewer.ready; onClicked: canvas.fit() }
         Item { Layout.fillWidth: true }
         Label { objectName: "typeLabel"; text: viewer.lidarType; visible: strip.width > 900; font.pixelSize: 12; color: theme.faint; rightPadding: 8 }

@@ -23,26 +23,27 @@ GridLayout {
         currentIndex: editor.scale.mode
         onActivated: editor.scale.mode = index
     }
-    Label { text: "Ramp"; font.pixelSize: 12 }
+    // Camera colours and velocities have no ramp to choose and no range.
+    Label { visible: editor.scale.ranged; text: "Ramp"; font.pixelSize: 12 }
     Choice {
         label: editor.title.length > 0 ? "Colour ramp, " + editor.title.toLowerCase() : "Colour ramp"
         Layout.fillWidth: true
-        enabled: editor.scale.ranged
+        visible: editor.scale.ranged
         model: viewer.rampNames
         currentIndex: viewer.rampNames.indexOf(editor.scale.ramp)
         onActivated: editor.scale.ramp = viewer.rampNames[index]
     }
-    Label { text: "Range"; font.pixelSize: 12 }
+    Label { visible: editor.scale.ranged; text: "Range"; font.pixelSize: 12 }
     RowLayout {
-        enabled: editor.scale.ranged
+        visible: editor.scale.ranged
         NumberField { objectName: "rangeLow"; label: "Low end of the colour range"; Layout.fillWidth: true; Layout.preferredWidth: 60; number: editor.scale.low; onEntered: editor.scale.low = value }
         Label { text: "to"; font.pixelSize: 12 }
         NumberField { objectName: "rangeHigh"; label: "High end of the colour range"; Layout.fillWidth: true; Layout.preferredWidth: 60; number: editor.scale.high; onEntered: editor.scale.high = value }
         Label { visible: text.length > 0; text: editor.scale.unit; font.pixelSize: 12 }
     }
-    Item { width: 1; height: 1 }
+    Item { visible: editor.scale.ranged; width: 1; height: 1 }
     RowLayout {
-        enabled: editor.scale.ranged
+        visible: editor.scale.ranged
         Check { text: "Lock"; tip: "Keep this range for this colour mode, in every capture"; checked: editor.scale.locked; onToggled: editor.scale.locked = checked }
         PushButton { text: "Fit"; tip: "Spread the ramp over what is shown now"; onClicked: editor.scale.fit() }
     }

@@ -8,6 +8,7 @@ CheckBox {
     font.pixelSize: 12
     padding: 2
     spacing: 6
+    opacity: enabled ? 1 : 0.45
     indicator: Rectangle {
         x: check.leftPadding
         y: (check.height - height) / 2
@@ -16,7 +17,6 @@ CheckBox {
         radius: 3
         color: check.checked ? theme.accent : theme.field
         border { color: check.visualFocus ? theme.text : check.checked ? theme.accent : theme.edge; width: 1 }
-        opacity: check.enabled ? 1 : 0.5
         Label { anchors.centerIn: parent; visible: check.checked; text: "\u2713"; font { pixelSize: 12; bold: true } color: "white" }
     }
     Accessible.name: text.length > 0 ? text : tip

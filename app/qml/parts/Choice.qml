@@ -7,6 +7,7 @@ ComboBox {
     focusPolicy: Qt.TabFocus
     implicitHeight: 28
     font.pixelSize: 12
+    opacity: enabled ? 1 : 0.45
     Accessible.name: label
     ToolTip.visible: label.length > 0 && hovered && !popup.visible
     ToolTip.delay: 600

@@ -17,11 +17,12 @@ TextField {
     function restore() { text = Qt.binding(function () { return format(number) }) }
     text: format(number)
     selectByMouse: true
+    opacity: enabled ? 1 : 0.45
     implicitHeight: 26
     font.pixelSize: 12
     topPadding: 3
     bottomPadding: 3
-    background: Rectangle { color: theme.field; radius: 3; border.color: field.activeFocus ? theme.accent : theme.edge; opacity: field.enabled ? 1 : 0.5 }
+    background: Rectangle { color: theme.field; radius: 3; border.color: field.activeFocus ? theme.accent : theme.edge }
     horizontalAlignment: Text.AlignRight
     validator: DoubleValidator { notation: DoubleValidator.StandardNotation; locale: "C" }
     Accessible.name: label

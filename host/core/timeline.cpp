@@ -48,7 +48,10 @@ void Timeline::removeTrack(TimelineTrack *track) {
   if (!m_tracks.removeOne(track)) return;
   if (m_unplaced == track) m_unplaced = nullptr;
   if (m_leading == track) m_leading = m_tracks.isEmpty() ? nullptr : m_tracks.last();
-  if (m_tracks.isEmpty()) setPlaying(false);
+  if (m_tracks.isEmpty()) {
+    setPlaying(false);
+    m_skippedFrames = 0;  // another source's
+  }
   if (!hasLiveTrack()) setFollow(false);
   updateExtent();
   Q_EMIT cursorChanged();

@@ -165,6 +165,8 @@ TEST_F(TimelineTest, AFollowedTrackLeavesFramesOutOnlyWhenTheMachineCannotHoldTh
   pass(16ms);
   EXPECT_EQ(track.shown, (std::vector<int>{2, 3, 19}));
   EXPECT_EQ(timeline.skippedFrames(), 15);
+  timeline.removeTrack(&track);
+  EXPECT_EQ(timeline.skippedFrames(), 0) << "they were of that source";
 }
 
 TEST_F(TimelineTest, LoopStartsOverAndPlayAtTheEndToo) {

@@ -124,6 +124,7 @@ void CloudCanvas::takeDrawn(const DrawnPicture &drawn) {
   if (drawn.serial <= m_shown.serial) return;
   const bool moved = drawn.view != m_shown.view;
   m_shown = drawn;
+  if (m_viewer) m_viewer->countPicture();
   update();
   if (moved) Q_EMIT cameraChanged();
 }

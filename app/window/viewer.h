@@ -130,6 +130,8 @@ class Viewer : public QObject {
   int pointsShown() const { return static_cast<int>(m_picture.counts().shown); }
   int pointsSelected() const { return static_cast<int>(m_picture.counts().highlighted); }
   double pictureRate() const { return m_pictureRate; }
+  /// A picture was drawn.
+  void countPicture() { ++m_picturesSinceRate; }
   QString lossText() const { return m_lossText; }
   bool isIndexing() const;
   double indexShare() const { return m_indexShare; }

@@ -19,10 +19,7 @@ QString lineOf(const QString &status, const QString &title) {
 
 }  // namespace
 
-void Viewer::readFrame() {
-  ++m_picturesSinceRate;
-  read(false);
-}
+void Viewer::readFrame() { read(false); }
 
 void Viewer::readPicture() { read(true); }
 

@@ -24,8 +24,9 @@ Preferences::Preferences(QObject *parent) : QObject(parent), m_settings(settings
 
 QVariant Preferences::value(const QString &key, const QVariant &fallback) const {
   QVariant found = m_settings.value(QStringLiteral("Viewer/") + key, fallback);
-  // The file holds text alone.
-  return found.convert(static_cast<int>(fallback.type())) ? found : fallback;
+  // The file holds text alone, and QML hands over a number like 2.0 as an integer.
+  const QVariant::Type type = fallback.type() == QVariant::Int ? QVariant::Double : fallback.type();
+  return found.convert(static_cast<int>(type)) ? found : fallback;
 }
 
 void Preferences::setValue(const QString &key, const QVariant &value) {

@@ -153,7 +153,10 @@ TEST_F(WindowSources, EachFileThatASourceNamesIsLoaded) {
 
 TEST_F(WindowSources, ThemeAndPanelsAreRemembered) {
   viewer().preferences().setValue("panels/channels", false);
+  viewer().preferences().setValue("pointSize", 3.5);
   start();
+  EXPECT_EQ(viewer().pointSize(), 3.5);
+  viewer().preferences().setValue("pointSize", 2.0);
   ASSERT_NO_FATAL_FAILURE(open());
   EXPECT_LT(qGray(picture().pixel(2, 2)), 64);
   ASSERT_NO_FATAL_FAILURE(changeTheme());

@@ -17,7 +17,8 @@ Row {
     function ask(depth) {
         if (!visible) return  // what was typed for another source
         asked = depth
-        if (buffer.setFrameNumber(depth) === false && !busy) field.restore()
+        if (buffer.setFrameNumber(depth) === false) { if (!busy) field.restore() }
+        else if (depth === 1) viewer.tell("Frames are shown one at a time")  // stands at once, without an answer
     }
     function cancel() {
         cancelling = true
@@ -40,7 +41,7 @@ Row {
         }
     }
     // By time, some lidars show a window of a length of its own.
-    Label { text: "Seconds"; visible: seconds.visible; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "Seconds"; visible: seconds.visible && !editor.narrow; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
     NumberField {
         id: seconds
         visible: !viewer.playByFrame && editor.buffer !== null && Boolean(editor.buffer.frameDurationFlag)

@@ -15,7 +15,7 @@ Pane {
 
     component TransportButton: PushButton {
         enabled: viewer.ready
-        Layout.preferredWidth: bar.narrow ? 32 : 38
+        Layout.preferredWidth: bar.narrow ? 28 : 38
     }
     component Gap: Rectangle { width: 1; Layout.preferredHeight: 20; color: theme.line }
     component Mono: Label { font { family: "DejaVu Sans Mono"; pixelSize: 12 } }
@@ -69,8 +69,11 @@ Pane {
                 objectName: "sensor"
                 label: "Sensor of this capture"
                 visible: viewer.sensors.length > 1
-                Layout.preferredWidth: bar.narrow ? 112 : 160
+                Layout.fillWidth: true
+                Layout.minimumWidth: 64
+                Layout.maximumWidth: bar.narrow ? 112 : 160
                 model: viewer.sensors
+                displayText: bar.narrow ? currentText.replace(", port ", ":") : currentText
                 currentIndex: viewer.sensor
                 onActivated: viewer.showSensor(index)
             }

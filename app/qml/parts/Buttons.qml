@@ -7,5 +7,6 @@ DialogButtonBox {
     spacing: 8
     alignment: Qt.AlignRight
     background: null
-    delegate: PushButton { width: Math.max(80, implicitWidth) }
+    // Of one width: the box goes by what the buttons measure before they have their texts.
+    delegate: PushButton { implicitWidth: 88 }
 }

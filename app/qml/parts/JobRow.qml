@@ -25,6 +25,8 @@ Row {
     ProgressBar {
         anchors.verticalCenter: parent.verticalCenter
         width: 90
+        height: 14
+        background: Rectangle { radius: 2; color: theme.field; border.color: theme.edge }
         indeterminate: row.share < 0
         value: Math.max(0, row.share)
         Accessible.name: row.text + (row.share < 0 ? "" : ", " + Math.round(row.share * 100) + " percent")

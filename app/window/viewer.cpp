@@ -136,6 +136,7 @@ void Viewer::drop() {
         m_sideColors.takeUp(m_session.view());
         if (m_session.pipeline() == nullptr) m_files = NamedFiles();
         Q_EMIT captureChanged();
+        Q_EMIT pictureChanged();  // no points to count any more
         Q_EMIT colorTitlesChanged();
         lookAtHealth();
       },

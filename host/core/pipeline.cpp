@@ -112,8 +112,10 @@ const ClipFrames *Pipeline::frames() const {
     const QVariant byFrame = m_renderBuffer->property(playByFrameProperty);
     if (byFrame.isValid() && !byFrame.toBool()) return nullptr;
   }
-  return m_frames.count() > 0 ? &m_frames : nullptr;
+  return index();
 }
+
+const ClipFrames *Pipeline::index() const { return m_frames.count() > 0 ? &m_frames : nullptr; }
 
 bool Pipeline::isBusy() const {
   const FunctorScheduler &scheduler = m_instance->scheduler();

@@ -69,6 +69,7 @@ class Pipeline : public QObject, public TimelineTrack {
   [[nodiscard]] TimePoint begin() const override;
   [[nodiscard]] TimePoint end() const override;
   [[nodiscard]] const ClipFrames *frames() const override;
+  [[nodiscard]] const ClipFrames *index() const override;
   [[nodiscard]] bool isLive() const override { return m_origin.live; }
   [[nodiscard]] bool isBusy() const override;
   void show(TimePoint cursor) override;

@@ -122,12 +122,12 @@ TimePoint Timeline::lastCursor(const TimelineTrack &track) const {
 // ---- the frame number and steps -----------------------------------------------------------------------------------
 
 int Timeline::frame() const {
-  const ClipFrames *const frames = m_leading != nullptr ? m_leading->frames() : nullptr;
+  const ClipFrames *const frames = m_leading != nullptr ? m_leading->index() : nullptr;
   return frames != nullptr ? frames->indexAt(m_cursor) : -1;
 }
 
 int Timeline::frameCount() const {
-  const ClipFrames *const frames = m_leading != nullptr ? m_leading->frames() : nullptr;
+  const ClipFrames *const frames = m_leading != nullptr ? m_leading->index() : nullptr;
   return frames != nullptr ? frames->count() : 0;
 }
 

@@ -16,6 +16,8 @@ class TimelineTrack {
   [[nodiscard]] virtual TimePoint end() const = 0;
   /// The frames to go by, or null while the track is played by time or has no frame index.
   [[nodiscard]] virtual const ClipFrames *frames() const = 0;
+  /// The frames to tell the user of, also while the track is played by time; null without an index.
+  [[nodiscard]] virtual const ClipFrames *index() const { return frames(); }
   /// The end moves with the present.
   [[nodiscard]] virtual bool isLive() const = 0;
   /// What the last `show` asked for is not on the canvas yet.

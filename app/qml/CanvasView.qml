@@ -8,6 +8,7 @@ Item {
     id: view
     property alias canvas: canvas
     property alias ruler: ruler
+    property alias picked: picked
     clip: true
 
     CloudCanvas {

@@ -10,6 +10,7 @@ Dialog {
     modal: true
     title: "Live source"
     width: 420
+    padding: 14
     focus: true
     footer: Buttons {}
     standardButtons: Dialog.Ok | Dialog.Cancel
@@ -22,6 +23,8 @@ Dialog {
     GridLayout {
         width: parent.width
         columns: 2
+        columnSpacing: 10
+        rowSpacing: 8
         Label { text: "UDP port" }
         TextField {
             id: port

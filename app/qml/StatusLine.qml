@@ -50,8 +50,8 @@ Rectangle {
             Layout.fillWidth: true
             text: line.failed ? viewer.error
                 : viewer.opening ? "Opening \u2026"
-                : line.toolHint.length > 0 ? line.toolHint
                 : notice.fresh ? viewer.notice
+                : line.toolHint.length > 0 ? line.toolHint
                 : viewer.ready ? line.sourceText : "Open a capture with Ctrl+O, or press ? for the keys"
             color: line.failed ? theme.errorText : theme.faint
             wrapMode: line.failed ? Text.Wrap : Text.NoWrap

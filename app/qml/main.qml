@@ -87,6 +87,7 @@ ApplicationWindow {
         if (!keysFree) canvas.forceActiveFocus()
         else if (viewer.error.length > 0) viewer.clearError()
         else if (canvas.tool !== CloudCanvas.Orbit) takeTool(canvas.tool)
+        else if (canvasView.picked.place) canvasView.picked.hide()
         else if (selecting) clearSelection()
         else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
     }

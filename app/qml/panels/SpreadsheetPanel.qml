@@ -81,7 +81,7 @@ Rectangle {
                 onToggled: { panel.points.allDisplayed = checked; panel.refresh() }
             }
             PushButton { objectName: "decimals"; text: "Decimals"; tip: "3 or 6 decimals"; visible: panel.buffer !== null && typeof panel.buffer.detailDataUpdata === "function"; onClicked: panel.buffer.detailDataUpdata() }
-            Label { text: tableRows.listing ? "Listing\u2026" : panel.rowCount === 0 ? "Select points with S, or list all that are shown" : ""; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; Layout.fillWidth: true; horizontalAlignment: Text.AlignHCenter }
+            Label { text: tableRows.listing ? "Listing\u2026" : panel.points !== null && panel.rowCount === 0 ? "Select points with S, or list all that are shown" : ""; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; Layout.fillWidth: true; horizontalAlignment: Text.AlignHCenter }
             PushButton { objectName: "saveOrder"; text: "Save order"; tip: "Keep this order of the columns"; visible: panel.sortable; onClicked: { panel.points.saveCurrentColumnNames(); viewer.tell("The order of the columns is kept") } }
             PushButton {
                 objectName: "exportTable"

@@ -13,8 +13,8 @@ class ManualPictures : public WindowTest {
     if (folder().isEmpty()) GTEST_SKIP() << "SKARNVISOR_PICTURES names no folder";
     QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "WG9", "--channels", "64", "--columns", "1200",
                                                        "--frames", "30", "--telemetry", "--out", "street.pcap"});
-    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "KR2", "--channels", "64", "--columns", "1200",
-                                                       "--frames", "30", "--echoes", "2", "--out", "tools.pcap"});
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                      {"--type", "VD2", "--columns", "1200", "--frames", "30", "--out", "tools.pcap"});
   }
 
   static QString folder() { return qEnvironmentVariable("SKARNVISOR_PICTURES"); }
@@ -30,14 +30,25 @@ class ManualPictures : public WindowTest {
 
   static void setting(const QString &key, const QVariant &value) { app::Preferences().setValue(key, value); }
 
-  /// The picture in its 128 most frequent colours, which keeps the file small.
+  /// The picture in 256 colours at most, which keeps the file small: the most frequent ones that differ to the eye, so
+  /// that a ramp keeps both its ends.
   static QImage inFewColours(const QImage &picture) {
     QHash<QRgb, int> counts;
     for (int y = 0; y < picture.height(); ++y)
-      for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y) & 0xfff8f8f8U];
-    QVector<QRgb> colors = counts.keys().toVector();
-    std::sort(colors.begin(), colors.end(), [&](QRgb a, QRgb b) { return counts[a] > counts[b]; });
-    return picture.convertToFormat(QImage::Format_Indexed8, colors.mid(0, 128), Qt::ThresholdDither);
+      for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y) & 0xfffcfcfcU];
+    QVector<QRgb> frequent = counts.keys().toVector();
+    std::sort(frequent.begin(), frequent.end(), [&](QRgb a, QRgb b) { return counts[a] > counts[b]; });
+    QVector<QRgb> colors;
+    for (const QRgb color : qAsConst(frequent)) {
+      if (colors.size() == 256) break;
+      const bool known = std::any_of(colors.cbegin(), colors.cend(), [&](QRgb kept) {
+        return std::max({std::abs(qRed(kept) - qRed(color)), std::abs(qGreen(kept) - qGreen(color)),
+                         std::abs(qBlue(kept) - qBlue(color))}) < 24;
+      });
+      // Surfaces differ by little and are large.
+      if (!known || counts[color] > 1500) colors.append(color);
+    }
+    return picture.convertToFormat(QImage::Format_Indexed8, colors, Qt::ThresholdDither);
   }
 
   /// Saves the window, smaller than it is.
@@ -75,14 +86,18 @@ TEST_F(ManualPictures, AreTakenFromTheRunningProgram) {
   viewer().setSplitView(false);
 
   ASSERT_NO_FATAL_FAILURE(show({"tools"}, "tools.pcap"));
+  click("tool-popout");
   save("tools");
   ASSERT_NO_FATAL_FAILURE(show({"calibration", "export"}, "tools.pcap"));
   save("calibration");
 
   QProcess lidar;
-  lidar.start(SKARNVISOR_SIM, {"--type", "KR2", "--columns", "900", "--seconds", "0", "--stream", "127.0.0.1:23698"});
+  // Of a type whose corrections stand since the capture above.
+  lidar.start(SKARNVISOR_SIM, {"--type", "VD2", "--columns", "900", "--seconds", "0", "--stream", "127.0.0.1:23698"});
   viewer().open("udp://127.0.0.1:23698");
   EXPECT_TRUE(eventually([this] { return viewer().isLive() && viewer().pointsShown() > 0; }));
+  // The rate of its frames is told after a second or two.
+  QTest::qWait(3000);
   save("live");
   viewer().close();
   lidar.kill();

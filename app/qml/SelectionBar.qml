@@ -53,7 +53,7 @@ Rectangle {
             height: 28
             verticalAlignment: Text.AlignVCenter
             font.pixelSize: 12
-            text: window.selecting ? viewer.pointsSelected.toLocaleString(Qt.locale("en"), "f", 0) + " points selected"
+            text: window.selecting ? viewer.pointsSelected.toLocaleString(Qt.locale("en"), "f", 0) + (viewer.pointsSelected === 1 ? " point selected" : " points selected")
                 : bar.cutMade && canvas.tool !== CloudCanvas.Select ? (bar.reversed ? "Only the cut is shown" : "A part is cut out") : "Draw a band over points"
         }
         PushButton { objectName: "listSelected"; visible: window.selecting && !window.tableShown; text: "List"; tip: "Show the selected points in the table"; onClicked: window.showTable(true) }

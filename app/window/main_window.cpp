@@ -1,5 +1,9 @@
 #include "app/window/main_window.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QClipboard>
@@ -32,6 +36,11 @@ void registerTypes() {
 }  // namespace
 
 MainWindow::MainWindow() {
+#ifdef __GLIBC__
+  // Blocks as large as a frame's vertices go back to the system when they are freed. Otherwise the allocator comes to
+  // keep them, in pieces that the next frames do not fit: half a gigabyte beside a deep stack.
+  mallopt(M_MMAP_THRESHOLD, 4 << 20);
+#endif
   // Once a process, before the first controls are loaded.
   if (QQuickStyle::name().isEmpty()) QQuickStyle::setStyle(QStringLiteral("Fusion"));
   registerTypes();

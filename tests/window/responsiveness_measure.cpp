@@ -167,22 +167,28 @@ TEST_F(Responsiveness, OfAStackOf150FramesTheMemory) {
   ASSERT_TRUE(accepted);
   ASSERT_TRUE(eventually([this] { return viewer().scene().canvases.size() == 30; }));
   double most = 0;
-  for (int frame = 5; frame < 156; frame += 5) {
-    timeline().seekFrame(frame);
-    EXPECT_TRUE(eventually([&] {
-      return viewer().scene().canvases.size() == 30 && filled() >= std::min(30, frame / 5);
-    })) << "frame "
-        << frame << ", " << filled() << " groups";
+  // A stack fills as it is played.
+  timeline().setLoop(true);
+  timeline().setPlaying(true);
+  ASSERT_TRUE(eventually([&] {
     most = std::max(most, ownBytes());
-  }
-  canvas();
+    return filled() == 30;
+  })) << filled()
+      << " groups";
+  timeline().setPlaying(false);
+  // The vertices are let go when they are drawn, which takes a renderer in software its time.
+  EXPECT_TRUE(eventually([this] {
+    const auto &canvases = viewer().scene().canvases;
+    return std::all_of(canvases.begin(), canvases.end(), [](auto &each) { return each.bytes.isEmpty(); });
+  }));
   const double budget = points * budgetBytes;
-  const double now = ownBytes() - points * cardBytes;
+  const double taken = ownBytes() - points * cardBytes - before;
   std::printf(
-      "150 frames of %.0f points, %s: budget %.0f MB; the process %.0f MB without the renderer's %.0f MB, %.3f of "
-      "the budget; %.0f MB before a capture was open, %.0f MB with one frame, at most %.0f MB while it filled\n",
-      points / stackFrames, qPrintable(viewer().countText()), budget / 1e6, now / 1e6, points * cardBytes / 1e6,
-      now / budget, empty / 1e6, before / 1e6, most / 1e6);
+      "150 frames of %.0f points, %s: budget %.0f MB; the stack takes %.0f MB without the renderer's %.0f MB, %.3f of "
+      "the budget; the process %.0f MB with nothing open, %.0f MB with one frame, at most %.0f MB while the stack "
+      "filled\n",
+      points / stackFrames, qPrintable(viewer().countText()), budget / 1e6, taken / 1e6, points * cardBytes / 1e6,
+      taken / budget, empty / 1e6, before / 1e6, most / 1e6);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QThreadPool>
 
 #include "app/window/named_files.h"
 #include "contracts/host/track_buffer.h"
@@ -109,8 +110,13 @@ TEST_F(WindowSources, ACancelledCutAndACancelledStackLeaveThingsAsTheyWere) {
   ASSERT_TRUE(old.open(QIODevice::WriteOnly));
   old.write("old");
   old.close();
+  // With no thread free the cut cannot be over before it is cancelled.
+  QThreadPool &pool = *QThreadPool::globalInstance();
+  const int threads = pool.maxThreadCount();
+  for (int i = 0; i < threads; ++i) pool.reserveThread();
   viewer().jobs().cut(viewer().clip(), QUrl::fromLocalFile(QFileInfo(old).absoluteFilePath()), 0, lastFrame());
   viewer().jobs().cancel();
+  for (int i = 0; i < threads; ++i) pool.releaseThread();
   ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));
   EXPECT_EQ(viewer().notice(), "The cut was cancelled");
   ASSERT_TRUE(old.open(QIODevice::ReadOnly));

@@ -13,6 +13,8 @@ FileDialog {
         dialog.selectExisting = !save
         var suffix = save && filters.length > 0 ? /\*\.(\w+)/.exec(filters[0]) : null
         dialog.suffix = suffix ? suffix[1] : ""
+        // The dialog asks before it overwrites: it must know the whole name.
+        dialog.defaultSuffix = dialog.suffix
         dialog.then = then
         dialog.open()
     }
@@ -21,7 +23,7 @@ FileDialog {
         dialog.nameFilters = []
         dialog.selectExisting = true
         dialog.selectFolder = true
-        dialog.suffix = ""
+        dialog.suffix = dialog.defaultSuffix = ""
         dialog.then = then
         dialog.open()
     }

@@ -36,9 +36,10 @@ function(skarn_sources out)
   set(${out} ${found} PARENT_SCOPE)
 endfunction()
 
-# skarn_target(<target> [PCH]): settings of our own targets; PCH precompiles the Qt and standard headers.
+# skarn_target(<target> [PCH] [HEADERS <header>...]): settings of our own targets; PCH precompiles the Qt and standard
+# headers, and those that are named.
 function(skarn_target target)
-  cmake_parse_arguments(ARG "PCH" "" "" ${ARGN})
+  cmake_parse_arguments(ARG "PCH" "" "HEADERS" ${ARGN})
   target_compile_options(${target} PRIVATE -Wall -Wextra $<$<BOOL:${SKARNVISOR_WERROR}>:-Werror>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 misjudges the bounds of inlined std::string code: seen, but no reason to fail.
@@ -46,6 +47,6 @@ function(skarn_target target)
   endif()
   set_target_properties(${target} PROPERTIES AUTOMOC ON LINKER_LANGUAGE CXX)
   if(ARG_PCH)
-    target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
+    target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h ${ARG_HEADERS})
   endif()
 endfunction()

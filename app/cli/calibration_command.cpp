@@ -181,16 +181,16 @@ void addCalibrationCommand(CommandLine &line) {
   CLI::App &command = addSourceCommand(
       line, "calibration", "List, write out or take in the calibration files of a capture and its lidar type", options,
       run);
-  addFile(command, *options);
+  addFile(command, options->file, Sources::Captures)->required();
   addSensorPort(command, options->sensorPort);
-  addText(command, "--export", options->exportFolder, "Folder to write every kind to that is loaded");
+  addText(command, "--export", options->exportFolder, "Write the kinds that are loaded into this folder");
   command
       .add_option_function<std::vector<std::string>>(
           "--import",
           [&imports = options->imports](const std::vector<std::string> &texts) {
             for (const std::string &text : texts) imports << fromArgument(text);
           },
-          "KIND=FILE to load and to keep as the default of the lidar type; KIND is " + kindNames().toStdString())
+          "Take in KIND=FILE and keep it as the default of the lidar type; KIND is one of " + kindNames().toStdString())
       ->allow_extra_args(false);
 }
 

@@ -25,7 +25,8 @@ void addSpan(CLI::App &command, const char *name, std::optional<Span<Value>> &ta
       name,
       [name, &target](const std::string &text) {
         target = parseSpan<Value>(text);
-        if (!target) throw CLI::ValidationError(name, "a span is A:B, A not above B, not \"" + text + "\"");
+        if (!target)
+          throw CLI::ValidationError(name, "a span is A:B, from 0 on and A not above B, not \"" + text + "\"");
       },
       help);
 }

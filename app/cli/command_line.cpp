@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdio>
 #include <utility>
+#include <vector>
 
 #include "app/session/capture_session.h"
 
@@ -40,6 +41,12 @@ CLI::App &CommandLine::addWindow(const char *name, const char *help, WindowWork 
 std::optional<int> CommandLine::parse(int argc, const char *const *argv) {
   try {
     m_app->parse(argc, argv);
+  } catch (const CLI::ExtrasError &error) {
+    const std::vector<std::string> strangers = m_app->remaining();
+    if (!m_app->get_subcommands().empty() || strangers.size() != 1 || strangers[0].front() == '-')
+      return m_app->exit(error);
+    return fail(QStringLiteral("\"%1\" is no command: --help lists them, and \"view FILE\" opens a file")
+                    .arg(fromArgument(strangers[0])));
   } catch (const CLI::ParseError &error) {
     return m_app->exit(error);
   }
@@ -60,6 +67,16 @@ QString fromArgument(const std::string &text) { return QString::fromLocal8Bit(te
 CLI::Option *addText(CLI::App &command, const char *name, QString &target, const char *help) {
   return command.add_option_function<std::string>(
       name, [&target](const std::string &text) { target = fromArgument(text); }, help);
+}
+
+std::function<std::string(const std::string &)> wholeFrom(int least) {
+  return [least](const std::string &text) {
+    int number = 0;
+    const char *const end = text.data() + text.size();
+    const auto [last, fault] = std::from_chars(text.data(), end, number);
+    if (fault == std::errc() && last == end && number >= least) return std::string();
+    return "a whole number from " + std::to_string(least) + " on was expected, not \"" + text + "\"";
+  };
 }
 
 std::function<std::string(const std::string &)> numberFrom(double low, double high) {

@@ -53,6 +53,8 @@ int fail(const QString &reason);
 
 QString fromArgument(const std::string &text);
 CLI::Option *addText(CLI::App &command, const char *name, QString &target, const char *help);
+/// A check for whole numbers from `least` on.
+std::function<std::string(const std::string &)> wholeFrom(int least);
 /// A check for numbers within limits, both included. What is no number at all, "nan" too, is outside.
 std::function<std::string(const std::string &)> numberFrom(double low, double high);
 

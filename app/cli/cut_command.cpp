@@ -24,6 +24,7 @@ struct CutOptions : SourceOptions {
 };
 
 QString run(const CutOptions &options) {
+  if (isLive(options)) return liveRefusal();
   const Interrupt interrupt;
   const QSharedPointer<SDKSource> source = createSdkSource();
   SvSdkRuntime &runtime = *source->runtime;
@@ -72,9 +73,9 @@ void addCutCommand(CommandLine &line) {
   const auto options = std::make_shared<CutOptions>();
   CLI::App &command =
       line.add("cut", "Write a part of a capture to a capture of its own", [options] { return run(*options); });
-  addText(command, "file", options->file, "Capture (pcap, pcapng)")->required();
+  addFile(command, options->file, Sources::Captures)->required();
   addText(command, "--out", options->out, "Capture to write")->required();
-  CLI::Option_group &what = *command.add_option_group("what");
+  CLI::Option_group &what = *command.add_option_group("Part", "Which frames to take");
   addFrames(what, options->frames);
   addSecondSpan(what, options->seconds);
   what.require_option(1);

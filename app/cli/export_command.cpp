@@ -29,7 +29,11 @@ struct ExportOptions : SourceOptions {
   std::vector<ToolChoice> tools;
 };
 
-constexpr const char *exportSignature = "startExport(QString,QStringList)";
+/// Begins with the frame's number for people, and tells its time as a folder of point files reads it: the digits around
+/// the first dot are seconds.
+QString fileName(int frame, double seconds, const QString &format) {
+  return QStringLiteral("frame-%1_%2.%3").arg(frame, 4, 10, QLatin1Char('0')).arg(seconds, 0, 'f', 6).arg(format);
+}
 
 QStringList namesOf(QObject &object, const char *function) {
   QStringList names;
@@ -104,6 +108,7 @@ class Exporter {
   QString takeSelection();
   QString takeFields();
   QString takeColumns();
+  double secondsOf(int frame) const;
   QString writeFrames();
   QString finish(int planned) const;
 
@@ -165,6 +170,13 @@ QString Exporter::takeColumns() {
   return {};
 }
 
+double Exporter::secondsOf(int frame) const {
+  double seconds = 0;
+  QMetaObject::invokeMethod(m_session.pipeline()->clipObject(), "getFrameStartSeconds", Qt::DirectConnection,
+                            Q_RETURN_ARG(double, seconds), Q_ARG(int, frame));
+  return seconds;
+}
+
 QString Exporter::writeFrames() {
   const int planned = m_span.last - m_span.first + 1;
   ExportWait wait(m_buffer.property("pointExport").value<QObject *>());
@@ -180,8 +192,7 @@ QString Exporter::writeFrames() {
     } else if (!m_buffer.property("showsFrame").toBool()) {
       ++m_empty;  // the picture is an earlier frame's
     } else {
-      const QString name = QStringLiteral("frame-%1.%2").arg(frame, 4, 10, QLatin1Char('0')).arg(m_options.format);
-      const QString file = QDir(m_options.out).filePath(name);
+      const QString file = QDir(m_options.out).filePath(fileName(frame, secondsOf(frame), m_options.format));
       const QString reason = wait.write(m_buffer, file, m_titles);
       if (!reason.isEmpty()) return QStringLiteral("%1 could not be written: %2").arg(file, reason);
       ++m_written;
@@ -194,6 +205,7 @@ QString Exporter::writeFrames() {
 QString Exporter::finish(int planned) const {
   std::printf("%d of %d frames written to %s\n", m_written, planned,
               qPrintable(QDir::toNativeSeparators(m_options.out)));
+  if (m_empty == planned) return QStringLiteral("no frame has a visible point");
   if (m_empty > 0) std::printf("%d frames have no visible point\n", m_empty);
   return m_unread == 0 ? QString() : QStringLiteral("%1 of %2 frames could not be read").arg(m_unread).arg(planned);
 }
@@ -212,7 +224,7 @@ QString Exporter::run() {
 
 QString run(CaptureSession &session, const ExportOptions &options) {
   const QObject *const buffer = session.view().buffer();
-  if (buffer == nullptr || buffer->metaObject()->indexOfMethod(exportSignature) < 0)
+  if (buffer == nullptr || buffer->metaObject()->indexOfProperty("showsFrame") < 0)
     return QStringLiteral("%1 is no capture of a lidar: point files are written by \"convert\"").arg(options.file);
   const Interrupt interrupt;
   return Exporter(session, options).run();
@@ -224,7 +236,7 @@ void addExportCommand(CommandLine &line) {
   const auto options = std::make_shared<ExportOptions>();
   CLI::App &command =
       addSourceCommand(line, "export", "Write the points of frames as PCD or CSV files, one a frame", options, run);
-  addText(command, "file", options->file, "Capture (pcap, pcapng)")->required();
+  addFile(command, options->file, Sources::Captures)->required();
   addFrames(command, options->frames);
   addText(command, "--format", options->format, "Format to write")->required()->check(CLI::IsMember({"pcd", "csv"}));
   command
@@ -236,7 +248,7 @@ void addExportCommand(CommandLine &line) {
           "PCD fields or table columns, separated by commas (ring,x,y,z,intensity; all columns)")
       ->delimiter(',')
       ->allow_extra_args(false);  // what follows may be the capture
-  addText(command, "--out", options->out, "Folder to write frame-NNNN files to")->required();
+  addText(command, "--out", options->out, "Folder for the files, named frame-NUMBER_SECONDS")->required();
   addText(command, "--selected", options->selectionFile,
           "Only points inside the box of this file's 4x4 matrix, row by row");
   addToolOption(command, options->tools);

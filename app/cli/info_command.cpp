@@ -52,7 +52,7 @@ void addInfoCommand(CommandLine &line) {
   const auto options = std::make_shared<SourceOptions>();
   CLI::App &command =
       addSourceCommand(line, "info", "Print lidar type, port, channels, frames, points, times and size", options, run);
-  addFile(command, *options);
+  addFile(command, options->file, Sources::Files)->required();
   addSensorPort(command, options->sensorPort);
 }
 

@@ -48,7 +48,7 @@ void addLook(CLI::App &command, LookOptions &look) {
       "Size of a picture, WIDTHxHEIGHT (1280x720)");
   command.add_option("--point-size", look.pointPixels, "Least side of a point in pixels, 0.5 to 32 (2)")
       ->check(numberFrom(0.5, 32.0));
-  command.add_flag("--split", look.splitHalf, "Take the value of the split-window view");
+  command.add_flag("--split", look.splitHalf, "Colour as the right one of the window's two views does");
   command.add_flag_callback(
       "--no-grid", [&look] { look.grid = false; }, "Leave the range rings out");
 }

@@ -20,7 +20,7 @@ PictureMaker::PictureMaker(CaptureSession &session, LookOptions look) : m_sessio
 QString PictureMaker::selectColor() {
   RenderView &view = m_session.view();
   if (!view.setColor(halfOf(m_look), m_look.color))
-    return QStringLiteral("there is no colour \"%1\"; this lidar has %2")
+    return QStringLiteral("there is no colour \"%1\"; this source has %2")
         .arg(m_look.color, view.colorTitles().join(", "));
   return m_session.waitForPicture() ? QString() : QStringLiteral("the colour could not be changed");
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "app/cli/capture_options.h"
 #include "app/cli/capture_rows.h"
@@ -217,6 +218,18 @@ QString Player::finish() {
   return m_options.summaryFile.isEmpty() ? QString() : report.write(m_options.summaryFile);
 }
 
+/// Refuses what would be passed over: some options are for live sources, others for what is not.
+void checkTogether(const PlayOptions &options) {
+  const bool live = isLive(options);
+  const auto refuse = [live](const char *name, bool given) {
+    if (given) throw CLI::ValidationError(name, live ? "is not for a live source" : "is for a live source");
+  };
+  refuse("--seconds", !live && options.seconds > 0);
+  refuse("--soak", !live && options.soak);
+  refuse("--speed", live && options.speed > 0);
+  refuse("--pictures", live && !options.pictureFolder.isEmpty());
+}
+
 QString run(CaptureSession &session, const PlayOptions &options) {
   return isLive(options) ? runLivePlay(session, options) : Player(session, options).run();
 }
@@ -228,7 +241,7 @@ void addPlayCommand(CommandLine &line) {
   CLI::App &command =
       addSourceCommand(line, "play", "Play a capture without a window and print what it held and how fast it went",
                        options, run, Opening::CaptureOrLive);
-  addFile(command, *options);
+  addFile(command, options->file, Sources::Any)->required();
   addSensorPort(command, options->sensorPort);
   addSeconds(command, options->seconds);
   command.add_flag("--soak", options->soak,
@@ -240,14 +253,18 @@ void addPlayCommand(CommandLine &line) {
       .add_option("--speed", options->speed,
                   "Times real time, 0.1 to 10; without it frames follow as fast as they come")
       ->check(numberFrom(0.1, 10.0));
-  command.add_option("--frames-limit", options->frameLimit, "Stop after so many frames")
-      ->check(CLI::Range(1, 1'000'000'000));
-  addText(command, "--pictures", options->pictureFolder, "Write pictures frame-NNNN.png into this folder");
+  command.add_option("--frames-limit", options->frameLimit, "Stop after so many frames")->check(wholeFrom(1));
+  CLI::Option *const pictures =
+      addText(command, "--pictures", options->pictureFolder, "Write pictures frame-NNNN.png into this folder");
+  const std::size_t before = command.get_options().size();
   command.add_option("--count", options->pictureCount, "How many pictures, spread over the capture (5)")
       ->check(CLI::Range(1, 10000));
-  addText(command, "--summary", options->summaryFile, "Write what was found to this file");
   addLook(command, options->look);
+  const std::vector<CLI::Option *> all = command.get_options();
+  for (std::size_t i = before; i < all.size(); ++i) all[i]->needs(pictures);
+  addText(command, "--summary", options->summaryFile, "Write what was found to this file");
   addPointOptions(command, options->points);
+  command.parse_complete_callback([options] { checkTogether(*options); });
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -56,8 +56,8 @@ QString applyEcho(const RenderView &view, int echo) {
   const QStringList titles = model->property("echoTitles").toStringList();
   if (echo >= titles.size()) {
     QStringList known;
-    for (int i = 0; i < titles.size(); ++i) known << QStringLiteral("%1 %2").arg(i).arg(titles[i]);
-    return QStringLiteral("there is no echo %1; the frame has %2").arg(echo).arg(known.join(", "));
+    for (int i = 0; i < titles.size(); ++i) known << QStringLiteral("%1 (%2)").arg(i).arg(titles[i]);
+    return QStringLiteral("there is no echo %1; there are %2").arg(echo).arg(known.join(", "));
   }
   QMetaObject::invokeMethod(view.buffer(), "setEchoModelReturnMode", Qt::DirectConnection, Q_ARG(int, echo));
   return {};

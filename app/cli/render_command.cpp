@@ -55,9 +55,9 @@ void addRenderCommand(CommandLine &line) {
   const auto options = std::make_shared<RenderOptions>();
   CLI::App &command =
       addSourceCommand(line, "render", "Draw one frame into a picture file; needs no window and no GPU", options, run);
-  addFile(command, *options);
+  addFile(command, options->file, Sources::Files)->required();
   addSensorPort(command, options->sensorPort);
-  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(wholeFrom(0));
   addStackOption(command, options->stack);
   addText(command, "--out", options->out, "Picture file, .png or .jpg")->required();
   addLook(command, options->look);

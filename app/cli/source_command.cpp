@@ -10,10 +10,12 @@ namespace tarvo::skarnvisor::app {
 
 bool isLive(const SourceOptions &options) { return namesLiveSource(options.file); }
 
+QString liveRefusal() { return QStringLiteral("a live source can be played or recorded only"); }
+
 QString onSource(const CommandLine &line, const SourceOptions &options, Opening opening,
                  const std::function<QString(CaptureSession &)> &work) {
   const bool live = isLive(options);
-  if (live && opening != Opening::CaptureOrLive) return QStringLiteral("a live source can be played or recorded only");
+  if (live && opening != Opening::CaptureOrLive) return liveRefusal();
   CaptureSession session;
   session.setSensorPort(options.sensorPort);
   QString fault = session.loadPlugin(line.pluginPath());
@@ -25,10 +27,13 @@ QString onSource(const CommandLine &line, const SourceOptions &options, Opening 
   return fault.isEmpty() ? work(session) : fault;
 }
 
-void addFile(CLI::App &command, SourceOptions &options) {
-  addText(command, "file", options.file,
-          "Capture (pcap, pcapng), folder of point files (pcd, ply, bin), one of them, or udp://[address]:port")
-      ->required();
+CLI::Option *addFile(CLI::App &command, QString &file, Sources sources) {
+  const char *const help = sources == Sources::Captures ? "Capture (pcap, pcapng)"
+                           : sources == Sources::Files
+                               ? "Capture (pcap, pcapng), folder of point files (pcd, ply, bin) or one of them"
+                               : "Capture (pcap, pcapng), folder of point files (pcd, ply, bin), one of them, or a "
+                                 "live source as udp://[address]:port";
+  return addText(command, "file", file, help);
 }
 
 void addSensorPort(CLI::App &command, int &port) {

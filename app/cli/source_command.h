@@ -24,6 +24,8 @@ enum class Opening {
 };
 
 bool isLive(const SourceOptions &options);
+/// What a command says of a live source that it cannot work on.
+QString liveRefusal();
 
 /// Opens and has `work` done. An empty string, or one sentence saying what failed.
 QString onSource(const CommandLine &line, const SourceOptions &options, Opening opening,
@@ -39,8 +41,10 @@ CLI::App &addSourceCommand(CommandLine &line, const char *name, const char *help
   });
 }
 
-/// Adds the source itself, of any kind.
-void addFile(CLI::App &command, SourceOptions &options);
+/// What a command can work on: captures alone, point files too, live sources as well.
+enum class Sources { Captures, Files, Any };
+/// Adds the source itself.
+CLI::Option *addFile(CLI::App &command, QString &file, Sources sources);
 /// Adds "--port".
 void addSensorPort(CLI::App &command, int &port);
 

@@ -2,11 +2,13 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/cli/command_line.h"
+
 namespace tarvo::skarnvisor::app {
 
 CLI::Option *addStackOption(CLI::App &command, int &stack) {
   return command.add_option("--stack", stack, "Show so many frames at once, up to 3000, in whole groups of frames (1)")
-      ->check(CLI::Range(1, 1'000'000'000));
+      ->check(wholeFrom(1));
 }
 
 }  // namespace tarvo::skarnvisor::app

@@ -111,9 +111,9 @@ void addTelemetryCommand(CommandLine &line) {
   const auto options = std::make_shared<TelemetryOptions>();
   CLI::App &command =
       addSourceCommand(line, "telemetry", "Print what the lidar says of itself at one frame", options, run);
-  addFile(command, *options);
+  addFile(command, options->file, Sources::Captures)->required();
   addSensorPort(command, options->sensorPort);
-  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(CLI::NonNegativeNumber);
+  command.add_option("--frame", options->frame, "Frame, counted from 0 (0)")->check(wholeFrom(0));
   addText(command, "--csv", options->csvFile, "Write the monitor table to this file too");
 }
 

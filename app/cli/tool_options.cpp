@@ -88,9 +88,8 @@ QString applyTools(CaptureSession &session, const std::vector<ToolChoice> &choic
     if (std::find(offered.begin(), offered.end(), choice.tool) == offered.end()) {
       QStringList names;
       for (const LidarTool *tool : offered) names << nameOf(*tool);
-      return QStringLiteral("%1 has no tool \"%2\"; it has %3")
-          .arg(session.lidarType(), choice.name,
-               names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", ")));
+      return QStringLiteral("there is no tool \"%1\"; this source has %2")
+          .arg(choice.name, names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", ")));
     }
     if (!choice.numbers.empty()) {
       QVariantList numbers = tools.numbers(*choice.tool);

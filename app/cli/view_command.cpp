@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-#include "app/cli/command_line.h"
+#include "app/cli/source_command.h"
 #include "app/window/window.h"
 
 namespace tarvo::skarnvisor::app {
@@ -12,7 +12,7 @@ void addViewCommand(CommandLine &line) {
     options->pluginPath = line.pluginPath();
     return runWindow(*options);
   });
-  addText(command, "file", options->capture, "Capture (pcap, pcapng)");
+  addFile(command, options->capture, Sources::Any);
   addText(command, "--shot", options->shotFile, "Save a picture of the window with the first frame on it, and end");
 }
 

@@ -4,7 +4,8 @@ import QtQuick.Controls 2.15
 // Which way the sensor's axes point: x to its right, y ahead, z up.
 Item {
     id: cross
-    readonly property real reach: 28
+    property bool narrow: false
+    readonly property real reach: narrow ? 18 : 28
     readonly property var names: ["x", "y", "z"]
     readonly property var tints: theme.dark ? ["#e5646c", "#62c06e", "#6aa2f0"] : ["#c02630", "#1f7a2c", "#1f5fc4"]
     width: 2 * reach + 24
@@ -12,7 +13,8 @@ Item {
     Accessible.role: Accessible.Graphic
     Accessible.name: "Directions of the axes"
 
-    Rectangle { anchors.fill: parent; radius: width / 2; color: theme.veil }
+    // Behind the axes that point away, too.
+    Rectangle { z: -2; anchors.fill: parent; radius: width / 2; color: theme.veil }
     Repeater {
         model: 3
         Item {

@@ -43,6 +43,8 @@ Dialog {
         columns: 3
         columnSpacing: 10
         rowSpacing: 8
+        Keys.onReturnPressed: dialog.accept()
+        Keys.onEnterPressed: dialog.accept()
         Label { text: "From frame" }
         SpinBox { id: from; objectName: "cutBegin"; Layout.fillWidth: true; editable: true; from: 0; to: dialog.last; Accessible.name: "First frame of the cut" }
         PushButton { text: "Cursor"; tip: "Begin at the frame that is shown"; onClicked: from.value = viewer.timeline.frame }

@@ -12,12 +12,12 @@ Item {
         if (fault) return viewer.fail("No frame is saved: " + fault + ".")
         folder = url
         target = track
-        target.setDetailExport(true, type, url)
+        bufferCalls.call(target, "setDetailExport", [true, type, url])
         running = true
         viewer.tell("Each frame that is played is saved; press play")
     }
     function end() {
-        if (running && target) target.setDetailExport(false, 0, "")
+        if (running && target) bufferCalls.call(target, "setDetailExport", [false, 0, ""])
         forget()
     }
     // The source has gone, and its export with it.

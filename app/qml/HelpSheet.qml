@@ -10,7 +10,7 @@ Popup {
     focus: true
     padding: 20
     contentWidth: keys.width + 10
-    contentHeight: Math.min(keys.height, window.height - 80)
+    contentHeight: Math.min(head.height + 12 + keys.height, window.height - 80)
     background: Rectangle { color: theme.panel; border.color: theme.line; radius: 6 }
     readonly property var left: [
         ["Mouse", ""],
@@ -18,7 +18,7 @@ Popup {
         ["Right, middle or Shift+left drag", "move"],
         ["Wheel", "zoom to the cursor"],
         ["Click", "tell a point's place"],
-        ["Double click", "turn around this point"],
+        ["Double click", "turn around this point from now on"],
         ["", ""],
         ["View", ""],
         ["F", "fit what is shown"],
@@ -26,7 +26,14 @@ Popup {
         ["1 2 3 4 5 6", "front, back, left, right, top, bottom"],
         ["P", "perspective or orthographic"],
         ["Alt+arrows, + and -", "turn and zoom"],
-        ["F11", "full screen"]]
+        ["F11", "full screen"],
+        ["", ""],
+        ["Tables", ""],
+        ["Arrows, Page Up/Down, Home, End", "through rows and heads"],
+        ["Enter", "sort by the head"],
+        ["Ctrl+Left, Ctrl+Right", "move the column"],
+        ["Ctrl+C", "copy the row of a point"],
+        ["Space", "switch the marked channels"]]
     readonly property var right: [
         ["Time", ""],
         ["Space", "play or pause"],
@@ -39,6 +46,7 @@ Popup {
         ["Escape", "put the tool away, clear"],
         ["F9, F10", "side panels, table of points"],
         ["Tab, Alt+F", "to the next control, the menus"],
+        ["?, F1", "these keys"],
         ["", ""],
         ["Files", ""],
         ["Ctrl+O, Ctrl+Shift+O", "open a file, a folder"],
@@ -46,7 +54,10 @@ Popup {
         ["Ctrl+P", "picture of the window"],
         ["Ctrl+W, Ctrl+Q", "close the source, the window"]]
 
-    component Keys: Grid {
+    // The keys that opened it; a modal sheet keeps them from the window.
+    Shortcut { sequences: ["?", "F1"]; enabled: sheet.opened; onActivated: sheet.close() }
+
+    component KeyRows: Grid {
         property var rows
         columns: 2
         columnSpacing: 16
@@ -63,9 +74,20 @@ Popup {
             }
         }
     }
+    Item {
+        id: head
+        width: parent.width
+        height: close.height
+        Label { anchors.verticalCenter: parent.verticalCenter; text: "Keys and mouse"; font { pixelSize: 15; bold: true } }
+        PushButton { id: close; anchors.right: parent.right; text: "Close"; tip: "Close (Escape)"; onClicked: sheet.close() }
+    }
     // Beside each other where there is room, else one above the other.
     ScrollView {
-        anchors.fill: parent
+        id: scroll
+        focus: true
+        Keys.onUpPressed: ScrollBar.vertical.decrease()
+        Keys.onDownPressed: ScrollBar.vertical.increase()
+        anchors { fill: parent; topMargin: head.height + 12 }
         clip: true
         contentWidth: keys.width
         contentHeight: keys.height
@@ -74,8 +96,8 @@ Popup {
             columnSpacing: 40
             rowSpacing: 12
             columns: window.width > 860 ? 2 : 1
-            Keys { rows: sheet.left }
-            Keys { rows: sheet.right }
+            KeyRows { rows: sheet.left }
+            KeyRows { rows: sheet.right }
         }
     }
 }

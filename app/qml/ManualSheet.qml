@@ -44,6 +44,16 @@ Popup {
             font.pixelSize: 13
             background: null
             Accessible.name: "Manual"
+            // A reader's keys go through the page, not through its letters.
+            Keys.onPressed: {
+                var page = scroll.height - 40, flick = scroll.contentItem
+                var steps = {}
+                steps[Qt.Key_Up] = -40; steps[Qt.Key_Down] = 40; steps[Qt.Key_PageUp] = -page; steps[Qt.Key_PageDown] = page
+                steps[Qt.Key_Space] = page; steps[Qt.Key_Home] = -flick.contentHeight; steps[Qt.Key_End] = flick.contentHeight
+                if (steps[event.key] === undefined) return
+                flick.contentY = Math.max(0, Math.min(flick.contentY + steps[event.key], flick.contentHeight - flick.height))
+                event.accepted = true
+            }
             function fit() { app.fitPage(textDocument, width - 30, theme.accent) }
             onTextChanged: Qt.callLater(fit)
             onWidthChanged: Qt.callLater(fit)

@@ -6,7 +6,7 @@ Item {
     id: picked
     property var place: null
     property point spot
-    readonly property real viewWidth: canvas.width / (viewer.splitView ? 2 : 1)
+    readonly property real viewWidth: canvasView.viewWidth
     visible: place !== null && !isNaN(spot.x)
 
     function show(at) {
@@ -32,10 +32,11 @@ Item {
     Label {
         objectName: "pickedText"
         visible: picked.spot.x > -6 && picked.spot.x < picked.viewWidth + 6 && picked.spot.y > -6 && picked.spot.y < canvas.height + 6
-        x: Math.max(4, Math.min(picked.spot.x + 12, picked.viewWidth - width - 4))
-        y: Math.max(4, picked.spot.y - height - 6)
-        text: picked.place ? "x " + picked.place.x.toFixed(3) + "  y " + picked.place.y.toFixed(3) + "  z " + picked.place.z.toFixed(3)
-            + " m\ndistance " + picked.place.length().toFixed(3) + " m" : ""
+        readonly property point free: canvasView.labelPlace(picked.spot, width, height)
+        x: free.x
+        y: free.y
+        text: picked.place ? "x " + picked.place.x.toFixed(3) + canvasView.gap + "y " + picked.place.y.toFixed(3) + canvasView.gap + "z "
+            + picked.place.z.toFixed(3) + " m\ndistance " + picked.place.length().toFixed(3) + " m" : ""
         font.pixelSize: 12
         padding: 6
         background: Rectangle { color: theme.veil; radius: 4 }

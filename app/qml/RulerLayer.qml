@@ -46,10 +46,11 @@ Item {
     Label {
         objectName: "rulerText"
         visible: ruler.places.length === 2 && ruler.drawn
-        x: Math.max(4, Math.min(ruler.width / ruler.views - width - 4, (ruler.from.x + ruler.to.x) / 2 + 10))
-        y: Math.max(4, Math.min(ruler.height - height - 4, (ruler.from.y + ruler.to.y) / 2 - height - 6))
-        text: ruler.span.length().toFixed(3) + " m, horizontal " + Math.hypot(ruler.span.x, ruler.span.y).toFixed(3) + " m\n\u0394x "
-            + ruler.span.x.toFixed(3) + "  \u0394y " + ruler.span.y.toFixed(3) + "  \u0394z " + ruler.span.z.toFixed(3) + " m"
+        readonly property point free: canvasView.labelPlace(Qt.point((ruler.from.x + ruler.to.x) / 2, (ruler.from.y + ruler.to.y) / 2), width, height)
+        x: free.x
+        y: free.y
+        text: ruler.span.length().toFixed(3) + " m" + (canvasView.gap === "\n" ? "\n" : ", ") + "horizontal " + Math.hypot(ruler.span.x, ruler.span.y).toFixed(3)
+            + " m\n\u0394x " + ruler.span.x.toFixed(3) + canvasView.gap + "\u0394y " + ruler.span.y.toFixed(3) + canvasView.gap + "\u0394z " + ruler.span.z.toFixed(3) + " m"
         font.pixelSize: 12
         padding: 6
         background: Rectangle { color: theme.veil; radius: 4 }

@@ -9,7 +9,8 @@ CloudLegends {
         objectName: "overlay"
         visible: viewer.overlaySerial > 0
         anchors { left: parent.left; bottom: parent.bottom; margins: 14 }
-        width: Math.min(parent.width * 0.3, 480)
+        // Beside the legend.
+        width: Math.min(parent.width * 0.3, 480, place.width > 0 ? place.x - 20 : parent.width)
         height: implicitWidth > 0 ? width * implicitHeight / implicitWidth : 0
         cache: false
         source: viewer.overlaySerial > 0 ? "image://overlay/" + viewer.overlaySerial : ""

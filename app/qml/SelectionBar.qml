@@ -9,7 +9,10 @@ Rectangle {
     objectName: "selectionBar"
     readonly property var buffer: viewer.buffer
     readonly property bool cuts: buffer !== null && typeof buffer.singleFrameSelectedAreaFiltering === "function"
-    property bool cutMade: false
+    property int made: 0  // cuts in force
+    readonly property bool cutMade: made > 0 || reversed
+    // While the memory of a stack is taken the buffer cuts nothing.
+    readonly property bool held: window.stackEditor.busy
     property bool undoable: false  // one undo follows a cut
     property bool reversed: false
     visible: buffer !== null && (canvas.tool === CloudCanvas.Select || window.selecting || cutMade)
@@ -18,25 +21,27 @@ Rectangle {
     radius: 4
     color: theme.veil
     border.color: theme.line
-    onBufferChanged: cutMade = undoable = reversed = false
+    onBufferChanged: forget()
 
-    // The buffer takes back what the matrix holds that stands at that moment: the cut's own must stand then.
+    // What was selected when the last cut was made: that is what its undo takes back.
     property matrix4x4 cutMatrix
-    property matrix4x4 nowMatrix
     function cut() {
-        cutMatrix = buffer.selectionMatrix
-        buffer.singleFrameSelectedAreaFiltering()
-        cutMade = undoable = true
+        cutMatrix = window.selection
+        bufferCalls.call(buffer, "singleFrameSelectedAreaFiltering")
+        ++made
+        undoable = true
     }
     function undo() {
-        nowMatrix = buffer.selectionMatrix
-        buffer.selectionMatrix = cutMatrix
-        buffer.singleFrameSelectedAreaRevokedOnce()
-        buffer.selectionMatrix = nowMatrix
+        bufferCalls.call(buffer, "singleFrameSelectedAreaRevokedOnce", [cutMatrix])
+        --made
         undoable = false
     }
-    function reverse() { buffer.singleFrameSelectedAreaReverse(); reversed = !reversed }
-    function clear() { buffer.singleFrameSelectedAreaRevokedAll(); cutMade = undoable = reversed = false }
+    function forget() {
+        made = 0
+        undoable = reversed = false
+    }
+    function reverse() { bufferCalls.call(buffer, "singleFrameSelectedAreaReverse"); reversed = !reversed }
+    function clear() { bufferCalls.call(buffer, "singleFrameSelectedAreaRevokedAll"); forget() }
 
     Flow {
         id: row
@@ -57,10 +62,10 @@ Rectangle {
                 : bar.cutMade && canvas.tool !== CloudCanvas.Select ? (bar.reversed ? "Only the cut is shown" : "A part is cut out") : "Draw a band over points"
         }
         PushButton { objectName: "listSelected"; visible: window.selecting && !window.tableShown; text: "List"; tip: "Show the selected points in the table"; onClicked: window.showTable(true) }
-        PushButton { objectName: "areaCut"; visible: bar.cuts && window.selecting; text: "Cut out"; tip: "Hide the selected points in every frame"; onClicked: bar.cut() }
-        PushButton { objectName: "undoCut"; visible: bar.cutMade; enabled: bar.undoable; text: "Undo cut"; tip: "Show what the last cut hid"; onClicked: bar.undo() }
-        PushButton { objectName: "reverseCut"; visible: bar.cutMade; text: bar.reversed ? "Show the rest" : "Show only the cut"; tip: "Turn the cut round"; onClicked: bar.reverse() }
-        PushButton { objectName: "clearCuts"; visible: bar.cutMade; text: "Clear cuts"; tip: "Show every point again"; onClicked: bar.clear() }
+        PushButton { objectName: "areaCut"; visible: bar.cuts && window.selecting; enabled: !bar.held; text: "Cut out"; tip: "Hide the selected points in every frame"; onClicked: bar.cut() }
+        PushButton { objectName: "undoCut"; visible: bar.cutMade; enabled: bar.undoable && !bar.held; text: "Undo cut"; tip: "Show what the last cut hid"; onClicked: bar.undo() }
+        PushButton { objectName: "reverseCut"; visible: bar.cutMade; enabled: !bar.held; text: bar.reversed ? "Show the rest" : "Show only the cut"; tip: "Turn the cut round"; onClicked: bar.reverse() }
+        PushButton { objectName: "clearCuts"; visible: bar.cutMade; enabled: !bar.held; text: "Clear cuts"; tip: "Show every point again"; onClicked: bar.clear() }
         PushButton { objectName: "clearSelection"; visible: window.selecting; text: "Clear"; tip: "End the selection (Escape)"; onClicked: window.clearSelection() }
     }
 }

@@ -35,6 +35,7 @@ Item {
     Shortcut { sequence: "F9"; onActivated: window.showDock(!window.dockShown) }
     Shortcut { sequence: "F10"; onActivated: window.showTable(!window.tableShown) }
     Shortcut { sequence: "F11"; onActivated: window.toggleFullScreen() }
-    Shortcut { sequences: ["?", "F1"]; enabled: free || help.visible; onActivated: help.visible ? help.close() : help.open() }
-    Shortcut { sequence: "Escape"; onActivated: window.stepBack() }
+    Shortcut { sequences: ["?", "F1"]; enabled: free; onActivated: help.open() }
+    // A field takes back what was typed, a menu closes.
+    Shortcut { sequence: "Escape"; enabled: !window.typing && !window.inPopup; onActivated: window.stepBack() }
 }

@@ -2,7 +2,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "parts"
 
-// How many frames are shown at once. The memory for them is taken in the background; what came of it is told.
+// How much is shown at once: frames, whose memory is taken in the background and what came of it told, and by time, for
+// lidars of which so much is asked, a window.
 Row {
     id: editor
     readonly property var buffer: viewer.buffer
@@ -10,15 +11,18 @@ Row {
     property bool narrow: false
     property bool cancelling: false
     property int asked: 0
+    property bool awaited: false  // by the user; a stack that is made anew is not told of
     property real progress: 0
-    visible: buffer !== null && typeof buffer.setFrameNumber === "function"
+    readonly property bool stacks: buffer !== null && typeof buffer.setFrameNumber === "function"
+    readonly property bool timed: buffer !== null && Boolean(buffer.frameDurationFlag) && !viewer.playByFrame
+    visible: stacks || timed
     spacing: 4
 
     function ask(depth) {
-        if (!visible) return  // what was typed for another source
         asked = depth
-        if (buffer.setFrameNumber(depth) === false) { if (!busy) field.restore() }
-        else if (depth === 1) viewer.tell("Frames are shown one at a time")  // stands at once, without an answer
+        awaited = true
+        var taken = buffer.setFrameNumber(depth)
+        if (taken && depth === 1) viewer.tell("Frames are shown one at a time")  // stands at once, without an answer
     }
     function cancel() {
         cancelling = true
@@ -34,27 +38,29 @@ Row {
         function onFrameAllocationFinished(success, actualFrames, message) {
             var wanted = !success && editor.cancelling
             editor.busy = editor.cancelling = false
-            field.restore()
-            // A stack fills as frames come.
-            if (!success && !wanted) viewer.fail(message)
-            else viewer.tell(success && actualFrames > 1 && !viewer.timeline.playing ? message + "; press play to fill it" : message)
+            if (!success && !wanted) return viewer.fail(message)
+            if (success && !awaited) return
+            awaited = false
+            // The frames before the cursor fill it by themselves.
+            var lacking = success && !viewer.timeline.playing && (!viewer.playByFrame || viewer.timeline.frame + 1 < actualFrames)
+            viewer.tell(lacking ? message + "; press play to fill it" : message)
         }
     }
     // By time, some lidars show a window of a length of its own.
-    Label { text: "Seconds"; visible: seconds.visible && !editor.narrow; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "Seconds"; visible: editor.timed && !editor.narrow; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
     NumberField {
         id: seconds
-        visible: !viewer.playByFrame && editor.buffer !== null && Boolean(editor.buffer.frameDurationFlag)
+        visible: editor.timed
         label: "Length of the time window, seconds"
         width: 52
         decimals: 3
         number: editor.buffer && editor.buffer.frameSeconds || 0
-        onEntered: editor.buffer.frameSeconds = value
+        onEntered: bufferCalls.set(editor.buffer, "frameSeconds", value)
     }
-    Label { text: "Stack"; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "Stack"; visible: editor.stacks; font.pixelSize: 12; anchors.verticalCenter: parent.verticalCenter }
     NumberField {
-        id: field
         objectName: "stackDepth"
+        visible: editor.stacks
         label: "Frames shown at once"
         width: 52
         decimals: 0
@@ -65,5 +71,5 @@ Row {
         ToolTip.delay: 600
         ToolTip.text: "Frames shown at once, up to 3000"
     }
-    Label { text: "frames"; visible: !editor.narrow; font.pixelSize: 12; color: theme.faint; anchors.verticalCenter: parent.verticalCenter }
+    Label { text: "frames"; visible: editor.stacks && !editor.narrow; font.pixelSize: 12; color: theme.faint; anchors.verticalCenter: parent.verticalCenter }
 }

@@ -8,6 +8,8 @@ Pane {
     id: bar
     readonly property var line: viewer.timeline
     readonly property Item stackEditor: stack
+    readonly property bool canCut: cut.visible && cut.enabled
+    readonly property bool canRecord: record.visible
     readonly property bool narrow: width < 900
     padding: 8
     topPadding: 6
@@ -15,6 +17,8 @@ Pane {
 
     component TransportButton: PushButton {
         enabled: viewer.ready
+        leftPadding: 2
+        rightPadding: 2
         Layout.preferredWidth: bar.narrow ? 28 : 38
     }
     component Gap: Rectangle { width: 1; Layout.preferredHeight: 20; color: theme.line }

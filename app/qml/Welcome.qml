@@ -22,11 +22,12 @@ Column {
         PushButton { text: "Live source\u2026"; tip: "Listen to a lidar (Ctrl+L)"; onClicked: window.openLive() }
     }
     Column {
-        visible: !viewer.opening && prefs.recent.length > 0
+        readonly property int room: Math.floor((canvas.height - 130) / 26)
+        visible: !viewer.opening && prefs.recent.length > 0 && room > 0
         anchors.horizontalCenter: parent.horizontalCenter
         Label { text: "Recent"; color: theme.label; font.pixelSize: 12; bottomPadding: 4 }
         Repeater {
-            model: prefs.recent.slice(0, 6)
+            model: prefs.recent.slice(0, Math.max(0, Math.min(6, parent.room)))
             ItemDelegate {
                 id: entry
                 width: Math.min(420, canvas.width - 20)
@@ -35,7 +36,7 @@ Column {
                 text: modelData
                 Accessible.name: "Open " + modelData
                 contentItem: Label { text: modelData; elide: Text.ElideMiddle; font { pixelSize: 12; underline: entry.hovered } color: theme.accent }
-                background: Rectangle { radius: 3; color: entry.hovered ? theme.row : "transparent"; border { color: theme.accent; width: entry.visualFocus ? 1 : 0 } }
+                background: Rectangle { radius: 3; color: entry.hovered ? theme.row : "transparent"; FocusRing { visible: entry.visualFocus; anchors.margins: 0 } }
                 onClicked: window.openRecent(modelData)
                 Keys.onReturnPressed: clicked()
             }

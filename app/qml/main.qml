@@ -29,12 +29,15 @@ ApplicationWindow {
     property bool statsShown: prefs.value("stats", false)
     property bool dockShown: prefs.value("dock", true)
     property bool tableShown: prefs.value("table", false)
-    // The buffer tells of its selection with its other signals; the window, which alone sets it, keeps it too.
+    // The selection as the window has asked for it: the buffer takes it up in the background.
     property bool selecting: false
+    property matrix4x4 selection
     readonly property alias exporting: frameExport.running
     readonly property var buffer: viewer.buffer
-    // While a control has the keyboard, its keys are its own.
-    readonly property bool keysFree: activeFocusItem === null || activeFocusItem.focusPolicy === undefined
+    // While a control, a field or a menu has the keyboard, its keys are its own.
+    readonly property bool typing: activeFocusItem !== null && activeFocusItem.cursorPosition !== undefined
+    readonly property bool inPopup: { for (var item = activeFocusItem; item; item = item.parent) if (item === Overlay.overlay) return true; return false }
+    readonly property bool keysFree: !typing && !inPopup && (activeFocusItem === null || activeFocusItem.focusPolicy === undefined)
     readonly property Item focusHome: canvasView.canvas
     readonly property var viewerObject: viewer
 
@@ -71,6 +74,7 @@ ApplicationWindow {
     function takeTool(tool) {
         canvas.tool = canvas.tool === tool ? CloudCanvas.Orbit : tool
         if (canvas.tool !== CloudCanvas.Ruler) ruler.clear()
+        else canvasView.picked.hide()
     }
     function showGrid(on) { viewer.gridVisible = on; prefs.setValue("grid", on) }
     function showLegend(on) { legendShown = on; prefs.setValue("legend", on) }
@@ -92,7 +96,7 @@ ApplicationWindow {
         else if (visibility === ApplicationWindow.FullScreen) toggleFullScreen()
     }
     // The point table is filled only while it is seen, or while the export of each frame needs it.
-    function syncTable() { if (buffer && !exporting && buffer.spreadSheetEnabled !== tableShown) buffer.spreadSheetEnabled = tableShown }
+    function syncTable() { if (buffer && !exporting) bufferCalls.set(buffer, "spreadSheetEnabled", tableShown) }
     function refilter() { viewer.refilter() }
     function screenshot() {
         chooser.ask("Save a picture of the window", ["Pictures (*.png)"], true, function (url) {
@@ -102,25 +106,24 @@ ApplicationWindow {
     }
     function select(matrix) {
         if (!buffer) return
-        buffer.selectionMatrix = matrix
-        buffer.selectEnabled = selecting = true
+        selection = matrix
+        selecting = true
+        bufferCalls.set(buffer, "selectionMatrix", matrix)
+        bufferCalls.set(buffer, "selectEnabled", true)
     }
     function clearSelection() {
-        if (buffer) buffer.selectEnabled = false
+        if (selecting) bufferCalls.set(buffer, "selectEnabled", false)
         selecting = false
     }
-    // The buffer writes in the background, and goes by the suffix; a table of another name is written by a job.
+    // The buffer writes in the background. Without columns it goes by the suffix.
     readonly property var pointExport: buffer && buffer.pointExport || null
     property url exportTarget
-    function startExport(url) {
+    function startExport(url, columns) {
         exportTarget = url
-        if (!buffer.startExport(files.path(exportTarget))) viewer.fail("Wait until the export under way has ended.")
+        if (!buffer.startExport(files.path(exportTarget), columns)) viewer.fail("Wait until the export under way has ended.")
     }
-    function exportFrame(url) { startExport(/\.csv$/i.test(url) ? url + ".pcd" : url) }
-    function exportTable(url) {
-        if (/\.csv$/i.test(url)) startExport(url)
-        else jobs.exportTo(buffer.spreadSheetModel, "exportPointsInformation", url, "the points")
-    }
+    function exportFrame(url) { startExport(/\.csv$/i.test(url) ? url + ".pcd" : url, []) }
+    function exportTable(url) { startExport(url, buffer.spreadSheetModel.columnNames) }
     Connections {
         target: window.pointExport
         ignoreUnknownSignals: true
@@ -136,7 +139,7 @@ ApplicationWindow {
         syncTable()
     }
 
-    onBufferChanged: { selecting = false; frameExport.forget(); if (buffer) syncTable() }
+    onBufferChanged: { selecting = false; frameExport.forget(); if (tableShown) syncTable() }
     Component.onCompleted: {
         viewer.pointSize = prefs.value("pointSize", 2.0)
         viewer.gridVisible = prefs.value("grid", true)

@@ -10,9 +10,6 @@ namespace {
 constexpr int barWidth = 14;
 constexpr int margin = 18;
 
-/// As many decimals as tell the ticks of `span` apart.
-QString number(double value, double span) { return QString::number(value, 'f', span >= 20 ? 0 : span >= 2 ? 1 : 2); }
-
 void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
   const bool velocity = style.words == WordKind::Velocity;
   const ColorRamp ramp = velocity ? ColorRamp::diverging() : style.ramp;
@@ -36,7 +33,7 @@ void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
   for (int tick = 0; tick <= 4; ++tick) {
     const int y = bar.bottom() - tick * (height - 1) / 4;
     const QRect place(bar.right() + 8, y - 10, textWidth, 20);
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, number(low + (high - low) * tick / 4, high - low));
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, legendNumber(low + (high - low) * tick / 4, high - low));
   }
   const QString title =
       scale.unit.isEmpty() ? style.colorTitle : QStringLiteral("%1, %2").arg(style.colorTitle, scale.unit);
@@ -44,6 +41,11 @@ void drawRamp(QPainter &painter, const QRect &area, const PictureStyle &style) {
 }
 
 }  // namespace
+
+QString legendNumber(double value, double span) {
+  const QString text = QString::number(value, 'f', span >= 20 ? 0 : span >= 2 ? 1 : 2);
+  return text.toDouble() == 0 ? QString(text).remove(QLatin1Char('-')) : text;
+}
 
 void drawLegend(QPainter &painter, const QRect &area, const PictureStyle &style) {
   QFont font = painter.font();

@@ -10,4 +10,7 @@ namespace tarvo::skarnvisor::app {
 /// upper left.
 void drawLegend(QPainter &painter, const QRect &area, const PictureStyle &style);
 
+/// A value on a legend, with as many decimals as tell the ticks of `span` apart.
+QString legendNumber(double value, double span);
+
 }  // namespace tarvo::skarnvisor::app

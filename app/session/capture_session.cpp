@@ -26,7 +26,7 @@ constexpr int attemptsAtEnd = 20;
 CaptureSession::CaptureSession(QObject *parent) : QObject(parent) {
   connect(&m_host, &HostCore::opened, this, &CaptureSession::takeUp);
   connect(&m_host, &HostCore::openFailed, this, &CaptureSession::failed);
-  connect(&m_host, &HostCore::closing, this, [this](Pipeline *pipeline) {
+  connect(&m_host, &HostCore::stopping, this, [this](Pipeline *pipeline) {
     if (pipeline != m_pipeline) return;
     Q_EMIT closing();
     m_view = RenderView();
@@ -109,7 +109,9 @@ QString CaptureSession::openAndWait(const QString &path) {
   disconnect(onOpened);
   if (inTime) return reason;
   m_host.cancelOpening();
-  return QStringLiteral("%1 could not be opened within %2 seconds").arg(path).arg(waitLimitMs / 1000);
+  const QString fault = namesLiveSource(path) ? QStringLiteral("no packet of a known lidar came on %1 within %2 s")
+                                              : QStringLiteral("%1 could not be opened within %2 s");
+  return fault.arg(path).arg(waitLimitMs / 1000);
 }
 
 void CaptureSession::takeUp(Pipeline *pipeline) {

@@ -82,6 +82,7 @@ class CaptureSession : public QObject {
   void frameShown();
   /// Same frame or stack, other vertices or colours.
   void pictureChanged();
+  /// The buffer is about to be emptied: nobody works on it any more when the slots have returned.
   void closing();
   /// The frame at the cursor could not be made; with an empty reason, it could again.
   void frameFailed(const QString &reason);

@@ -55,8 +55,9 @@ std::vector<const LidarTool *> LidarTools::offered() const {
 
 QVariant LidarTools::told(const char *setter) const {
   if (m_buffer.isNull() || setter == nullptr) return {};
-  if (hasProperty(*m_buffer, setter)) return m_buffer->property(setter);
   const QString name = QLatin1String(setter);
+  if (m_waiting.contains(name)) return m_kept.value(name);
+  if (hasProperty(*m_buffer, setter)) return m_buffer->property(setter);
   return m_buffer->property("toolSettings").toMap().value(name, m_kept.value(name));
 }
 
@@ -76,11 +77,16 @@ QVariantList LidarTools::numbers(const LidarTool &tool) const {
 void LidarTools::set(const LidarTool &tool, const char *setter, const QVariant &value) {
   if (m_buffer.isNull()) return;
   m_kept.insert(QLatin1String(setter), value);
-  if (hasProperty(*m_buffer, setter))
-    m_buffer->setProperty(setter, value);
-  else
-    call(*m_buffer, methodOf(*m_buffer, setter), value);
-  if (tool.quiet) QMetaObject::invokeMethod(m_buffer, "renderStateChanged", Qt::DirectConnection);
+  const auto write = [&buffer = *m_buffer, setter, value, quiet = tool.quiet] {
+    if (hasProperty(buffer, setter))
+      buffer.setProperty(setter, value);
+    else
+      call(buffer, methodOf(buffer, setter), value);
+    if (quiet) QMetaObject::invokeMethod(&buffer, "renderStateChanged", Qt::DirectConnection);
+  };
+  if (!m_later) return write();
+  m_waiting.insert(QLatin1String(setter));
+  m_later(write);
 }
 
 void LidarTools::switchTo(const LidarTool &tool, bool on) {

@@ -2,8 +2,11 @@
 
 #include <QMap>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QVariant>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace tarvo::skarnvisor::app {
@@ -38,9 +41,13 @@ const std::vector<LidarTool> &lidarTools();
 /// nothing. GUI thread.
 class LidarTools {
  public:
+  /// Has a call done on another thread, in the order of the calls, while the buffer lives.
+  using Later = std::function<void(std::function<void()> call)>;
+
   LidarTools() = default;
-  /// Observes the buffer, which may be null.
-  explicit LidarTools(QObject *buffer) : m_buffer(buffer) {}
+  /// Observes the buffer, which may be null. With `later` the buffer is set by it, and until `settle` its tools stand
+  /// at what they were set to.
+  explicit LidarTools(QObject *buffer, Later later = {}) : m_buffer(buffer), m_later(std::move(later)) {}
 
   [[nodiscard]] std::vector<const LidarTool *> offered() const;
   /// False too for a tool without a switch.
@@ -50,6 +57,8 @@ class LidarTools {
   void switchTo(const LidarTool &tool, bool on);
   /// Takes each into its limits. `values` holds one a number of the tool.
   void setNumbers(const LidarTool &tool, const QVariantList &values);
+  /// All calls have been done.
+  void settle() { m_waiting.clear(); }
 
  private:
   [[nodiscard]] bool has(const LidarTool &tool) const;
@@ -58,7 +67,9 @@ class LidarTools {
   void set(const LidarTool &tool, const char *setter, const QVariant &value);
 
   QPointer<QObject> m_buffer;
+  Later m_later;
   QVariantMap m_kept;
+  QSet<QString> m_waiting;  ///< setters on their way to the buffer
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -15,8 +15,8 @@ namespace tarvo::skarnvisor::app {
 enum class ColorHalf { Main, SplitWindow };
 
 /// What the program knows of a plug-in's render buffer, read and written through its meta-object. A property that the
-/// buffer lacks reads as empty, 0 or false. Used on the GUI thread; vertices and colour modes also by the one thread in
-/// the background that a window has for them, which ends before the buffer does.
+/// buffer lacks reads as empty, 0 or false. Used on the GUI thread, and by the one thread in the background that a
+/// window has for what takes longer, which ends before the buffer does.
 class RenderView {
  public:
   RenderView() = default;

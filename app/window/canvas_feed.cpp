@@ -30,10 +30,12 @@ void CanvasFeed::read(const RenderView &view, int index) {
 }
 
 void CanvasFeed::readAll(const RenderView &view) {
-  m_canvases.resize(static_cast<std::size_t>(view.canvasCount()));
-  m_samples.resize(view.canvasCount());
+  // Once: the depth of the stack may change meanwhile.
+  const int count = view.canvasCount();
+  m_canvases.resize(static_cast<std::size_t>(count));
+  m_samples.resize(count);
   m_lastWritten = view.writtenCanvas();
-  for (int i = 0; i < view.canvasCount(); ++i) read(view, i);
+  for (int i = 0; i < count; ++i) read(view, i);
 }
 
 void CanvasFeed::readFrame(const RenderView &view) {

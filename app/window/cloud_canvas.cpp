@@ -19,6 +19,8 @@ constexpr float notch = 120;
 constexpr double clickReach = 4;
 constexpr double pickReach = 8;
 constexpr float pointCubeReach = 0.001F;
+/// What the label of a ring takes, pixels.
+constexpr QSizeF labelRoom(40, 14);
 
 QVector3D placeOf(const VertexPoint &point) { return {point.x, point.y, point.z}; }
 
@@ -112,9 +114,14 @@ QVariantList CloudCanvas::labels() const {
   QVariantList labels;
   if (!m_viewer || m_viewer->scene().canvases.empty() || !m_viewer->scene().grid || height() < 1) return labels;
   const QRectF view = viewAt({0, 0});
+  QPointF last(-labelRoom.width(), 0);
   for (const GroundGrid::Label &label : groundGrid(m_viewer->scene().extent).labels) {
     const QPointF at = onItem(viewProjection(), label.at);
     if (std::isnan(at.x()) || !view.contains(at)) continue;
+    // Far rings lie close together: one that would cover the last has no label.
+    const QPointF apart = at - last;
+    if (std::abs(apart.x()) < labelRoom.width() && std::abs(apart.y()) < labelRoom.height()) continue;
+    last = at;
     // Both views have the same camera.
     for (double left = 0; left < width(); left += view.width())
       labels << QVariantMap{{"x", left + at.x()}, {"y", at.y()}, {"text", label.text}};
@@ -142,10 +149,25 @@ void CloudCanvas::setBand(const QRectF &band) {
   Q_EMIT bandChanged();
 }
 
-std::optional<VertexPoint> CloudCanvas::pick(QPointF at) const {
-  if (!m_viewer) return std::nullopt;
+void CloudCanvas::pick(QPointF at, void (CloudCanvas::*take)(std::optional<VertexPoint>)) {
   const QRectF view = viewAt(at);
-  return m_viewer->pointUnder(pointProjection(), view.size(), at - view.topLeft(), pickReach);
+  m_viewer->findPoint(pointProjection(), view.size(), at - view.topLeft(), pickReach,
+                      [canvas = QPointer<CloudCanvas>(this), take](std::optional<VertexPoint> point) {
+                        if (canvas) (canvas->*take)(point);
+                      });
+}
+
+void CloudCanvas::tellClick(std::optional<VertexPoint> point) {
+  if (point)
+    Q_EMIT pointClicked(placeOf(*point));
+  else
+    Q_EMIT nothingClicked();
+}
+
+void CloudCanvas::turnAround(std::optional<VertexPoint> point) {
+  if (!point || !m_viewer) return;
+  m_camera.setPivot(m_viewer->scene().placement.map(placeOf(*point)));
+  redraw();
 }
 
 void CloudCanvas::mousePressEvent(QMouseEvent *event) {
@@ -182,11 +204,7 @@ void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
   if (event->button() != Qt::LeftButton || !m_viewer || m_viewer->pointsShown() + m_viewer->pointsSelected() == 0)
     return;
   if (m_clicks) {
-    const auto point = pick(event->localPos());
-    if (point)
-      Q_EMIT pointClicked(placeOf(*point));
-    else
-      Q_EMIT nothingClicked();
+    pick(event->localPos(), &CloudCanvas::tellClick);
   } else if (m_tool == Tool::Select && !band.isEmpty()) {
     const QRectF view = viewAt(m_pressedAt);
     Q_EMIT bandDrawn(bandMatrix(pointProjection(), view.size(), band.translated(-view.topLeft())));
@@ -194,11 +212,10 @@ void CloudCanvas::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void CloudCanvas::mouseDoubleClickEvent(QMouseEvent *event) {
-  if (event->button() != Qt::LeftButton) return;
+  if (event->button() != Qt::LeftButton || !m_viewer) return;
   // Another picture may be seen when the button is let go, with another point under it.
   m_clicks = false;
-  if (const auto point = pick(event->localPos())) m_camera.setPivot(m_viewer->scene().placement.map(placeOf(*point)));
-  redraw();
+  pick(event->localPos(), &CloudCanvas::turnAround);
 }
 
 void CloudCanvas::wheelEvent(QWheelEvent *event) {

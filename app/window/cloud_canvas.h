@@ -105,7 +105,10 @@ class CloudCanvas : public QQuickItem {
   QMatrix4x4 pointProjection() const;
   /// NaN for a place behind the eye.
   QPointF onItem(const QMatrix4x4 &projection, const QVector3D &place) const;
-  std::optional<VertexPoint> pick(QPointF at) const;
+  /// Has the point that is drawn under a place of the item taken, once it is found; none where there is none.
+  void pick(QPointF at, void (CloudCanvas::*take)(std::optional<VertexPoint>));
+  void tellClick(std::optional<VertexPoint> point);
+  void turnAround(std::optional<VertexPoint> point);
 
   QPointer<Viewer> m_viewer;
   OrbitCamera m_camera;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/render/attribute_scale.h"
+#include "app/render/legend.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -13,8 +14,8 @@ constexpr int legendColorCount = 32;
 
 }  // namespace
 
-ColorScale::ColorScale(ColorHalf half, BackgroundCalls &background, QObject *parent)
-    : QObject(parent), m_half(half), m_background(background) {}
+ColorScale::ColorScale(ColorHalf half, BufferCalls &calls, QObject *parent)
+    : QObject(parent), m_half(half), m_calls(calls) {}
 
 void ColorScale::takeUp(const RenderView &view) {
   m_view = view;
@@ -48,7 +49,7 @@ void ColorScale::setMode(int mode) {
   if (mode < 0 || mode == this->mode()) return;
   m_measuredTitle.clear();
   m_requested = m_view.colorTitles().value(mode);
-  m_background.run([this, view = m_view, title = m_requested, request = ++m_requests]() mutable {
+  m_calls.run([this, view = m_view, title = m_requested, request = ++m_requests]() mutable {
     if (request == m_requests) view.setColor(m_half, title);
     QMetaObject::invokeMethod(
         this,
@@ -111,8 +112,7 @@ QStringList ColorScale::legendTicks() const {
   const double to = velocity ? static_cast<double>(velocityLimit) : high();
   QStringList ticks;
   for (int i = 0; i <= legendSteps; ++i) {
-    const double value = from + (to - from) * i / legendSteps;
-    ticks << QString::number(value, 'f', std::abs(to - from) >= 10 ? 0 : 2);
+    ticks << legendNumber(from + (to - from) * i / legendSteps, std::abs(to - from));
   }
   return ticks;
 }

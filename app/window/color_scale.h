@@ -7,7 +7,7 @@
 #include <atomic>
 
 #include "app/session/render_view.h"
-#include "app/window/background_calls.h"
+#include "app/window/buffer_calls.h"
 #include "app/window/canvas_scene.h"
 
 namespace tarvo::skarnvisor::app {
@@ -35,8 +35,8 @@ class ColorScale : public QObject {
   Q_PROPERTY(QVariantList legendColors READ legendColors NOTIFY changed)
 
  public:
-  /// The buffer's colour mode is set in the background: the points that are shown are coloured anew with it.
-  ColorScale(ColorHalf half, BackgroundCalls &background, QObject *parent);
+  /// The buffer's colour mode is set by `calls`: the points that are shown are coloured anew with it.
+  ColorScale(ColorHalf half, BufferCalls &calls, QObject *parent);
 
   /// A new buffer, or none.
   void takeUp(const RenderView &view);
@@ -80,7 +80,7 @@ class ColorScale : public QObject {
   void setRange(double low, double high);
 
   const ColorHalf m_half;
-  BackgroundCalls &m_background;
+  BufferCalls &m_calls;
   RenderView m_view;
   ViewColors m_colors;
   QString m_requested;  ///< mode on its way to the buffer; empty: none

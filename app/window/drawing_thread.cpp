@@ -34,6 +34,7 @@ DrawingThread::~DrawingThread() { stop(); }
 void DrawingThread::order(PictureOrder order) {
   {
     const std::lock_guard lock(m_mutex);
+    if (m_waiting) m_replaced.push_back(std::move(*m_waiting));
     m_waiting = std::move(order);
   }
   m_changed.notify_all();
@@ -119,8 +120,10 @@ void DrawingThread::drawOrders() {
 }
 
 std::optional<PictureOrder> DrawingThread::nextOrder() {
+  std::vector<PictureOrder> replaced;
   std::unique_lock lock(m_mutex);
   m_changed.wait(lock, [this] { return m_waiting || m_stopped; });
+  replaced.swap(m_replaced);
   if (m_stopped) return std::nullopt;
   return std::exchange(m_waiting, std::nullopt);
 }

@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QJSEngine>
 #include <QStandardPaths>
 #include <QStorageInfo>
 
@@ -44,12 +45,30 @@ bool invoke(QObject *object, const QString &method, const QUrl &file) {
 
 }  // namespace
 
-QVariantMap FileCalls::call(QObject *object, const QString &method, const QUrl &file) {
-  Logger &log = Logger::GetInstance();
-  log.flush();
-  const std::uint64_t before = log.lastSequence();
-  const bool done = object != nullptr && invoke(object, method, file);
-  return {{QStringLiteral("done"), done}, {QStringLiteral("reason"), loggedSince(before, !done)}};
+FileCalls::FileCalls(BufferCalls &calls, QObject *parent) : QObject(parent), m_calls(calls) {
+  // What is left then was given up with its source.
+  connect(&calls, &BufferCalls::runningChanged, this, [this] {
+    if (!m_calls.isRunning()) m_then.clear();
+  });
+}
+
+void FileCalls::call(QObject *object, const QString &method, const QUrl &file, const QJSValue &then) {
+  if (object == nullptr) return;
+  m_then.insert(++m_last, then);
+  m_calls.run([this, call = m_last, object, method, file] {
+    Logger &log = Logger::GetInstance();
+    log.flush();
+    const std::uint64_t before = log.lastSequence();
+    const bool done = invoke(object, method, file);
+    const QVariantMap result{{QStringLiteral("done"), done}, {QStringLiteral("reason"), loggedSince(before, !done)}};
+    QMetaObject::invokeMethod(
+        this, [this, call, result] { answer(call, result); }, Qt::QueuedConnection);
+  });
+}
+
+void FileCalls::answer(int call, const QVariantMap &result) {
+  const QJSValue answered = m_then.take(call).call({qjsEngine(this)->toScriptValue(result)});
+  if (answered.isError()) qWarning("%s", qPrintable(answered.toString()));
 }
 
 QString FileCalls::writeFault(const QUrl &file) {

@@ -3,9 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QtConcurrent>
-#include <cstdio>
-
-#include "app/window/file_calls.h"
 
 namespace tarvo::skarnvisor::app {
 namespace {
@@ -101,29 +98,6 @@ void Jobs::convert(QObject *buffer, QObject *clip, const QUrl &folder, const QSt
       m_workShare = static_cast<double>(++done) / files.size();
     }
     return {true, QStringLiteral("%1 files saved in %2").arg(done).arg(target.path())};
-  });
-}
-
-void Jobs::exportTo(QObject *object, const QString &method, const QUrl &target, const QString &what) {
-  if (object == nullptr) return;
-  const QString path = target.toLocalFile();
-  const QByteArray name = method.toLatin1();
-  start(QStringLiteral("Saving %1 to %2").arg(what, QFileInfo(path).fileName()), [=, this]() -> Outcome {
-    // Beside its place first: a cancelled export leaves an older file as it was.
-    const QString passing = path + QStringLiteral(".part");
-    bool written = false;
-    QMetaObject::invokeMethod(object, name.constData(), Qt::DirectConnection, Q_RETURN_ARG(bool, written),
-                              Q_ARG(QString, passing));
-    const bool cancelled = m_cancelled;
-    const auto replace = [&] {
-      return std::rename(QFile::encodeName(passing).constData(), QFile::encodeName(path).constData()) == 0;
-    };
-    if (written && !cancelled && replace()) return {true, QStringLiteral("Saved %1").arg(path)};
-    if (written) QFile::remove(passing);
-    if (cancelled) return {true, QStringLiteral("The export was cancelled")};
-    const QString fault = FileCalls::writeFault(target);
-    return {false, QStringLiteral("%1 was not written: %2.")
-                       .arg(path, fault.isEmpty() ? QStringLiteral("choose another folder") : fault)};
   });
 }
 

@@ -34,8 +34,6 @@ class Jobs : public QObject {
   Q_INVOKABLE void cut(QObject *clip, const QUrl &target, int first, int last);
   /// Writes each file of a clip of point files into the folder, as .bin, .pcd or .csv.
   Q_INVOKABLE void convert(QObject *buffer, QObject *clip, const QUrl &folder, const QString &suffix);
-  /// Calls an invokable that takes a path and returns whether it was written.
-  Q_INVOKABLE void exportTo(QObject *object, const QString &method, const QUrl &target, const QString &what);
   Q_INVOKABLE void cancel();
   /// Gives up what runs and waits for its end; before the objects that it works on go.
   void stop();

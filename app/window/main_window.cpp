@@ -11,7 +11,6 @@
 #include <QImageWriter>
 #include <QQmlContext>
 #include <QQuickStyle>
-#include <QStandardPaths>
 
 #include "app/window/cloud_canvas.h"
 #include "app/window/frame_pacer.h"
@@ -48,6 +47,7 @@ MainWindow::MainWindow() {
   QQmlContext &context = *m_engine.rootContext();
   context.setContextProperty(QStringLiteral("app"), this);
   context.setContextProperty(QStringLiteral("viewer"), &m_viewer);
+  context.setContextProperty(QStringLiteral("bufferCalls"), &m_viewer.bufferCalls());
   context.setContextProperty(QStringLiteral("jobs"), &m_viewer.jobs());
   context.setContextProperty(QStringLiteral("tableRows"), &m_viewer.tableRows());
   context.setContextProperty(QStringLiteral("prefs"), &m_viewer.preferences());
@@ -65,8 +65,9 @@ MainWindow::MainWindow() {
 
 MainWindow::~MainWindow() {
   m_place.reset();
-  // The items must be gone before what they bind to.
+  // The items must be gone before what they bind to, and the calls under way before who waits for them.
   delete m_window;
+  m_viewer.close();
 }
 
 void MainWindow::setDark(bool dark) { QApplication::setPalette(themePalette(dark)); }
@@ -92,9 +93,5 @@ bool MainWindow::saveShot(const QUrl &target) {
 }
 
 void MainWindow::copyText(const QString &text) { QApplication::clipboard()->setText(text); }
-
-QUrl MainWindow::picturesFolder() {
-  return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
-}
 
 }  // namespace tarvo::skarnvisor::app

@@ -38,15 +38,13 @@ class MainWindow : public QObject {
   /// Saves the window as it looks, as PNG where the name tells no other format; false if the file cannot be written.
   Q_INVOKABLE bool saveShot(const QUrl &target);
   Q_INVOKABLE void copyText(const QString &text);
-  /// Folder for pictures and exports that the user has not chosen one for.
-  Q_INVOKABLE static QUrl picturesFolder();
 
  private:
   Viewer m_viewer;
   LogModel m_log;
   LogView m_logView{m_log};
-  FileCalls m_files;
-  ToolList m_tools;
+  FileCalls m_files{m_viewer.bufferCalls()};
+  ToolList m_tools{m_viewer.bufferCalls()};
   QQmlApplicationEngine m_engine;
   QQuickWindow *m_window = nullptr;
   std::unique_ptr<WindowPlace> m_place;

@@ -47,6 +47,12 @@ void Preferences::notePcdFile(const QUrl &file) {
 
 QStringList Preferences::recent() const { return m_settings.value(recentKey).toStringList(); }
 
+QUrl Preferences::recentFolder() const {
+  for (const QString &source : recent())
+    if (const QFileInfo file(source); file.exists()) return QUrl::fromLocalFile(file.absolutePath());
+  return {};
+}
+
 void Preferences::addRecent(const QString &source) {
   QStringList sources = recent();
   sources.removeAll(source);

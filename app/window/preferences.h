@@ -13,6 +13,8 @@ class Preferences : public QObject {
   Q_OBJECT
   /// What was opened last, newest first.
   Q_PROPERTY(QStringList recent READ recent NOTIFY recentChanged)
+  /// The folder that holds the newest of them on this machine; empty without one.
+  Q_PROPERTY(QUrl recentFolder READ recentFolder NOTIFY recentChanged)
   /// Where the last PCD file was saved, by this program or by a buffer's own dialog; empty at first.
   Q_PROPERTY(QUrl lastPcdFolder READ lastPcdFolder NOTIFY lastPcdFolderChanged)
   /// The settings file, and the folder of the program's data that it lies in.
@@ -35,6 +37,7 @@ class Preferences : public QObject {
   bool splitWindow() const { return m_settings.value(QStringLiteral("SplitWindow")).toBool(); }
 
   QStringList recent() const;
+  QUrl recentFolder() const;
   void addRecent(const QString &source);
   Q_INVOKABLE void removeRecent(const QString &source);
   Q_INVOKABLE void clearRecent();

@@ -1,5 +1,7 @@
 #include "app/window/tool_list.h"
 
+#include <utility>
+
 namespace tarvo::skarnvisor::app {
 namespace {
 
@@ -20,8 +22,16 @@ QVariantMap describe(const LidarTool &tool) {
 
 }  // namespace
 
+ToolList::ToolList(BufferCalls &calls, QObject *parent) : QObject(parent), m_calls(calls) {
+  connect(&calls, &BufferCalls::runningChanged, this, [this] {
+    if (m_calls.isRunning()) return;
+    m_tools.settle();
+    readState();
+  });
+}
+
 void ToolList::setBuffer(QObject *buffer) {
-  m_tools = LidarTools(buffer);
+  m_tools = LidarTools(buffer, [this](auto call) { m_calls.run(std::move(call)); });
   if (buffer != nullptr && buffer->metaObject()->indexOfSignal("qmlControlChanged()") >= 0) {
     connect(buffer, SIGNAL(qmlControlChanged()), this, SLOT(readRows()));
     connect(buffer, SIGNAL(renderStateChanged()), this, SLOT(readState()));

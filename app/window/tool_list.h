@@ -4,6 +4,7 @@
 #include <QVariant>
 
 #include "app/session/lidar_tools.h"
+#include "app/window/buffer_calls.h"
 
 namespace tarvo::skarnvisor::app {
 
@@ -17,7 +18,8 @@ class ToolList : public QObject {
   Q_PROPERTY(QVariantMap state READ state NOTIFY stateChanged)
 
  public:
-  using QObject::QObject;
+  /// What the user sets reaches the buffer by `calls`.
+  explicit ToolList(BufferCalls &calls, QObject *parent = nullptr);
 
   /// Observes it; null for none.
   void setBuffer(QObject *buffer);
@@ -41,6 +43,7 @@ class ToolList : public QObject {
   const LidarTool *find(const QString &name) const;
   QVariantMap stateNow() const;
 
+  BufferCalls &m_calls;
   LidarTools m_tools;
   QVariantList m_rows;
   QVariantMap m_state;

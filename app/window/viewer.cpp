@@ -23,8 +23,9 @@ QString grouped(Number number) {
 
 Viewer::Viewer(QObject *parent)
     : QObject(parent),
-      m_colors(ColorHalf::Main, m_background, this),
-      m_sideColors(ColorHalf::SplitWindow, m_background, this) {
+      m_bufferCalls(m_background, this),
+      m_colors(ColorHalf::Main, m_bufferCalls, this),
+      m_sideColors(ColorHalf::SplitWindow, m_bufferCalls, this) {
   connect(&m_session, &CaptureSession::opened, this, &Viewer::takeUpCapture);
   connect(&m_session, &CaptureSession::failed, this, &Viewer::tellWhatElseToOpen);
   connect(&m_session, &CaptureSession::frameFailed, this, &Viewer::noteFrame);
@@ -60,8 +61,10 @@ void Viewer::start(const QString &pluginPath) {
 
 void Viewer::tellWhatElseToOpen(const QString &fault) {
   const QString clause = fault.endsWith(QLatin1Char('.')) ? fault.chopped(1) : fault;
-  setError(clause + (namesLiveSource(m_requested) ? QStringLiteral("; try again with Ctrl+L.")
-                                                  : QStringLiteral("; open another file with Ctrl+O.")));
+  const QString way = namesLiveSource(m_requested)     ? QStringLiteral("; try again with Ctrl+L.")
+                      : QFileInfo(m_requested).isDir() ? QStringLiteral("; open another folder with Ctrl+Shift+O.")
+                                                       : QStringLiteral("; open another file with Ctrl+O.");
+  setError(clause + way);
 }
 
 void Viewer::open(const QString &source) {
@@ -91,6 +94,7 @@ void Viewer::cancelOpening() { m_session.host().cancelOpening(); }
 void Viewer::takeUpCapture() {
   setError({});
   m_measured = false;
+  m_bufferCalls.takeUp();
   const QFileInfo file(m_requested);
   m_preferences.addRecent(file.exists() ? file.absoluteFilePath() : m_requested);
   m_session.view().setPlayByFrame(m_playByFrame);
@@ -118,9 +122,10 @@ void Viewer::takeUpCapture() {
 void Viewer::drop() {
   m_jobs.stop();
   m_tableRows.stop();
-  m_background.finish();
   ++m_sourcesClosed;
-  m_reading = m_frameDue = m_allDue = false;
+  m_bufferCalls.drop();
+  m_background.finish();
+  m_reading = m_frameDue = m_allDue = m_refilterWaits = m_overlayWaits = false;
   m_feed.clear();
   m_picture = {};
   m_scene.canvases.clear();

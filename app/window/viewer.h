@@ -8,10 +8,13 @@
 #include <QTimer>
 #include <QUrl>
 #include <atomic>
+#include <functional>
 #include <optional>
 
 #include "app/session/capture_session.h"
+#include "app/session/stack_fill.h"
 #include "app/window/background_calls.h"
+#include "app/window/buffer_calls.h"
 #include "app/window/canvas_feed.h"
 #include "app/window/canvas_scene.h"
 #include "app/window/color_scale.h"
@@ -104,11 +107,14 @@ class Viewer : public QObject {
   const CanvasScene &scene() const { return m_scene; }
   /// Copies of all vertices that are shown.
   VertexCloud cloud() const { return m_session.view().cloud(); }
-  /// The shown point under a place of a picture of that size, pixels, within `reach` of it.
-  std::optional<VertexPoint> pointUnder(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at, double reach) const;
+  /// Looks in the background for the shown point under a place of a picture of that size, pixels, within `reach` of it.
+  /// `found` is called on the GUI thread, unless the source closes before.
+  void findPoint(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at, double reach,
+                 std::function<void(std::optional<VertexPoint>)> found);
   /// The graphics card has the vertices up to this serial; `lacks`: it has lost others.
   void releaseVertices(std::uint64_t serial, bool lacks);
   Preferences &preferences() { return m_preferences; }
+  BufferCalls &bufferCalls() { return m_bufferCalls; }
   Jobs &jobs() { return m_jobs; }
   TableRows &tableRows() { return m_tableRows; }
   QImage overlay() const { return m_overlay; }
@@ -187,8 +193,14 @@ class Viewer : public QObject {
   void readFrame();
   void readPicture();
   void read(bool all);
-  void takeRead(int source, CanvasFeed::Picture picture);
+  void takeRead(CanvasFeed::Picture picture);
   void takePicture();
+  void takeOverlay(const QImage &picture);
+  /// Frees what nobody else holds of these arrays in the background: for those of a deep stack that takes a while.
+  void letGo(std::vector<CanvasVertices> canvases);
+  /// `work` reads the buffer in the background and returns what is then done on the GUI thread, unless the source has
+  /// closed.
+  void runBeside(std::function<std::function<void()>()> work);
   void drop();
   void setError(const QString &error);
   void noteFrame(const QString &fault);
@@ -204,8 +216,10 @@ class Viewer : public QObject {
   bool m_reading = false;  ///< one reading at a time; what changes meanwhile makes another due
   bool m_frameDue = false;
   bool m_allDue = false;
-  int m_sourcesClosed = 0;
+  std::atomic<int> m_sourcesClosed{0};
   std::atomic<bool> m_refilterWaits{false};
+  std::atomic<bool> m_overlayWaits{false};
+  BufferCalls m_bufferCalls;
   ColorScale m_colors;
   ColorScale m_sideColors;
   QString m_requested;  ///< as the user named it
@@ -233,6 +247,7 @@ class Viewer : public QObject {
   Jobs m_jobs;
   TableRows m_tableRows;
   CaptureSession m_session;
+  StackFill m_stackFill{m_session};
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -1,4 +1,5 @@
 // How the viewer comes to its picture: the reading of the buffer's arrays in the background, and what is made of them.
+#include <algorithm>
 #include <utility>
 
 #include "app/render/picking.h"
@@ -17,6 +18,22 @@ QString lineOf(const QString &status, const QString &title) {
   return parts.join(QStringLiteral("   "));
 }
 
+std::optional<VertexPoint> pointUnder(const RenderView &view, const QMatrix4x4 &viewProjection, QSizeF size, QPointF at,
+                                      double reach) {
+  std::optional<VertexPoint> nearest;
+  float nearestDepth = 0;
+  // One array after the other: a deep stack's vertices take much memory.
+  for (int i = 0; i < view.canvasCount(); ++i) {
+    const auto found = app::pointUnder(VertexCloud({view.canvas(i)}), viewProjection, size, at, reach);
+    if (!found) continue;
+    const float depth = viewProjection.map(QVector3D(found->x, found->y, found->z)).z();
+    if (nearest && depth >= nearestDepth) continue;
+    nearest = found;
+    nearestDepth = depth;
+  }
+  return nearest;
+}
+
 }  // namespace
 
 void Viewer::readFrame() { read(false); }
@@ -31,27 +48,39 @@ void Viewer::read(bool all) {
   m_reading = true;
   m_frameDue = false;
   all = std::exchange(m_allDue, false);
-  m_background.run([this, all, view = m_session.view(), source = m_sourcesClosed] {
+  runBeside([this, all, view = m_session.view()] {
     if (all)
       m_feed.readAll(view);
     else
       m_feed.readFrame(view);
-    const auto take = [this, source, picture = m_feed.handOver()] { takeRead(source, picture); };
-    QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
+    return [this, picture = m_feed.handOver()] { takeRead(picture); };
   });
 }
 
-void Viewer::takeRead(int source, CanvasFeed::Picture picture) {
-  if (source != m_sourcesClosed) return;
+void Viewer::runBeside(std::function<std::function<void()>()> work) {
+  m_background.run([this, work = std::move(work), source = m_sourcesClosed.load()] {
+    if (source != m_sourcesClosed) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this, source, take = work()] {
+          if (source == m_sourcesClosed) take();
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+void Viewer::takeRead(CanvasFeed::Picture picture) {
   m_reading = false;
+  auto old = std::move(m_scene.canvases);
   m_picture.follow(std::move(picture));
   takePicture();
+  letGo(std::move(old));
   if (m_allDue || m_frameDue) read(m_allDue);
 }
 
 void Viewer::refilter() {
   if (buffer() == nullptr || m_refilterWaits.exchange(true)) return;
-  m_background.run([this, buffer = buffer()] {
+  m_bufferCalls.run([this, buffer = buffer()] {
     m_refilterWaits = false;
     // Each call serves its own kind of picture.
     for (const char *pass : {"filterSinglePoints", "filterMultiPoints"}) {
@@ -79,27 +108,24 @@ void Viewer::takePicture() {
   Q_EMIT pictureChanged();
 }
 
+void Viewer::letGo(std::vector<CanvasVertices> canvases) {
+  const auto holds = [](const CanvasVertices &canvas) { return !canvas.bytes.isEmpty(); };
+  if (std::any_of(canvases.begin(), canvases.end(), holds)) m_background.run([canvases = std::move(canvases)] {});
+}
+
 void Viewer::releaseVertices(std::uint64_t serial, bool lacks) {
+  auto old = std::move(m_scene.canvases);
   m_picture.release(serial);
   m_scene.canvases = m_picture.canvases;
+  letGo(std::move(old));
   if (lacks) readPicture();
 }
 
-std::optional<VertexPoint> Viewer::pointUnder(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at,
-                                              double reach) const {
-  const RenderView &view = m_session.view();
-  std::optional<VertexPoint> nearest;
-  float nearestDepth = 0;
-  // One array after the other: a deep stack's vertices take much memory.
-  for (int i = 0; i < view.canvasCount(); ++i) {
-    const auto found = app::pointUnder(VertexCloud({view.canvas(i)}), viewProjection, size, at, reach);
-    if (!found) continue;
-    const float depth = viewProjection.map(QVector3D(found->x, found->y, found->z)).z();
-    if (nearest && depth >= nearestDepth) continue;
-    nearest = found;
-    nearestDepth = depth;
-  }
-  return nearest;
+void Viewer::findPoint(const QMatrix4x4 &viewProjection, QSizeF size, QPointF at, double reach,
+                       std::function<void(std::optional<VertexPoint>)> found) {
+  runBeside([view = m_session.view(), viewProjection, size, at, reach, found = std::move(found)] {
+    return [found, point = pointUnder(view, viewProjection, size, at, reach)] { found(point); };
+  });
 }
 
 void Viewer::measureScene() {
@@ -116,7 +142,14 @@ void Viewer::readPlacement() {
 }
 
 void Viewer::readOverlay() {
-  const QImage picture = overlayPicture(buffer());
+  if (buffer() == nullptr || m_overlayWaits.exchange(true)) return;
+  runBeside([this, buffer = buffer()] {
+    m_overlayWaits = false;
+    return [this, picture = overlayPicture(buffer)] { takeOverlay(picture); };
+  });
+}
+
+void Viewer::takeOverlay(const QImage &picture) {
   if (picture.isNull() && m_overlay.isNull()) return;
   m_overlay = picture;
   ++m_overlaySerial;

@@ -7,6 +7,8 @@ namespace tarvo::skarnvisor::app {
 namespace {
 
 constexpr int saveDelayMs = 500;
+/// What a window manager may draw around a window; it is known only when the window stands.
+constexpr QSize frameRoom(16, 40);
 
 int shared(const QRect &a, const QRect &b) {
   const QRect both = a & b;
@@ -34,7 +36,8 @@ QRect WindowPlace::onScreen(const QRect &wanted, const QVector<QRect> &screens) 
   QRect screen = screens.first();
   for (const QRect &other : screens)
     if (shared(wanted, other) > shared(wanted, screen)) screen = other;
-  QRect place(wanted.topLeft(), wanted.size().boundedTo(screen.size()));
+  QRect place(wanted.topLeft(), wanted.size().boundedTo(screen.size() - frameRoom));
+  if (place.size() != wanted.size()) place.moveTopLeft(screen.topLeft());
   place.moveLeft(qBound(screen.left(), place.left(), screen.right() + 1 - place.width()));
   place.moveTop(qBound(screen.top(), place.top(), screen.bottom() + 1 - place.height()));
   return place;

@@ -16,7 +16,8 @@ class WindowPlace : public QObject {
   WindowPlace(QQuickWindow &window, Preferences &preferences);
   ~WindowPlace() override;
 
-  /// `wanted` made no larger than the screen that holds most of it, the first one if none does, and moved onto it.
+  /// `wanted` made to fit with its frame on the screen that holds most of it, the first one if none does, and moved
+  /// onto it.
   static QRect onScreen(const QRect &wanted, const QVector<QRect> &screens);
 
  private:

@@ -80,7 +80,7 @@ class ColumnModel : public ChannelModel {
 };
 
 /// A table of named values: device monitor and faults. The row count is written by the pass that fills the rows, on any
-/// thread; all else belongs to the GUI thread.
+/// thread; all else belongs to the GUI thread, but for the export, which any one thread may call.
 class MonitorModel : public QAbstractTableModel {
   Q_OBJECT
   Q_PROPERTY(QStringList columnNames READ columnNames WRITE setColumnNames NOTIFY columnNamesChanged)

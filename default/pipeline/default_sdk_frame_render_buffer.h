@@ -55,12 +55,12 @@ struct PictureHold;
 /// table models of the side panels and the lidar's capabilities. The parser fills it; each setting that
 /// matters to the picture ends with `renderStateChanged()`, which runs the pipeline again.
 ///
-/// Threads. Properties and invokables belong to the GUI thread, but for those that go over whole arrays:
-/// vertices, the colour modes, `filterSinglePoints`, `filterMultiPoints` and `refreshSelectionDisplay`
-/// serve any thread, and emit there. Settings are atomics or snapshots that the pipeline reads as they
-/// stand. The parse lock serialises parser runs with repeat parses, the picture has a lock of its own,
-/// and no signal is emitted under either. Order of locks where two are held: parse lock, then
-/// `SDKSource::frameLock`, then the picture's lock.
+/// Threads. Properties are read on any thread, the table models on the GUI thread. Whatever sets or does something
+/// serves any one thread at a time, re-filters and the listing of rows several, and emits there: for what goes over all
+/// points or waits for the decoder that had better not be the GUI thread. The frame stack and `startExport` are the GUI
+/// thread's alone. Settings are atomics or snapshots that the pipeline reads as they stand. The parse lock serialises
+/// parser runs with repeat parses, the picture has a lock of its own, and no signal is emitted under either. Order of
+/// locks where two are held: parse lock, then `SDKSource::frameLock`, then the picture's lock, then that of the places.
 class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   Q_OBJECT
   // The picture
@@ -197,7 +197,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   virtual QString toolBoxSource() const;
   /// By the name of a setter, what it was last given, or else what the decoder and the lidar type start with: a bool, a
   /// number, or the numbers of its list. Of `toggleDirtry`, the levels that are hidden. A family adds the setters of
-  /// its own. GUI thread.
+  /// its own. Any thread.
   virtual QVariantMap toolSettings() const;
   virtual QString modeEditorSource() const;
   virtual QString initialFunctionSource() const;
@@ -207,7 +207,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// to override this. Any thread.
   virtual quint32 attributeColor(const Point &point) const;
   /// Marks the selected points, gives the others their colour back and lists the rows of the point table, sorted as the
-  /// table asks. GUI thread, and the parser's at the end of a frame.
+  /// table asks. Any thread; the parser's at the end of a frame.
   virtual void refreshSelection();
   virtual QString status() const;
   Q_INVOKABLE virtual void setDisplayedFlag(int channel, bool shown, bool refresh = true);
@@ -388,8 +388,9 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Writes the visible points of the picture, the selected ones while selecting, as an ASCII PCD file with the enabled
   /// fields. Asks for the file without a path. False when cancelled or not written.
   Q_INVOKABLE bool capture2PCD(QString filePath = QString());
-  /// The same beside the program's other work, told of by `pointExport`: a ".csv" file gets the point table, with only
-  /// the columns of `titles` where those are given. False when nothing starts: cancelled, or one is being written.
+  /// The same beside the program's other work, told of by `pointExport`: with `titles`, or for a ".csv" file, the point
+  /// table, with only those columns where they are given. False when nothing starts: cancelled, or one is being
+  /// written.
   Q_INVOKABLE bool startExport(QString filePath = QString(), QStringList titles = {});
   bool showsFrame() const { return !m_picture.frameWithheld; }
   QObject *pointExport() const { return m_pointExport.get(); }
@@ -404,7 +405,9 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   /// Shows only what the cuts hold, or again only what they leave.
   Q_INVOKABLE void singleFrameSelectedAreaReverse();
   /// Takes back one cut for the points inside the selection as it stands now; once after each cut.
-  Q_INVOKABLE void singleFrameSelectedAreaRevokedOnce();
+  Q_INVOKABLE void singleFrameSelectedAreaRevokedOnce() { singleFrameSelectedAreaRevokedOnce(selectionMatrix()); }
+  /// The same for the points inside the selection that the cut was made with.
+  Q_INVOKABLE void singleFrameSelectedAreaRevokedOnce(const QMatrix4x4 &cut);
   Q_INVOKABLE void singleFrameSelectedAreaRevokedAll();
 
   // ---- calibration files. The QUrl form takes the local file; true on success.
@@ -574,7 +577,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   void createModels();
   void loadSettings();
   void installHooks();
-  void storeTransform(float &field, float value);
+  void storeTransform(Relaxed<float> &field, float value);
   /// `value` is what the setter of that name was given.
   void forwardFilter(const char *setter, const QVariant &value,
                      const std::function<void(tarvo::lidar::SvSdkRuntime &)> &setting);
@@ -632,12 +635,12 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   WriteOutcome writePicture(const QString &path, const PictureHold &hold, WriteProgress &progress) const;
   /// Writes the frame just parsed while the per-frame export is on. On the parser's thread.
   void exportDetail(double timestamp);
-  Frustum selectionFrustum() const;
-  /// Lists the shown points into the rows of the table; returns how many. Caller holds frameMutex.
+  static Frustum frustumOf(const QMatrix4x4 &matrix);
+  /// Lists the shown points into the work rows of the table; returns how many. Caller holds frameMutex.
   std::size_t listPointsLocked(const SelectionPass &pass);
   bool stackIsBeingAllocated() const;
-  /// Adds `step` to the area mask where a shown point lies inside the selection.
-  void countArea(int step);
+  /// Adds `step` to the area mask where a shown point lies inside the selection of that matrix.
+  void countArea(int step, const QMatrix4x4 &matrix);
   void finishAreaOperation();
 
   std::atomic<tarvo::lidar::SDKSource *> m_source{nullptr};
@@ -655,7 +658,7 @@ class DefaultSDKFrameRenderBuffer : public RenderBuffer {
   FramePicture m_picture;
   FrameHooks m_hooks;
   CoordinateTransform m_transform;
-  QVariantMap m_filtersGiven;  ///< to the runtime, which tells nothing back, by setter. GUI thread only
+  Snapshot<QVariantMap> m_filtersGiven;  ///< to the runtime, which tells nothing back, by setter
   EchoModel m_echoModel;
   FilterModel m_filterModel;
   DeviceTables m_deviceTables;

@@ -15,9 +15,9 @@ void DefaultSDKFrameRenderBuffer::finishAreaOperation() {
   announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
 }
 
-void DefaultSDKFrameRenderBuffer::countArea(int step) {
+void DefaultSDKFrameRenderBuffer::countArea(int step, const QMatrix4x4 &matrix) {
   storeShownPoints();
-  const Frustum selection = selectionFrustum();
+  const Frustum selection = frustumOf(matrix);
   const std::lock_guard lock(m_picture.frameMutex);
   const std::vector<StoredPoints> parts = storedPartsLocked();
   const std::size_t positions = m_ring.active() ? m_picture.frameStore.size() : m_picture.storedCountLocked();
@@ -34,14 +34,14 @@ void DefaultSDKFrameRenderBuffer::countArea(int step) {
 void DefaultSDKFrameRenderBuffer::singleFrameSelectedAreaFiltering() {
   if (stackIsBeingAllocated()) return;
   m_picture.areaFlags = (m_picture.areaFlags | AreaMaskView::active) & ~AreaMaskView::nothingToRevoke;
-  countArea(1);
+  countArea(1, selectionMatrix());
   finishAreaOperation();
 }
 
-void DefaultSDKFrameRenderBuffer::singleFrameSelectedAreaRevokedOnce() {
+void DefaultSDKFrameRenderBuffer::singleFrameSelectedAreaRevokedOnce(const QMatrix4x4 &cut) {
   if (stackIsBeingAllocated() || (m_picture.areaFlags & AreaMaskView::nothingToRevoke) != 0) return;
   m_picture.areaFlags = m_picture.areaFlags | AreaMaskView::nothingToRevoke;
-  countArea(-1);
+  countArea(-1, cut);
   finishAreaOperation();
 }
 

@@ -73,12 +73,13 @@ bool DefaultSDKFrameRenderBuffer::startExport(QString filePath, QStringList titl
   if (m_pointExport->running()) return false;
   if (filePath.isEmpty()) filePath = askForFile();
   if (filePath.isEmpty()) return false;
-  storeShownPoints();
-  if (filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
+  if (!titles.isEmpty() || filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
     return m_pointExport->start([this, filePath, titles](WriteProgress &progress) {
+      storeShownPoints();
       return m_spreadSheetModel->writeTable(filePath, titles, progress);
     });
   return m_pointExport->start([this, filePath](WriteProgress &progress) {
+    storeShownPoints();
     const WriteOutcome outcome = writePicture(filePath, {.points = wholeFramePoints}, progress);
     tell(filePath, outcome);
     return outcome;

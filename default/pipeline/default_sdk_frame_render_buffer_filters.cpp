@@ -81,7 +81,8 @@ QVariantList levelsHidden(const DirtyMask &shown) {
 
 QVariantMap Rb::toolSettings() const {
   QVariantMap settings = filtersAtStart();
-  for (auto given = m_filtersGiven.cbegin(); given != m_filtersGiven.cend(); ++given)
+  const auto allGiven = m_filtersGiven.take();
+  for (auto given = allGiven->cbegin(); given != allGiven->cend(); ++given)
     settings.insert(given.key(), given.value());
   const auto tell = [&settings](const FrameDecodeParam &params) {
     settings.insert(QStringLiteral("setElevationFovFilterFlag"), params.elevationFovFilter);
@@ -104,7 +105,7 @@ QVariantMap Rb::toolSettings() const {
 void Rb::forwardFilter(const char *setter, const QVariant &value, const std::function<void(SvSdkRuntime &)> &setting) {
   if (auto *const decoder = runtime()) {
     setting(*decoder);
-    m_filtersGiven.insert(QLatin1String(setter), value);
+    m_filtersGiven.update([&](QVariantMap &given) { given.insert(QLatin1String(setter), value); });
   }
   announce(&Rb::renderStateChanged);
 }

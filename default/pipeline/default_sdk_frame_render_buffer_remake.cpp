@@ -38,12 +38,11 @@ void DefaultSDKFrameRenderBuffer::setRemakeConfig(bool on) {
 }
 
 void DefaultSDKFrameRenderBuffer::setCoordinateTransformEnabled(bool enabled) {
-  if (m_transform.enabled == enabled) return;
-  m_transform.enabled = enabled;
+  if (m_transform.enabled.exchange(enabled) == enabled) return;
   announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);
 }
 
-void DefaultSDKFrameRenderBuffer::storeTransform(float &field, float value) {
+void DefaultSDKFrameRenderBuffer::storeTransform(Relaxed<float> &field, float value) {
   if (nearlyEqual(field, value)) return;
   field = value;
   if (m_transform.enabled) announce(&DefaultSDKFrameRenderBuffer::renderStateChanged);

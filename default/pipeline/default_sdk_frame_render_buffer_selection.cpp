@@ -17,10 +17,9 @@ namespace tarvo::skarnvisor {
 
 using tarvo::lidar::SDKSource;
 
-Frustum DefaultSDKFrameRenderBuffer::selectionFrustum() const {
-  const auto matrix = m_settings.selectionMatrix.take();
+Frustum DefaultSDKFrameRenderBuffer::frustumOf(const QMatrix4x4 &matrix) {
   Frustum frustum;
-  std::copy_n(matrix->constData(), frustum.matrix.size(), frustum.matrix.begin());
+  std::copy_n(matrix.constData(), frustum.matrix.size(), frustum.matrix.begin());
   return frustum;
 }
 
@@ -39,7 +38,7 @@ PointPassSettings DefaultSDKFrameRenderBuffer::passSettings() const {
   pass.rgbScale = m_colors.scale.copy();
   pass.colors = m_colors.table.copy();
   pass.familyColors = m_hooks.colors;
-  if (m_settings.selectEnabled) pass.selection = selectionFrustum();
+  if (m_settings.selectEnabled) pass.selection = frustumOf(selectionMatrix());
   pass.popoutHighlight = m_settings.vd8PopoutHighlight;
   return pass;
 }
@@ -80,11 +79,11 @@ std::vector<StoredPoints> DefaultSDKFrameRenderBuffer::storedPartsLocked() {
 }
 
 void DefaultSDKFrameRenderBuffer::refilter() {
+  const std::lock_guard lock(m_picture.frameMutex);
   const auto mask = m_picture.areaMask.take();
   PointPassSettings settings = passSettings();
   settings.areaMask = {m_picture.areaFlags, *mask};
   const PointPass pass(std::move(settings));
-  const std::lock_guard lock(m_picture.frameMutex);
   for (const StoredPoints &part : storedPartsLocked())
     runPointPass(
         global_executor(), pass,
@@ -138,10 +137,9 @@ std::size_t DefaultSDKFrameRenderBuffer::listPointsLocked(const SelectionPass &p
   const std::vector<StoredPoints> parts = storedPartsLocked();
   std::size_t points = 0;
   for (const StoredPoints &part : parts) points += part.count;
-  // A stack holds more points than the frame that the table was sized for.
-  if (m_picture.spreadSheetRows.size() < points) m_picture.spreadSheetRows.resize(points, 0);
+  m_picture.fitRowsLocked(points);
   std::size_t rows = 0;
-  for (const StoredPoints &part : parts) rows += pass(global_executor(), part, m_picture.spreadSheetRows.data() + rows);
+  for (const StoredPoints &part : parts) rows += pass(global_executor(), part, m_picture.workRows.data() + rows);
   return rows;
 }
 
@@ -149,14 +147,14 @@ void DefaultSDKFrameRenderBuffer::refreshSelection() {
   if (m_ring.active() && m_flow.frameAllocationBusy) return;
   const bool listsAll =
       m_spreadSheetModel->allDisplayed() || (!m_settings.selectEnabled && m_settings.detailExportType >= 1);
-  const SelectionPass pass(passSettings(), MarkTest{m_colors.rgbType}, listsAll);
   const RowOrder order = m_spreadSheetModel->rowOrder();
   {
     const std::lock_guard lock(m_picture.frameMutex);
+    // As set now: who waited here must not lay an older selection over the picture.
+    const SelectionPass pass(passSettings(), MarkTest{m_colors.rgbType}, listsAll);
     const std::size_t count = listPointsLocked(pass);
-    sortRows(global_executor(), std::span(m_picture.spreadSheetRows).first(count), order.order, order.keys,
-             order.before);
-    m_picture.listedRows = static_cast<int>(count);
+    sortRows(global_executor(), std::span(m_picture.workRows).first(count), order.order, order.keys, order.before);
+    m_picture.publishRowsLocked(count);
   }
   announce(&DefaultSDKFrameRenderBuffer::allSignalReceived);
   // The parser and the user may both have refreshed the rows: the newest count stands.

@@ -88,7 +88,8 @@ DefaultSDKFrameRenderBuffer::StackResult DefaultSDKFrameRenderBuffer::planStack(
 }
 
 void DefaultSDKFrameRenderBuffer::allocateStack(StackResult plan) {
-  { const std::lock_guard parsing(m_parseMutex); }  // a parse that began before the request is over now
+  // A parse or a pass that began before the request is over then, and the GUI thread will not wait for it.
+  { const std::scoped_lock passing(m_parseMutex, m_picture.frameMutex); }
   const auto goesOn = [this](double share) {
     m_stackAllocation.progress = share;
     return !m_stackAllocation.cancelled();

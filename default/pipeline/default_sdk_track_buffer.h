@@ -28,7 +28,7 @@ class DefaultSDKTrackBuffer : public TrackBuffer {
   [[nodiscard]] QString trackPointSource() const override;
   int parallelIspDisplayedSeq(int *frameTotal, double *beginSeconds, double *endSeconds) override;
 
-  /// Forwards to the render buffer; `type` 1 exports tables, above that points, into the folder `url`. GUI thread.
+  /// Forwards to the render buffer; `type` 1 exports tables, above that points, into the folder `url`. Any one thread.
   Q_INVOKABLE void setDetailExport(bool on, int type = 0, QUrl url = QUrl());
 
   [[nodiscard]] int port() const { return m_port; }

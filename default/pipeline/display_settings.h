@@ -25,8 +25,8 @@ inline QMatrix4x4 emptySelection() {
   return matrix;
 }
 
-/// The scalar settings of a render buffer. Written by property setters on the GUI thread, read by the
-/// producer and the parser as they stand: a change may reach a frame that is under way.
+/// The scalar settings of a render buffer. Written by property setters, read by the producer and the
+/// parser as they stand: a change may reach a frame that is under way.
 struct DisplaySettings {
   Relaxed<bool> selectEnabled{false};
   Relaxed<bool> spreadSheetEnabled{false};
@@ -59,7 +59,8 @@ struct PipelineFlow {
 };
 
 /// Default files of the lidar's type and the names of the files last used, as the panels show them. Filled by the
-/// configuration before the first frame, later by imports on the GUI thread and by exports on the parser's thread.
+/// configuration before the first frame, later by imports on the thread that sets and by exports on the parser's
+/// thread.
 struct CalibrationPaths {
   Snapshot<QString> correctionPath;
   Snapshot<QString> firetimesPath;
@@ -74,16 +75,15 @@ struct CalibrationPaths {
   Snapshot<QString> nonlinearMappingFileDir;
 };
 
-/// Rigid transform that the canvas applies; vertices keep sensor coordinates. GUI thread only.
+/// Rigid transform that the canvas applies; vertices keep sensor coordinates.
 struct CoordinateTransform {
-  QMatrix4x4 matrix;
-  bool enabled = false;
-  float x = 0.0F;
-  float y = 0.0F;
-  float z = 0.0F;
-  float rollRad = 0.0F;
-  float pitchRad = 0.0F;
-  float yawRad = 0.0F;
+  Relaxed<bool> enabled{false};
+  Relaxed<float> x{0.0F};
+  Relaxed<float> y{0.0F};
+  Relaxed<float> z{0.0F};
+  Relaxed<float> rollRad{0.0F};
+  Relaxed<float> pitchRad{0.0F};
+  Relaxed<float> yawRad{0.0F};
 };
 
 }  // namespace tarvo::skarnvisor

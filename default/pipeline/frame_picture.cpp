@@ -28,8 +28,23 @@ FramePicture::FramePicture() : frameStore(storeSizeAtStart), spreadSheetRows(row
 void FramePicture::setCapacity(std::size_t capacity) {
   if (capacity == pointCapacity) return;
   pointCapacity = capacity;
-  const std::lock_guard lock(frameMutex);
-  spreadSheetRows = ZeroedVector<std::uint32_t>(capacity + rowsAtStart);
+  ZeroedVector<std::uint32_t> rows(capacity + rowsAtStart);
+  const std::scoped_lock lock(frameMutex, placesMutex);
+  spreadSheetRows.swap(rows);
+}
+
+void FramePicture::fitRowsLocked(std::size_t points) {
+  // A stack holds more points than the frame that the table was sized for.
+  const std::size_t size = std::max(spreadSheetRows.size(), points);
+  if (workRows.size() == size) return;
+  const std::lock_guard places(placesMutex);
+  workRows = ZeroedVector<std::uint32_t>(size);
+}
+
+void FramePicture::publishRowsLocked(std::size_t listed) {
+  const std::lock_guard places(placesMutex);
+  spreadSheetRows.swap(workRows);
+  listedRows = static_cast<int>(listed);
 }
 
 void FramePicture::fitWork(const CanvasRing &ring, std::size_t pointNum) {
@@ -48,7 +63,10 @@ void FramePicture::publish(CanvasRing &ring, std::size_t pointNum, int pointCoun
   const std::lock_guard lock(frameMutex);
   const bool swapped = ring.active() && fillSlotLocked(ring, pointNum);
   shownCanvas = swapped ? ring.canvasIndex.load() : -1;
-  if (!ring.active()) frameStore.swapBlock(0, workStore);
+  if (!ring.active()) {
+    const std::lock_guard places(placesMutex);
+    frameStore.swapBlock(0, workStore);
+  }
   if (swapped)
     VertexArray().swap(vertices);
   else
@@ -81,6 +99,7 @@ void FramePicture::hideBehind(std::size_t pointNum, std::size_t drawn) {
 }
 
 bool FramePicture::fillSlotLocked(const CanvasRing &ring, std::size_t pointNum) {
+  const std::lock_guard places(placesMutex);
   const auto slot = fromCount(ring.canvasIndex);
   const auto offset = fromCount(ring.canvasOffset);
   auto &canvas = canvases[slot];
@@ -100,10 +119,11 @@ bool FramePicture::fillSlotLocked(const CanvasRing &ring, std::size_t pointNum) 
 }
 
 FramePicture::Held FramePicture::held() const {
-  const std::lock_guard lock(frameMutex);
+  const std::lock_guard lock(placesMutex);
   Held held;
   for (const VertexArray &canvas : canvases) held.bytes += canvas.capacity() * sizeof(Vertex);
-  held.bytes += frameStore.capacity() * sizeof(Point) + spreadSheetRows.capacity() * sizeof(std::uint32_t);
+  held.bytes += frameStore.capacity() * sizeof(Point);
+  held.bytes += (spreadSheetRows.capacity() + workRows.capacity()) * sizeof(std::uint32_t);
   held.untouchedBytes = std::min(held.bytes, untouchedPoints * (sizeof(Vertex) + sizeof(Point)));
   return held;
 }
@@ -122,6 +142,7 @@ std::shared_ptr<FramePicture::Stack> FramePicture::makeStack(int count, std::siz
 }
 
 void FramePicture::takeStackLocked(Stack &stack) {
+  const std::lock_guard places(placesMutex);
   keepShownLocked();
   canvases.swap(stack.canvases);
   std::swap(frameStore, stack.store);
@@ -137,6 +158,7 @@ std::shared_ptr<void> FramePicture::dropStackLocked() {
   const bool stacked = frameStore.blocks() != 1 ||
                        std::any_of(canvases.begin(), canvases.end(), [](auto &canvas) { return !canvas.empty(); });
   if (!stacked) return {};
+  const std::lock_guard places(placesMutex);
   keepShownLocked();
   auto dropped = std::make_shared<Dropped>();
   dropped->canvases.swap(canvases);

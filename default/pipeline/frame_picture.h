@@ -35,10 +35,14 @@ struct FramePicture {
   FramePicture();
 
   mutable std::mutex frameMutex;  ///< guards the members down to `overlayRows`
+  /// Held beside frameMutex for the moment in which canvases, stored points or rows change places. A pass over a deep
+  /// stack has frameMutex for seconds: who shows single cells of the table, or asks for sizes, takes this one alone.
+  mutable std::mutex placesMutex;
   VertexArray vertices;           ///< of the one picture; empty once a canvas shows the newest frames
   std::array<VertexArray, CanvasRing::size> canvases;
   PointStore frameStore;                        ///< with a ring, one block a canvas
   ZeroedVector<std::uint32_t> spreadSheetRows;  ///< table row to frame-store position
+  ZeroedVector<std::uint32_t> workRows;         ///< those of the next listing, as many
   int shownCanvas = -1;                         ///< canvas of the newest frames; -1: they are in `vertices`
   std::size_t untouchedPoints = 0;              ///< of the stack, sized but never written: no memory is behind them yet
   QByteArray fastVertex;
@@ -103,6 +107,9 @@ struct FramePicture {
   /// Empties the canvases and the points behind them; what is shown stays in `vertices`. The memory is given
   /// back by whoever lets go of the result. Caller holds frameMutex.
   std::shared_ptr<void> dropStackLocked();
+  /// Sizes `workRows` for `points` rows, and puts them in the place of the table's. Caller holds frameMutex.
+  void fitRowsLocked(std::size_t points);
+  void publishRowsLocked(std::size_t listed);
 
   QByteArray vertexBytes() const;
   QByteArray canvasBytes(const CanvasRing &ring, int index) const;

@@ -8,13 +8,14 @@ namespace tarvo::skarnvisor {
 
 namespace {
 
-std::optional<FramePicture::Point> pointAtRow(const FramePicture &picture, int row) {
-  const std::lock_guard lock(picture.frameMutex);
+/// Of one field of the point, since a pass may be marking the points meanwhile.
+std::optional<double> valueAtRow(const FramePicture &picture, int row, PointColumn::Value value) {
+  const std::lock_guard lock(picture.placesMutex);
   const auto index = static_cast<std::size_t>(row);
   if (row < 0 || index >= picture.spreadSheetRows.size()) return {};
   const std::size_t position = picture.spreadSheetRows[index];
   if (position >= picture.frameStore.size()) return {};
-  return picture.frameStore[position];
+  return value(picture.frameStore[position]);
 }
 
 QVariant cellOf(CellFormat format, double value, int decimals) {
@@ -55,8 +56,8 @@ ColumnRecord makeColumn(const PointColumn &column, const FramePicture &picture, 
   ColumnRecord record;
   record.title = QString::fromLatin1(column.title.data(), static_cast<int>(column.title.size()));
   record.value = [value = column.value, format = column.format, &picture, &decimals](int row) {
-    const auto point = pointAtRow(picture, row);
-    return point ? cellOf(format, value(*point), decimals) : QVariant();
+    const auto number = valueAtRow(picture, row, value);
+    return number ? cellOf(format, *number, decimals) : QVariant();
   };
   // By the keys, so that values that are no numbers have a place too.
   record.ascending = [valueAt](int a, int b) { return sortKey(valueAt(a)) < sortKey(valueAt(b)); };

@@ -55,6 +55,10 @@ void DefaultPcdFrameRenderBuffer::createModels() {
   m_channelModel.reset(new ChannelModel(this, static_cast<int>(drawnRings),
                                         {QString(), QStringLiteral("CH #"), none, none}, channelCell));
   m_spreadSheetModel.reset(new SpreadSheetModel(this, pcdColumns(m_store, m_settings.digitPrecision)));
+  m_spreadSheetModel->setRowAccess([this](const auto &read) {
+    const std::lock_guard lock(m_store.frameMutex);
+    read({m_store.spreadSheetRows.data(), m_store.listed});
+  });
   m_monitorModel.reset(new MonitorModel(this, monitorColumns,
                                         {QStringLiteral("ID"), QStringLiteral("Name"), QStringLiteral("Value")},
                                         [](int, int) { return QVariant(); }));

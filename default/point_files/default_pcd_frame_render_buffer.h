@@ -31,9 +31,9 @@ namespace tarvo::skarnvisor {
 /// What QML sees of a track of point files: the vertices of the current file, the display settings and the tables of
 /// the side panels. The parser, its parent, fills it.
 ///
-/// Threads. Properties and invokables belong to the GUI thread, but for vertices, colour modes and the listing of rows,
-/// which serve any thread and emit there; settings are atomics or snapshots that the pipeline reads as they stand. The
-/// frame has a lock of its own, and no signal is emitted under it.
+/// Threads. Properties are read on any thread, the table models on the GUI thread. Whatever sets or does something
+/// serves any one thread at a time, and emits there; `startExport` is the GUI thread's alone. Settings are atomics or
+/// snapshots that the pipeline reads as they stand. The frame has a lock of its own, and no signal is emitted under it.
 class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   Q_OBJECT
   // The picture
@@ -121,9 +121,9 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   /// Asks for a file and writes the shown points to it, the selected ones while selecting. False when cancelled or not
   /// written.
   Q_INVOKABLE bool capture2PCD();
-  /// The same beside the program's other work, told of by `pointExport`; asks only without a path. A ".csv" file gets
-  /// the point table, with only the columns of `titles` where those are given. False when nothing starts: cancelled, or
-  /// one is being written.
+  /// The same beside the program's other work, told of by `pointExport`; asks only without a path. With `titles`, or
+  /// for a ".csv" file, the point table, with only those columns where they are given. False when nothing starts:
+  /// cancelled, or one is being written.
   Q_INVOKABLE bool startExport(QString filePath = QString(), QStringList titles = {});
   QObject *pointExport() const { return m_pointExport.get(); }
   /// Writes every PLY and PCD file of the track as a BIN file into the folder. False without a track of one clip, and
@@ -195,7 +195,7 @@ class DefaultPcdFrameRenderBuffer : public RenderBuffer {
   QSharedPointer<MonitorModel> m_monitorModel;
   std::shared_ptr<lidar::PlayState> m_playState;
   std::function<QString(const QString &preselected)> m_askForFile;
-  QString m_detailExportPath;                  ///< GUI thread
+  QString m_detailExportPath;                  ///< of the thread that sets
   bool m_splitWindow = false;                  ///< read at construction
   std::unique_ptr<PointExport> m_pointExport;  ///< the last member: its end waits for a thread that uses the others
 };

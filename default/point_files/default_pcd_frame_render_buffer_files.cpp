@@ -64,13 +64,12 @@ bool DefaultPcdFrameRenderBuffer::startExport(QString filePath, QStringList titl
   if (m_pointExport->running()) return false;
   if (filePath.isEmpty()) filePath = askForFile();
   if (filePath.isEmpty()) return false;
-  if (filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
+  if (!titles.isEmpty() || filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
     return m_pointExport->start([this, filePath, titles](WriteProgress &progress) {
       return m_spreadSheetModel->writeTable(filePath, titles, progress);
     });
-  // The frame as it is now, whatever is shown meanwhile.
-  return m_pointExport->start([filePath, points = capturedPoints()](WriteProgress &progress) {
-    WriteOutcome outcome = writeCapture(points, filePath, progress);
+  return m_pointExport->start([this, filePath](WriteProgress &progress) {
+    WriteOutcome outcome = writeCapture(capturedPoints(), filePath, progress);
     tellCaptured(filePath, outcome);
     return outcome;
   });

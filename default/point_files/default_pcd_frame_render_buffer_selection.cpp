@@ -83,10 +83,14 @@ void DefaultPcdFrameRenderBuffer::refreshSelection() {
     }
     if (!inside && !listsUnselected) continue;
     point.selected = 1;
-    m_store.spreadSheetRows[listed++] = static_cast<std::uint32_t>(i);
+    m_store.workRows[listed++] = static_cast<std::uint32_t>(i);
   }
-  sortRows(global_executor(), {m_store.spreadSheetRows.data(), listed}, order.order, order.keys, order.before);
-  m_store.listed = listed;
+  sortRows(global_executor(), {m_store.workRows.data(), listed}, order.order, order.keys, order.before);
+  {
+    const std::lock_guard places(m_store.placesMutex);
+    std::swap(m_store.spreadSheetRows, m_store.workRows);
+    m_store.listed = listed;
+  }
   m_spreadSheetModel->setRowCount(static_cast<int>(listed));
 }
 

@@ -79,7 +79,7 @@ void DefaultPcdParser::show(const QString &path) {
     tell(path,
          QStringLiteral("the file holds %1 points: the frame is cut to the first %2").arg(m_file.count()).arg(count));
   const Placing placing(m_renderBuffer->placingSettings());
-  const std::lock_guard lock(store.frameMutex);
+  const std::scoped_lock lock(store.frameMutex, store.placesMutex);
   store.prepareLocked(count);
   parallelRuns(global_executor(), count, Placing::runLength, [&](std::size_t begin, std::size_t end) {
     for (std::size_t first = begin; first < end; first += Placing::runLength) {

@@ -32,7 +32,7 @@ constexpr std::array columns{
 };
 
 QVariant cellAt(const PcdFrameStore &store, const PointColumn &column, int row, int decimals) {
-  const std::lock_guard lock(store.frameMutex);
+  const std::lock_guard lock(store.placesMutex);
   const auto index = static_cast<std::size_t>(row);
   if (row < 0 || index >= store.listed) return {};
   const double value = column.value(store.points[store.spreadSheetRows[index]]);
@@ -61,6 +61,15 @@ QVector<ColumnRecord> pcdColumns(const PcdFrameStore &store, const Relaxed<int> 
     };
     record.keys = [value = column.value, &store](std::span<const std::uint32_t> positions, std::uint64_t *keys) {
       for (std::size_t i = 0; i < positions.size(); ++i) keys[i] = sortKey(value(store.points[positions[i]]));
+    };
+    // The same text as `cellAt` gives.
+    record.text = [&column, &store, &decimals](std::uint32_t position, TextStream &text) {
+      if (position >= store.points.size()) return;
+      const double value = column.value(store.points[position]);
+      if (column.format == CellFormat::Decimals)
+        text.appendDecimals(value, decimals);
+      else
+        text.append(static_cast<int>(value));
     };
     records.append(std::move(record));
   }

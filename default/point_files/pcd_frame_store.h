@@ -50,9 +50,13 @@ struct PcdFrameStore {
   static constexpr std::size_t capacity = rows * columns;  ///< points: index = row x 1024 + column
 
   mutable std::mutex frameMutex;  ///< guards the arrays and `prepared`
+  /// Held beside frameMutex while a frame takes the place of the former, and for the moment when the rows do: who shows
+  /// single cells of the table takes this one alone, and waits for no pass over the points.
+  mutable std::mutex placesMutex;
   ZeroPages<Vertex> vertices{capacity};
   ZeroPages<lidar::SDKPointInfo> points{capacity};
   ZeroPages<std::uint32_t> spreadSheetRows{capacity};  ///< table row to point index
+  ZeroPages<std::uint32_t> workRows{capacity};         ///< those of the next listing
   std::size_t prepared = 0;                            ///< vertices behind this count as hidden, whatever they hold
   std::size_t listed = 0;                              ///< rows in use
 

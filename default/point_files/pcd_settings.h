@@ -13,8 +13,8 @@ inline QMatrix4x4 nothingSelected() {
   return matrix;
 }
 
-/// The scalar settings of a point-file track. Written by property setters on the GUI thread, read by the pipeline as
-/// they stand.
+/// The scalar settings of a point-file track. Written by property setters on one thread at a time, read by the
+/// pipeline as they stand.
 struct PcdSettings {
   Relaxed<bool> selectEnabled{false};
   Relaxed<bool> spreadSheetEnabled{false};

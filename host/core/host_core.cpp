@@ -309,6 +309,7 @@ void HostCore::closeAll() {
 
 void HostCore::detach(Pipeline *pipeline) {
   m_timeline.removeTrack(pipeline);
+  Q_EMIT stopping(pipeline);
   pipeline->stop();
   Q_EMIT closing(pipeline);
   Q_EMIT pipelinesChanged();

@@ -35,9 +35,10 @@ struct LiveOptions {
 ///   loaded once;
 ///      its picture follows as soon as the timeline has run the chain (RenderBuffer's own signals announce it).
 ///   4. `timeline()` moves the cursor and plays.
-///   5. `closePipeline(p)`: the chain is stopped, `prepareForQmlRemoval()` called, then `closing(p)` says that every
-///      pointer into the pipeline must be dropped; it is deleted on the next turn of the event loop, and `closed`
-///      follows.
+///   5. `closePipeline(p)`: `stopping(p)` says that whoever works with the pipeline's objects on another thread must
+///      have ended when the slot returns; the chain is stopped, `prepareForQmlRemoval()` called, then `closing(p)` says
+///      that every pointer into the pipeline must be dropped; it is deleted on the next turn of the event loop, and
+///      `closed` follows.
 /// The destructor closes everything at once, in that order.
 class HostCore : public QObject {
   Q_OBJECT
@@ -79,6 +80,7 @@ class HostCore : public QObject {
   /// One sentence to show to the user: what was to be opened, and why it could not be.
   void openFailed(const QString &reason);
   void pipelinesChanged();
+  void stopping(tarvo::skarnvisor::Pipeline *pipeline);
   void closing(tarvo::skarnvisor::Pipeline *pipeline);
   void closed(const QString &title);
 

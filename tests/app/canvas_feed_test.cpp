@@ -21,12 +21,14 @@ class FakeStack : public QObject {
 
   Q_INVOKABLE QByteArray vertexGet(int index) {
     ++reads[index];
+    if (slotsSoon > 0) slots = slotsSoon;
     return test::vertex(1, 2, 3, 0).repeated(points[index]);
   }
   Q_INVOKABLE int primitiveCountGet(int index) { return points[index]; }
   Q_INVOKABLE int getIndexUseNow() { return current; }
 
   int slots;
+  int slotsSoon = 0;  ///< the stack gets them while it is read
   QVector<int> points;
   QVector<int> reads;
   int current = 0;
@@ -80,6 +82,18 @@ TEST(CanvasFeed, ASlotOfAnotherSizeAndAStackOfAnotherDepthAreReadAnew) {
   picture.follow(feed.handOver());
   EXPECT_EQ(picture.canvases.size(), 1U);
   EXPECT_EQ(picture.sample.size(), 1U);
+}
+
+TEST(CanvasFeed, AStackThatGrowsWhileItIsReadIsReadAsItBegan) {
+  FakeStack stack(5);
+  const RenderView view(&stack);
+  stack.slots = 1;
+  stack.slotsSoon = 5;
+  CanvasFeed feed;
+  feed.readAll(view);
+  EXPECT_EQ(stack.reads, (QVector<int>{1, 0, 0, 0, 0}));
+  feed.readFrame(view);
+  EXPECT_EQ(feed.handOver().canvases.size(), 5U);
 }
 
 TEST(Picking, ABandHoldsWhatIsDrawnInItAndNothingBehindTheEye) {

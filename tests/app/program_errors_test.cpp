@@ -31,17 +31,22 @@ TEST(Program, HelpOfTheProgramAndOfEachCommandSucceeds) {
 
 TEST(Program, AWrongArgumentFailsAndNamesIt) {
   writeFile("some.pcap", captureHeader() + foreignPacket());
-  expectRefusals({}, {{{"frobnicate"}, {"frobnicate"}},
+  expectRefusals({}, {{{"frobnicate"}, {"\"frobnicate\" is no command"}},
                       {{"info"}, {"file"}},
                       {{"render", "some.pcap"}, {"--out"}},
                       {{"render", "some.pcap", "--out", "x.png", "--size", "10by10"}, {"10by10"}},
                       {{"render", "some.pcap", "--out", "x.png", "--size", "4x4"}, {"4x4"}},
                       {{"render", "some.pcap", "--out", "x.png", "--view", "sideways"}, {"sideways"}},
                       {{"render", "some.pcap", "--out", "x.png", "--ramp", "mud"}, {"mud"}},
-                      {{"render", "some.pcap", "--out", "x.png", "--frame", "-1"}, {"--frame"}},
+                      {{"render", "some.pcap", "--out", "x.png", "--frame", "-1"},
+                       {"--frame: a whole number from 0 on was expected, not \"-1\""}},
                       {{"play", "some.pcap", "--speed", "0"}, {"--speed"}},
                       {{"play", "some.pcap", "--speed", "nan"}, {"a number from 0.1 to 10 was expected, not \"nan\""}},
-                      {{"play", "some.pcap", "--count", "0"}, {"--count"}},
+                      {{"play", "some.pcap", "--pictures", "p", "--count", "0"}, {"--count"}},
+                      {{"play", "some.pcap", "--color", "z"}, {"--color requires --pictures"}},
+                      {{"play", "some.pcap", "--seconds", "1"}, {"--seconds: is for a live source"}},
+                      {{"play", "udp://:2368", "--speed", "1"}, {"--speed: is not for a live source"}},
+                      {{"cut", "udp://:2368", "--frames", "0:1", "--out", "x"}, {"a live source can be"}},
                       {{"play", "udp://:2368", "--seconds", "nan"}, {"a number above 0"}}});
 }
 

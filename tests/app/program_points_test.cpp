@@ -74,8 +74,8 @@ TEST_F(ProgramOnPoints, ToolsOfTheLidarAreUsedAndRefusedWhereItHasNone) {
   const struct {
     QString tools;
     QString reason;
-  } refused[]{{"noise", "VD8 has no tool \"noise\"; it has "},
-              {"fog", "VD8 has no tool \"fog\"; it has "},
+  } refused[]{{"noise", "there is no tool \"noise\"; this source has "},
+              {"fog", "there is no tool \"fog\"; this source has "},
               {"popout=1:2:3:4:5", "takes 4 numbers, not 5"},
               {"popout=1.5", "no whole number"},
               {"popout=17", "outside 1 to 16"},
@@ -144,7 +144,7 @@ TEST_F(ProgramOnPoints, WhatIsWrongIsNamedInOneSentence) {
                   {{"--filter", "intensity=5:5", "--filter-mode", "any"}, {"\"intensity\""}},
                   {{"--highlight"}, {"--filter"}},
                   {{"--filter", "x=1:2", "--filter-mode", "some"}, {"some"}},
-                  {{"--echo", "7"}, {"there is no echo 7; the frame has 0 Any"}},
+                  {{"--echo", "7"}, {"there is no echo 7; there are 0 (Any)"}},
                   {{"--hide-channels", "17"}, {"the lidar has 1 to 16"}},
                   {{"--hide-channels", "3-1"}, {"3-1"}},
                   {{"--hide-channels", ""}, {"channels are numbers"}},

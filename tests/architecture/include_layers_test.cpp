@@ -49,6 +49,7 @@ const std::vector<Layer> &layers() {
       {"default/entry/", with(floor4, {"default/types/"})},
       {"app/", {"contracts/", "host/core/"}},
       {"tools/sim/", {"runtime/wire/"}},
+      {"tools/drive/", {"app/", "tests/window/", "tests/app/"}},
   };
   return rows;
 }

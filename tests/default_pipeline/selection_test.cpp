@@ -2,6 +2,9 @@
 #include "tests/default_pipeline/parser_fixture.h"
 
 #include <atomic>
+#include <chrono>
+#include <future>
+#include <mutex>
 #include <numeric>
 #include <thread>
 
@@ -100,6 +103,34 @@ TEST_F(SelectionTest, AreaCutsHideByPlaceInTheFrameUntilTheyAreRevoked) {
     }
     EXPECT_EQ(rb.picture().areaFlags, step.flags) << step.operation;
   }
+}
+
+TEST_F(SelectionTest, ACutIsTakenBackWithItsOwnBoxAndTheSelectionStays) {
+  giveRow(10);
+  parse();
+  selectFrom(2, 4);
+  const QMatrix4x4 cut = rb.selectionMatrix();
+  invoke("singleFrameSelectedAreaFiltering");
+  selectFrom(7, 7);
+  rb.setProperty("selectEnabled", true);
+  log.take();
+  EXPECT_TRUE(QMetaObject::invokeMethod(&rb, "singleFrameSelectedAreaRevokedOnce", Q_ARG(QMatrix4x4, cut)));
+  EXPECT_EQ(log.take(), Names{"renderStateChanged"}) << "one pass, and no other rows on the way";
+  parse();
+  EXPECT_EQ(marks(), "ooooooo#oo");
+}
+
+TEST_F(SelectionTest, ACellOfTheTableIsReadWhileAPassHoldsThePicture) {
+  giveRow(3);
+  parse();
+  rb.spreadSheetModel().setAllDisplayed(true);
+  invoke("refreshSelectionDisplay");
+  constexpr int xColumn = 7;
+  std::unique_lock pass(rb.picture().frameMutex);
+  auto cell = std::async(std::launch::async, [this] { return rb.spreadSheetModel().index(2, xColumn).data(); });
+  EXPECT_EQ(cell.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+  pass.unlock();
+  EXPECT_EQ(cell.get().toDouble(), 2.0);
 }
 
 TEST_F(SelectionTest, ACutOutlivesFramesAndPointsBehindItPass) {

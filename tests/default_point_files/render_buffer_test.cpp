@@ -4,6 +4,8 @@
 #include <QAbstractItemModelTester>
 #include <QMatrix4x4>
 #include <QSettings>
+#include <atomic>
+#include <thread>
 
 #include "default/files/settings_file.h"
 #include "tests/default_point_files/pipeline_fixture.h"
@@ -106,6 +108,10 @@ TEST_F(PcdRenderBuffer, ThePointTable) {
   EXPECT_EQ(row(1), "5 9.000 128 90.000 0.000 0 9.000 0.000 0.000 20");
   buffer.detailDataUpdata();
   EXPECT_EQ(row(1), "5 9.000000 128 90.000000 0.000000 0 9.000000 0.000000 0.000000 20");
+  ASSERT_TRUE(table->exportPointsInformation("table.csv"));
+  EXPECT_EQ(readAll("table.csv"), (table->columnNames().join(',') + ",\n" + row(0).replace(' ', ',') + ",\n" +
+                                   row(1).replace(' ', ',') + ",\n")
+                                      .toStdString());
   buffer.detailDataUpdata();
   EXPECT_EQ(row(1), "5 9.000 128 90.000 0.000 0 9.000 0.000 0.000 20");
   EXPECT_EQ(table->data(table->index(2, 0)), QVariant()) << "the hidden point has no row";
@@ -118,6 +124,31 @@ TEST_F(PcdRenderBuffer, ThePointTable) {
   tables.clear();
   for (int i = 0; i < 5; ++i) show();
   EXPECT_EQ(tables.count(), 5) << "every frame of an export";
+}
+
+TEST_F(PcdRenderBuffer, ATableWrittenWhilePlayingHoldsOneFrame) {
+  constexpr int points = 20000;
+  std::array<std::string, 2> files;
+  for (std::uint16_t frame = 0; frame < 2; ++frame)
+    files[frame] = binFile(frame == 0 ? "even.bin" : "odd.bin",
+                           std::vector<std::string>(points, binRecord(1, 2, 3, frame == 0 ? 7 : 8, 0, 1)));
+  auto *const table = qobject_cast<SpreadSheetModel *>(buffer.readSpreadSheetModel());
+  table->setAllDisplayed(true);
+  buffer.setSpreadSheetEnabled(true);
+  pipeline.showFile(files[0]);
+  ASSERT_EQ(table->rowCount(), points);
+  std::atomic<bool> written{false};
+  std::thread writer([&] {
+    for (int i = 0; i < 10; ++i) {
+      table->exportPointsInformation("playing.csv");
+      const std::string text = readAll("playing.csv");
+      const auto rows = [&](const char *cells) { return QByteArray::fromStdString(text).count(cells); };
+      EXPECT_EQ(std::max(rows(",7,"), rows(",8,")), points) << rows(",7,") << " of one frame, " << rows(",8,");
+    }
+    written = true;
+  });
+  for (std::size_t frame = 1; !written; ++frame) pipeline.showFile(files[frame % 2]);
+  writer.join();
 }
 
 TEST_F(PcdRenderBuffer, TheRowsFollowTheSortOfTheTable) {

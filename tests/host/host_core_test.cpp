@@ -137,11 +137,13 @@ TEST_F(HostCoreTest, AnEndlessOpeningCanBeCancelledAndQuitDuring) {
   host.reset();
 }
 
-TEST_F(HostCoreTest, ClosingStopsThenPreparesThenAnnouncesThenDeletes) {
+TEST_F(HostCoreTest, ClosingWarnsThenStopsThenPreparesThenAnnouncesThenDeletes) {
   Pipeline *const pipeline = open(makeFile(QStringLiteral("fine.pcap")));
   ASSERT_NE(pipeline, nullptr);
   ASSERT_TRUE(waitFor([] { return !Journal::instance().frames().empty(); }));
   QPointer<RenderBuffer> render = pipeline->renderBuffer();
+  QObject::connect(host.get(), &HostCore::stopping, host.get(),
+                   [](Pipeline *) { Journal::instance().add(QStringLiteral("stopping")); });
   QObject::connect(host.get(), &HostCore::closing, host.get(), [](Pipeline *closing) {
     EXPECT_TRUE(closing->instance()->scheduler().isIdle());
     Journal::instance().add(QStringLiteral("closing"));
@@ -156,7 +158,7 @@ TEST_F(HostCoreTest, ClosingStopsThenPreparesThenAnnouncesThenDeletes) {
   host->closePipeline(pipeline);
   ASSERT_TRUE(waitFor([&] { return Journal::instance().lines().contains(QStringLiteral("closed")); }));
   EXPECT_EQ(Journal::instance().lines().join(QStringLiteral(", ")).toStdString(),
-            "reception stopped, render buffer prepared, closing, clip died, closed");
+            "stopping, reception stopped, render buffer prepared, closing, clip died, closed");
   EXPECT_TRUE(host->root().subCategories().isEmpty());
   EXPECT_EQ(host->timeline()->frameCount(), 0);
 }

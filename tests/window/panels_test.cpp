@@ -57,14 +57,17 @@ TEST_F(WindowPanels, ABrokenCalibrationFileIsToldWithItsFaultAndAGoodOneTakesThe
             {"Spalten.csv", "line 1"}};
   for (const auto &[file, told] : cases) {
     ASSERT_NO_FATAL_FAILURE(choose("load-CorrectionsFile", file));
+    EXPECT_TRUE(settled());
     EXPECT_TRUE(textOf("statusLabel").contains(told)) << textOf("statusLabel").toStdString();
     EXPECT_TRUE(textOf("statusLabel").contains(file) && textOf("statusLabel").contains("choose another file"));
     EXPECT_TRUE(textOf("inUse-CorrectionsFile").startsWith("default_"));
   }
   ASSERT_NO_FATAL_FAILURE(choose("save-CorrectionsFile", "nirgends/gut.csv"));
+  EXPECT_TRUE(settled());
   EXPECT_TRUE(viewer().error().contains("is not there")) << viewer().error().toStdString();
   ASSERT_NO_FATAL_FAILURE(choose("save-CorrectionsFile", "gut.csv"));
   ASSERT_NO_FATAL_FAILURE(choose("load-CorrectionsFile", "gut.csv"));
+  EXPECT_TRUE(settled());
   EXPECT_EQ(viewer().error(), QString());
   EXPECT_TRUE(eventually([this] { return textOf("inUse-CorrectionsFile") == "gut.csv"; }));
 }
@@ -96,6 +99,7 @@ TEST_F(WindowPanels, SavingEachFrameEndsWithAMessageWhenItsFolderGoes) {
   ASSERT_NO_FATAL_FAILURE(WindowTest::open());
   QDir().mkpath("Tabellen");
   ASSERT_NO_FATAL_FAILURE(choose("framesAsTables", "Tabellen"));
+  ASSERT_TRUE(settled());
   timeline().stepFrames(1);
   ASSERT_TRUE(eventually([] { return !QDir("Tabellen").isEmpty(); }));
   EXPECT_TRUE(root("exporting").toBool());

@@ -174,6 +174,14 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
   EXPECT_TRUE(eventually([&] {
     return textOf("rowCountText").startsWith(QLocale(QLocale::English).toString(selected));
   })) << textOf("rowCountText").toStdString();
+  const auto decimals = [table] {
+    const auto column = static_cast<int>(table->property("columnNames").toStringList().indexOf("x(m)"));
+    return table->index(0, column).data().toString().section('.', 1).size();
+  };
+  for (const int wanted : {6, 3}) {
+    ASSERT_NO_FATAL_FAILURE(click("decimals"));
+    EXPECT_TRUE(eventually([&] { return decimals() == wanted && table->rowCount() == selected; })) << decimals();
+  }
   if (table->metaObject()->indexOfMethod("exportPointsInformation(QString)") >= 0) {
     // Another suffix than the table's own leaves it a table.
     for (const QString name : {"Auswahl für später.csv", "Auswahl.txt"}) {
@@ -296,10 +304,11 @@ TEST_F(WindowPoints, TheTableMayBeClosedAndOpenedWhileEachFrameIsExported) {
     QMetaObject::invokeMethod(window(), "startFrameExport", Q_ARG(QVariant, QVariant::fromValue(viewer().track())),
                               Q_ARG(QVariant, 1), Q_ARG(QVariant, QUrl::fromLocalFile(QDir::currentPath())));
     call("showTable", shownAtEnd);
-    EXPECT_TRUE(tableFilled());
+    EXPECT_TRUE(settled() && tableFilled());
     viewer().setPlayByFrame(true);  // is no other capture, with which the panels begin anew
     EXPECT_TRUE(window()->property("exporting").toBool());
     QMetaObject::invokeMethod(window(), "endFrameExport");
+    EXPECT_TRUE(settled());
     EXPECT_EQ(tableFilled(), shownAtEnd);
   }
   call("showTable", false);
@@ -319,7 +328,7 @@ TEST_F(WindowPoints, TwoClicksMeasureADistance) {
     const QPointF at = canvas().mapToScene(canvas().project({end.x, end.y, end.z}));
     QTest::mouseClick(window(), Qt::LeftButton, {}, at.toPoint());
   }
-  ASSERT_EQ(picked.size(), 2);
+  ASSERT_TRUE(eventually([&] { return picked.size() == 2; }));
   const double metres = static_cast<double>((picked[1] - picked[0]).length());
   EXPECT_TRUE(textOf("rulerText").startsWith(QString::number(metres, 'f', 3))) << textOf("rulerText").toStdString();
 }
@@ -360,25 +369,80 @@ TEST_F(WindowPoints, TheMouseMovesTheEyeAndADoubleClickTurnsAroundThePointUnderI
   ASSERT_TRUE(aim);
   const QPointF place = canvas().project({aim->x, aim->y, aim->z});
   QTest::mouseClick(window(), Qt::LeftButton, {}, at(place));
+  ASSERT_TRUE(eventually([&] { return picked.size() == 1; }));
   QTest::mousePress(window(), Qt::LeftButton, {}, at(place));
   QMouseEvent second(QEvent::MouseButtonDblClick, at(place), Qt::LeftButton, Qt::LeftButton, {});
   QCoreApplication::sendEvent(window(), &second);
+  EXPECT_TRUE(eventually([&] { return canvas().camera().target() == picked[0]; }));
   canvas().finishPicture();  // the point is in the middle now, and another one under the cursor
   QTest::mouseRelease(window(), Qt::LeftButton, {}, at(place));
-  ASSERT_EQ(picked.size(), 1);
-  EXPECT_EQ(canvas().camera().target(), picked[0]);
+  EXPECT_TRUE(settled());
+  EXPECT_EQ(picked.size(), 1);
+}
+
+TEST_F(WindowPoints, SubPixelChannelsOfAPointFileAreHiddenByTheKindOfTheirFinding) {
+  EXPECT_EQ(item("hideSubpixels"), nullptr) << "not of a lidar";
+  QFile file("rings.pcd");
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(
+      "VERSION .7\nFIELDS x y z ring\nSIZE 4 4 4 2\nTYPE F F F U\nCOUNT 1 1 1 1\nWIDTH 3\nHEIGHT 1\n"
+      "VIEWPOINT 0 0 0 1 0 0 0\nPOINTS 3\nDATA ascii\n1 2 3 1\n2 3 4 2\n3 4 5 65\n");
+  file.close();
+  viewer().open(file.fileName());
+  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() == 3; }));
+  ASSERT_NO_FATAL_FAILURE(click("section-filter"));
+  ASSERT_NO_FATAL_FAILURE(click("hideSubpixels"));
+  ASSERT_NO_FATAL_FAILURE(click("subpixelsByFrame"));
+  EXPECT_TRUE(eventually([this] { return viewer().pointsShown() == 2; })) << "above channel 64";
+  ASSERT_NO_FATAL_FAILURE(click("hideSubpixels"));
+  EXPECT_TRUE(eventually([this] { return viewer().pointsShown() == 3; }));
+  EXPECT_EQ(item("subpixelsByFrame"), nullptr);
+}
+
+TEST_F(WindowPoints, WhatIsTypedForOneSourceIsNotEnteredIntoTheNext) {
+  ASSERT_NO_FATAL_FAILURE(open());
+  for (const char *field : {"stackDepth", "distanceFilterFlag-low"}) {
+    SCOPED_TRACE(field);
+    ASSERT_NO_FATAL_FAILURE(click(field));
+    const QString before = textOf(field);
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_5);
+    ASSERT_EQ(textOf(field), "5");
+    // The same kind again, whose field keeps the keyboard, then one without it.
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(textOf(field), before);
+    press(Qt::Key_Tab);
+    ASSERT_NO_FATAL_FAILURE(click(field));
+    press(Qt::Key_5);
+    const int shown = viewer().pointsShown();
+    viewer().close();
+    ASSERT_NO_FATAL_FAILURE(open());
+    EXPECT_EQ(viewer().buffer()->property("frameNumber").toInt(), 1);
+    EXPECT_EQ(viewer().pointsShown(), shown);
+    EXPECT_EQ(textOf(field), before);
+  }
 }
 
 TEST_F(WindowPoints, AStackShowsItsFramesAtOnceAndOneFrameAgainAfterwards) {
+  ASSERT_NO_FATAL_FAILURE(open());
   const int one = viewer().pointsShown();
   ASSERT_NO_FATAL_FAILURE(type("stackDepth", "20"));
   ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("frameNumber").toInt() == 20; }))
       << viewer().error().toStdString();
-  // A stack fills while it plays.
+  // Paused, the frames before the cursor fill it, of which there are few at the begin.
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 4 * one; })) << viewer().pointsShown() << " of " << one;
+  EXPECT_LT(viewer().pointsShown(), 6 * one);
+  timeline().seekFrame(25);
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 19 * one; })) << viewer().pointsShown() << " of " << one;
+  EXPECT_EQ(viewer().scene().canvases.size(), 4U);
+  // Frames from elsewhere leave it where there are too few to replace them.
+  timeline().seekFrame(1);
+  EXPECT_TRUE(eventually([&] { return viewer().pointsShown() < 6 * one && viewer().pointsShown() > 4 * one; }))
+      << viewer().pointsShown() << " of " << one;
+  EXPECT_FALSE(timeline().isPlaying());
   clickText("Loop");
   press(Qt::Key_Space);
   EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 8 * one; })) << viewer().pointsShown() << " of " << one;
-  EXPECT_EQ(viewer().scene().canvases.size(), 4U);
   press(Qt::Key_Space);
   ASSERT_NO_FATAL_FAILURE(type("stackDepth", "1"));
   EXPECT_TRUE(eventually([&] { return viewer().scene().canvases.size() == 1 && viewer().pointsShown() < 2 * one; }));

@@ -5,8 +5,10 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QThreadPool>
+#include <atomic>
 
 #include "app/window/named_files.h"
+#include "contracts/host/clip_buffer.h"
 #include "contracts/host/track_buffer.h"
 #include "tests/app/program_fixture.h"
 #include "tests/window/window_fixture.h"
@@ -77,12 +79,38 @@ TEST_F(WindowSources, KeysAndTheTrackPlayStepAndSeek) {
 }
 
 TEST_F(WindowSources, ClosingWhilePlayingLeavesNothingBehind) {
+  viewer().preferences().setValue("panels/monitor", true);
+  start();
   ASSERT_NO_FATAL_FAILURE(open());
+  ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("monitorViewEnabled").toBool(); }));
   clickText("Loop");
   press(Qt::Key_Space);
   ASSERT_TRUE(eventually([this] { return timeline().frame() >= 2; }));
+  // What works on the source in the background ends before the source is stopped, and what waits is not begun.
+  const auto *const clip = qobject_cast<ClipBuffer *>(viewer().clip());
+  ASSERT_TRUE(clip != nullptr && clip->pcapActive());
+  std::atomic<bool> begun{false};
+  std::atomic<bool> stoppedMeanwhile{false};
+  std::atomic<bool> begunLate{false};
+  viewer().bufferCalls().run([&] {
+    begun = true;
+    QElapsedTimer clock;
+    clock.start();
+    while (!stoppedMeanwhile && clock.elapsed() < 200) stoppedMeanwhile = !clip->pcapActive();
+  });
+  viewer().bufferCalls().run([&] { begunLate = true; });
+  ASSERT_TRUE(eventually([&] { return begun.load(); }));
+  // A panel that goes with the source asks nothing of it any more.
+  QPointer<QObject> buffer = viewer().buffer();
+  bool asked = false;
+  QObject::connect(&viewer(), &app::Viewer::captureChanged, buffer,
+                   [&] { asked = asked || viewer().bufferCalls().isRunning(); });
   press(Qt::Key_W, Qt::ControlModifier);
-  EXPECT_TRUE(eventually([this] { return !viewer().isReady() && viewer().pointsShown() == 0; }));
+  EXPECT_TRUE(eventually([&] { return buffer.isNull() && viewer().pointsShown() == 0; }));
+  EXPECT_FALSE(stoppedMeanwhile);
+  EXPECT_FALSE(begunLate);
+  EXPECT_FALSE(asked);
+  viewer().preferences().setValue("panels/monitor", false);
   ASSERT_NO_FATAL_FAILURE(open());
   press(Qt::Key_Space);
   EXPECT_TRUE(timeline().isPlaying());
@@ -93,9 +121,8 @@ TEST_F(WindowSources, ACutHoldsTheFramesThatWereAskedFor) {
   ASSERT_NO_FATAL_FAILURE(open());
   timeline().seekFrame(3);
   ASSERT_NO_FATAL_FAILURE(click("cutButton"));
-  // The dialog begins with the frame at the cursor.
+  // The dialog begins with the frame at the cursor; who enters the last one has done with it.
   ASSERT_NO_FATAL_FAILURE(type("cutEnd", "7"));
-  ASSERT_NO_FATAL_FAILURE(clickText("Save"));
   ASSERT_NO_FATAL_FAILURE(answerDialog(QDir::current().filePath("cut")));
   ASSERT_TRUE(eventually([] { return QFile::exists("cut.pcap"); })) << viewer().error().toStdString();
   ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));

@@ -1,4 +1,6 @@
 // The tools of the lidar in the real window: what they do to the points, and what their switches say.
+#include <future>
+
 #include "tests/window/window_fixture.h"
 
 namespace tarvo::skarnvisor::test {
@@ -14,10 +16,12 @@ class WindowTools : public WindowTest {
   }
 
   /// A lidar of that type whose ranges scatter, so that many points pop out of their surroundings.
-  void openScattered(const QString &type) {
+  void openScattered(const QString &type, const QStringList &more = {}) {
     const QString path = QDir::currentPath() + "/scattered " + type + ".pcap";
-    QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", type, "--channels", "32", "--columns", "300",
-                                                       "--noise", "0.3", "--frames", "3", "--out", path});
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                      QStringList{"--type", type, "--channels", "32", "--columns", "300", "--noise", "0.3", "--frames",
+                                  "3", "--out", path} +
+                          more);
     viewer().open(path);
     ASSERT_TRUE(
         eventually([&] { return viewer().lidarType() == type && viewer().pointsShown() > 0 && lastFrame() == 2; }));
@@ -29,7 +33,13 @@ TEST_F(WindowTools, AFilterOfTheDecoderTakesPointsOutAndKeepsItsNumbersUntilAnot
   ASSERT_NO_FATAL_FAILURE(openScattered("VD8"));
   const int all = viewer().pointsShown();
   EXPECT_EQ(item("tool-popout-1"), nullptr) << "numbers of a tool that is off";
+  // The switch stays as it was put while the buffer has not taken it up.
+  std::promise<void> free;
+  viewer().bufferCalls().run([held = free.get_future().share()] { held.wait(); });
   ASSERT_NO_FATAL_FAILURE(click("tool-popout"));
+  EXPECT_TRUE(isChecked("tool-popout"));
+  EXPECT_NE(item("tool-popout-1"), nullptr);
+  free.set_value();
   ASSERT_TRUE(eventually([&] { return viewer().pointsShown() < all; })) << viewer().pointsShown();
   const int some = viewer().pointsShown();
   ASSERT_NO_FATAL_FAILURE(type("tool-popout-1", "2"));
@@ -73,6 +83,29 @@ TEST_F(WindowTools, TheCoordinateTransformMovesThePointsAndWhatIsPickedOfThem) {
     return sampled > 20 && seen > 0.9 * sampled;
   };
   EXPECT_TRUE(eventually(drawn));
+}
+
+TEST_F(WindowTools, LevelsOfTheCameraBitsAndEchoesReachTheBuffer) {
+  for (const char *panel : {"colors", "echoes"}) viewer().preferences().setValue(QString("panels/") + panel, true);
+  start();
+  ASSERT_NO_FATAL_FAILURE(openScattered("NBQ_COLOR_V3", {"--overlay", "--echoes", "2"}));
+  const auto holds = [this](const char *property, const QVariant &value) {
+    return eventually([&] { return viewer().buffer()->property(property) == value; });
+  };
+  ASSERT_NO_FATAL_FAILURE(type("rgbMin", "12.5"));
+  EXPECT_TRUE(holds("rgbMin", 12.5F));
+  EXPECT_TRUE(holds("rgbAutoScale", false)) << "by hand now";
+  EXPECT_TRUE(eventually([this] { return !isChecked("rgbAutoScale") && textOf("rgbMin") == "12.5"; }));
+  ASSERT_NO_FATAL_FAILURE(click("rgbAutoScale"));
+  EXPECT_TRUE(holds("rgbAutoScale", true));
+  ASSERT_TRUE(eventually([this] { return item("rgbAutoScaleHighPercent")->isEnabled(); }));
+  ASSERT_NO_FATAL_FAILURE(type("rgbAutoScaleHighPercent", "90"));
+  EXPECT_TRUE(holds("rgbAutoScaleHighPercent", 90.0F));
+  // What the buffer has no name for is complained of.
+  ASSERT_NO_FATAL_FAILURE(type("bitMask", "ff"));
+  ASSERT_NO_FATAL_FAILURE(click("echo-Any"));
+  EXPECT_TRUE(settled());
+  for (const char *panel : {"colors", "echoes"}) viewer().preferences().setValue(QString("panels/") + panel, false);
 }
 
 }  // namespace

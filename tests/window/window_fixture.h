@@ -63,9 +63,12 @@ class WindowTest : public testing::Test {
   }
 
   void open() {
+    const QPointer<QObject> before = viewer().buffer();
     viewer().open(capture());
-    ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && !viewer().isIndexing() && lastFrame() > 0; }))
-        << viewer().error().toStdString();
+    ASSERT_TRUE(eventually([&] {
+      return (before.isNull() || viewer().buffer() != before) && viewer().pointsShown() > 0 && !viewer().isIndexing() &&
+             lastFrame() > 0;
+    })) << viewer().error().toStdString();
     // The index may tell of its last frames a moment later.
     ASSERT_TRUE(eventually([this] { return lastFrame() == frames - 1; })) << lastFrame();
   }
@@ -83,6 +86,11 @@ class WindowTest : public testing::Test {
   int lastFrame() { return timeline().frameCount() - 1; }
 
   static bool eventually(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, deadlineMs); }
+  /// True once all that was asked of the background so far has been done, and has arrived.
+  bool settled() {
+    viewer().bufferCalls().run([] {});
+    return eventually([this] { return !viewer().bufferCalls().isRunning(); });
+  }
 
   /// The visible item of that object name; null where there is none.
   QQuickItem *item(const QString &name) {

@@ -24,15 +24,17 @@ Column {
     function stands(setter) { return buffer !== null && buffer.toolSettings !== undefined && Boolean(buffer.toolSettings[setter]) }
     function has(operation) { return buffer !== null && typeof buffer[operation] === "function" }
     function load(kind, operation, url) {
-        var what = kind.title, result = files.call(buffer, operation, url)
-        if (!result.done) viewer.fail((result.reason || what + " cannot be loaded") + "; choose another file, what is in use stays.")
-        else if (result.reason) viewer.fail(what + " loaded, but with a fault: " + result.reason + ".")
-        else viewer.tell(what + " loaded")
+        files.call(buffer, operation, url, function (result) {
+            if (!result.done) viewer.fail((result.reason || kind.title + " cannot be loaded") + "; choose another file, what is in use stays.")
+            else if (result.reason) viewer.fail(kind.title + " loaded, but with a fault: " + result.reason + ".")
+            else viewer.tell(kind.title + " loaded")
+        })
     }
     function save(kind, url) {
-        var result = files.call(buffer, "export" + kind.stem, url)
-        if (result.done) viewer.tell(kind.title + " saved")
-        else viewer.fail((result.reason || "This lidar has no " + kind.title + " to save") + "; " + (files.writeFault(url) || "load a file first, or choose another folder") + ".")
+        files.call(buffer, "export" + kind.stem, url, function (result) {
+            if (result.done) viewer.tell(kind.title + " saved")
+            else viewer.fail((result.reason || "This lidar has no " + kind.title + " to save") + "; " + (files.writeFault(url) || "load a file first, or choose another folder") + ".")
+        })
     }
 
     component Kind: Column {

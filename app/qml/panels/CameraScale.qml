@@ -19,14 +19,14 @@ GridLayout {
         Layout.preferredWidth: 60
         decimals: 1
         number: camera.of(property)
-        onEntered: camera.buffer[property] = value
+        onEntered: bufferCalls.set(camera.buffer, property, value)
     }
     component Automatic: Check {
         property string property
         objectName: property
         text: "Auto"
         checked: Boolean(camera.of(property))
-        onToggled: camera.buffer[property] = checked
+        onToggled: bufferCalls.set(camera.buffer, property, checked)
     }
 
     Label { text: "Camera"; font.bold: true; font.pixelSize: 12; Layout.columnSpan: 4 }

@@ -14,9 +14,15 @@ Column {
     spacing: 6
     topPadding: 6
 
+    // Point files alone take it, and tell nothing of it.
+    property bool subpixelsHidden: false
     // The first frame with corrections brings the angles; no signal tells of it while the number of channels stays.
     property string angles: ""
-    onBufferChanged: angles = ""
+    onBufferChanged: {
+        angles = ""
+        subpixelsHidden = false
+        Qt.callLater(ranges.restore)  // what was typed is no wish for another lidar
+    }
     Connections {
         target: panel.buffer
         ignoreUnknownSignals: true
@@ -111,4 +117,21 @@ Column {
         onShowAsked: panel.setShown(rows, shown)
     }
     Check { objectName: "blindChannels"; visible: panel.buffer !== null && Boolean(panel.buffer.useBlindChannels); text: "Hide blind channels"; tip: "Leave out channels that measure nothing"; checked: panel.buffer && panel.buffer.toolSettings && panel.buffer.toolSettings.setBlindChannelsCheck || false; onToggled: panel.buffer.setBlindChannelsCheck(checked) }
+    Check {
+        objectName: "hideSubpixels"
+        visible: panel.buffer !== null && typeof panel.buffer.setUsePixelChannelLayout === "function"
+        text: "Hide sub-pixel channels"
+        tip: "Leave out channels that lie between others"
+        checked: panel.subpixelsHidden
+        onToggled: { panel.subpixelsHidden = checked; bufferCalls.call(panel.buffer, "setDisableSubpixelChannel", [checked]) }
+    }
+    Check {
+        objectName: "subpixelsByFrame"
+        visible: panel.subpixelsHidden
+        leftPadding: 22
+        text: "Found by the channels of this frame"
+        tip: "Those between odd channels, where it has only odd ones; otherwise all above channel 64"
+        checked: panel.buffer && panel.buffer.usePixelChannelLayout || false
+        onToggled: bufferCalls.call(panel.buffer, "setUsePixelChannelLayout", [checked])
+    }
 }

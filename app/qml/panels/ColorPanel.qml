@@ -32,6 +32,7 @@ Column {
             Layout.fillWidth: true
             focusPolicy: Qt.TabFocus
             Accessible.name: "Point size"
+            FocusRing {}
             from: 1; to: 8
             value: viewer.pointSize
             onMoved: { viewer.pointSize = value; prefs.setValue("pointSize", value) }
@@ -43,32 +44,21 @@ Column {
         visible: panel.buffer !== null && typeof panel.buffer.updateMask === "function"
         Label { text: "Bit mask"; font.pixelSize: 12; Layout.fillWidth: true }
         Label { text: "0x"; font.pixelSize: 12; color: theme.faint }
-        TextField {
+        NumberField {
             id: mask
             property int shown: 0xffff
             objectName: "bitMask"
+            label: "Bits of whole-number attributes that are coloured, hexadecimal"
             implicitWidth: 64
-            implicitHeight: 26
-            font.pixelSize: 12
-            topPadding: 3
-            bottomPadding: 3
-            selectByMouse: true
-            text: shown.toString(16)
+            number: shown
             maximumLength: 4
             validator: RegExpValidator { regExp: /[0-9a-fA-F]{1,4}/ }
-            background: Rectangle { color: theme.field; radius: 3; border.color: mask.activeFocus ? theme.accent : theme.edge }
-            Accessible.name: "Bits of whole-number attributes that are coloured, hexadecimal"
             ToolTip.visible: hovered
             ToolTip.delay: 600
             ToolTip.text: "Colour whole-number attributes by these bits only"
-            function restore() { text = Qt.binding(function () { return shown.toString(16) }) }
-            onEditingFinished: {
-                var value = parseInt(text, 16)
-                if (value !== shown) { shown = value; panel.buffer.updateMask(value) }
-                restore()
-            }
-            onAccepted: focusHome.forceActiveFocus()
-            Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
+            function format(value) { return value.toString(16) }
+            function parse(text) { return parseInt(text, 16) }
+            onEntered: { shown = value; bufferCalls.call(panel.buffer, "updateMask", [value]) }
         }
     }
 }

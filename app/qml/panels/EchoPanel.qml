@@ -18,7 +18,7 @@ Flow {
 
     function choose(echo) {
         chosen = echo
-        if (buffer && typeof buffer.setEchoModelReturnMode === "function") buffer.setEchoModelReturnMode(echo)
+        if (buffer && typeof buffer.setEchoModelReturnMode === "function") bufferCalls.call(buffer, "setEchoModelReturnMode", [echo])
     }
     Repeater {
         model: panel.titles

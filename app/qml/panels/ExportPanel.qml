@@ -37,7 +37,7 @@ Column {
         text: "Save as PCD\u2026"
         tip: "Save the points shown, or the selected ones"
         onClicked: {
-            if (prefs.lastPcdFolder != "") chooser.folder = prefs.lastPcdFolder
+            if (prefs.lastPcdFolder != "") chooser.start = prefs.lastPcdFolder
             chooser.ask("Save this frame", ["pcd files (*.pcd)"], true, function (url) { prefs.notePcdFile(url); window.exportFrame(url) })
         }
     }

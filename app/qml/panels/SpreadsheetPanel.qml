@@ -30,8 +30,22 @@ Rectangle {
         function onModelReset() { panel.rowCount = panel.points.rowCount() }
         function onColumnNamesChanged() { panel.readHeads() }
     }
-    // A picked point is the row in hand.
-    Connections { target: window.canvas; function onPointClicked(place) { if (panel.visible && window.selecting) tableRows.find(panel.points, place) } }
+    // A picked point is the row in hand, once the selection of it is listed.
+    property var sought: null
+    function seek() {
+        if (!sought || bufferCalls.running) return
+        tableRows.find(points, sought)
+        sought = null
+    }
+    Connections {
+        target: window.canvas
+        function onPointClicked(place) {
+            if (!panel.visible || !window.selecting) return
+            panel.sought = place
+            panel.seek()
+        }
+    }
+    Connections { target: bufferCalls; function onRunningChanged() { panel.seek() } }
     Connections { target: tableRows; function onFound(row) { table.centerRow(row) } }
 
     function readHeads() {
@@ -70,28 +84,33 @@ Rectangle {
         anchors { fill: parent; margins: 6 }
         spacing: 4
         RowLayout {
-            Label { objectName: "rowCountText"; text: panel.rowCount.toLocaleString(Qt.locale("en"), "f", 0) + (panel.rowCount === 1 ? " row" : " rows"); font.pixelSize: 12; Layout.minimumWidth: 74 }
-            Check {
-                id: all
-                objectName: "allPoints"
-                text: "All shown points"
-                tip: "List every point that is shown, not the selected ones alone"
-                enabled: panel.points !== null
-                checked: panel.points !== null && Boolean(panel.points.allDisplayed)
-                onToggled: { panel.points.allDisplayed = checked; panel.refresh() }
+            Flow {
+                Layout.fillWidth: true
+                spacing: 6
+                Label { objectName: "rowCountText"; height: 28; text: panel.rowCount.toLocaleString(Qt.locale("en"), "f", 0) + (panel.rowCount === 1 ? " row" : " rows"); font.pixelSize: 12; verticalAlignment: Text.AlignVCenter; width: Math.max(74, implicitWidth) }
+                Check {
+                    id: all
+                    objectName: "allPoints"
+                    height: 28
+                    text: "All shown points"
+                    tip: "List every point that is shown, not the selected ones alone"
+                    enabled: panel.points !== null
+                    checked: panel.points !== null && Boolean(panel.points.allDisplayed)
+                    onToggled: { panel.points.allDisplayed = checked; panel.refresh() }
+                }
+                PushButton { objectName: "decimals"; text: "Decimals"; tip: "3 or 6 decimals"; visible: panel.buffer !== null && typeof panel.buffer.detailDataUpdata === "function"; onClicked: bufferCalls.call(panel.buffer, "detailDataUpdata") }
+                PushButton { objectName: "saveOrder"; text: "Save order"; tip: "Keep this order of the columns"; visible: panel.sortable; onClicked: { panel.points.saveCurrentColumnNames(); viewer.tell("The order of the columns is kept") } }
+                PushButton {
+                    objectName: "exportTable"
+                    text: "Export\u2026"
+                    tip: "Save the table as CSV"
+                    visible: panel.points !== null && typeof panel.points.exportPointsInformation === "function"
+                    enabled: panel.rowCount > 0 && !jobs.running
+                    onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, window.exportTable)
+                }
+                Note { width: Math.min(implicitWidth, parent.width); height: Math.max(28, implicitHeight); verticalAlignment: Text.AlignVCenter; visible: text.length > 0; text: tableRows.listing ? "Listing\u2026" : panel.points !== null && panel.rowCount === 0 ? "Select points with S, or list all that are shown" : "" }
             }
-            PushButton { objectName: "decimals"; text: "Decimals"; tip: "3 or 6 decimals"; visible: panel.buffer !== null && typeof panel.buffer.detailDataUpdata === "function"; onClicked: panel.buffer.detailDataUpdata() }
-            Label { text: tableRows.listing ? "Listing\u2026" : panel.points !== null && panel.rowCount === 0 ? "Select points with S, or list all that are shown" : ""; color: theme.faint; font.pixelSize: 12; elide: Text.ElideRight; Layout.fillWidth: true; horizontalAlignment: Text.AlignHCenter }
-            PushButton { objectName: "saveOrder"; text: "Save order"; tip: "Keep this order of the columns"; visible: panel.sortable; onClicked: { panel.points.saveCurrentColumnNames(); viewer.tell("The order of the columns is kept") } }
-            PushButton {
-                objectName: "exportTable"
-                text: "Export\u2026"
-                tip: "Save the table as CSV"
-                visible: panel.points !== null && typeof panel.points.exportPointsInformation === "function"
-                enabled: panel.rowCount > 0 && !jobs.running
-                onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, window.exportTable)
-            }
-            PushButton { text: "\u2715"; tip: "Close the table (F10)"; implicitWidth: 28; onClicked: window.showTable(false) }
+            PushButton { Layout.alignment: Qt.AlignTop; text: "\u2715"; tip: "Close the table (F10)"; implicitWidth: 28; onClicked: window.showTable(false) }
         }
         Table {
             id: table

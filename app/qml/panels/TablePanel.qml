@@ -16,8 +16,19 @@ Column {
     spacing: 4
     topPadding: 6
 
-    function enable(on) { if (buffer && buffer[enabledName] !== undefined && buffer[enabledName] !== on) buffer[enabledName] = on }
-    onBufferChanged: enable(visible)
+    property bool asked: false  // each buffer begins without
+    function enable(on) {
+        if (!buffer || buffer[enabledName] === undefined || on === asked) return
+        asked = on
+        bufferCalls.set(buffer, enabledName, on)
+    }
+    function save(url) {
+        files.call(rows, "exportMonitorInfo", url, function (result) {
+            if (result.done) viewer.tell("Saved " + files.path(url))
+            else viewer.fail(files.path(url) + " was not written: " + (files.writeFault(url) || "choose another folder") + ".")
+        })
+    }
+    onBufferChanged: { asked = false; enable(visible) }
     onVisibleChanged: enable(visible)
     Component.onCompleted: enable(visible)
     Component.onDestruction: enable(false)
@@ -57,7 +68,7 @@ Column {
         objectName: panel.modelName + "-export"
         text: "Export\u2026"
         tip: "Save the table of " + panel.title + " as CSV"
-        enabled: panel.rowCount > 0 && !jobs.running
-        onClicked: chooser.ask(tip, ["CSV files (*.csv)"], true, function (url) { jobs.exportTo(panel.rows, "exportMonitorInfo", url, "the table") })
+        enabled: panel.rowCount > 0
+        onClicked: chooser.ask(tip, ["CSV files (*.csv)"], true, panel.save)
     }
 }

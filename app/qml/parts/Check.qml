@@ -16,11 +16,13 @@ CheckBox {
         implicitHeight: 15
         radius: 3
         color: check.checked ? theme.accent : theme.field
-        border { color: check.visualFocus ? theme.text : check.checked ? theme.accent : theme.edge; width: 1 }
+        border.color: check.checked ? theme.accent : theme.edge
         Label { anchors.centerIn: parent; visible: check.checked; text: "\u2713"; font { pixelSize: 12; bold: true } color: "white" }
     }
+    FocusRing {}
     Accessible.name: text.length > 0 ? text : tip
     ToolTip.visible: tip.length > 0 && hovered
+    Component.onDestruction: ToolTip.hide()  // one that still waits would open without a window
     ToolTip.delay: 600
     ToolTip.text: tip
 }

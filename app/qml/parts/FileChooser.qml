@@ -6,6 +6,17 @@ FileDialog {
     id: dialog
     property var then
     property string suffix
+    // Where the next dialog begins; empty: where the last one ended.
+    property url start: recent
+    readonly property url recent: prefs.recentFolder
+    onRecentChanged: start = recent
+    function begin(then) {
+        dialog.then = then
+        dialog.open()
+        // Only now there is a dialog that takes it.
+        if (start != "") folder = start
+        start = ""
+    }
     function ask(title, filters, save, then) {
         dialog.title = title
         dialog.nameFilters = filters
@@ -15,8 +26,7 @@ FileDialog {
         dialog.suffix = suffix ? suffix[1] : ""
         // The dialog asks before it overwrites: it must know the whole name.
         dialog.defaultSuffix = dialog.suffix
-        dialog.then = then
-        dialog.open()
+        begin(then)
     }
     function askFolder(title, then) {
         dialog.title = title
@@ -24,8 +34,7 @@ FileDialog {
         dialog.selectExisting = true
         dialog.selectFolder = true
         dialog.suffix = dialog.defaultSuffix = ""
-        dialog.then = then
-        dialog.open()
+        begin(then)
     }
     onAccepted: {
         var url = fileUrl.toString()

@@ -12,9 +12,12 @@ TextField {
         var text = value.toFixed(decimals)
         return decimals > 0 ? text.replace(/\.?0+$/, "") : text
     }
-    // What was entered, until the number follows or the text changes: leaving the field does not enter it again.
-    property var asked: undefined
+    function parse(text) { return Number(text) }
     function restore() { text = Qt.binding(function () { return format(number) }) }
+    // What is typed belongs to the source that is open: it is dropped when another one opens. The field may lose the
+    // keyboard to that before this has followed.
+    property var source: viewer.buffer
+    onSourceChanged: restore()
     text: format(number)
     selectByMouse: true
     opacity: enabled ? 1 : 0.45
@@ -27,17 +30,13 @@ TextField {
     validator: DoubleValidator { notation: DoubleValidator.StandardNotation; locale: "C" }
     Accessible.name: label
     onEditingFinished: {
-        var value = Number(text)
-        if (text.length > 0 && !isNaN(value) && value !== number && value !== asked) {
-            asked = value
-            entered(value)
-        }
-        restore()
+        var value = parse(text)
+        var typed = source === viewer.buffer && text.length > 0 && text !== format(number) && value !== number
+        restore()  // first: what hears of the number may take the keyboard away, which ends the editing once more
+        if (typed && !isNaN(value)) entered(value)
     }
     // Entered: the keys are the window's again.
     onAccepted: focusHome.forceActiveFocus()
     Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
-    onNumberChanged: asked = undefined
-    onTextEdited: asked = undefined
-    onActiveFocusChanged: if (activeFocus) selectAll()
+    onActiveFocusChanged: if (activeFocus) selectAll(); else restore()
 }

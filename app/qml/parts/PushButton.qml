@@ -29,6 +29,7 @@ Button {
     rightPadding: 6
     Accessible.name: tip.length > 0 ? tip : text
     ToolTip.visible: tip.length > 0 && hovered && !down && !menuOpen
+    Component.onDestruction: ToolTip.hide()  // one that still waits would open without a window
     ToolTip.delay: 600
     ToolTip.text: tip
     Keys.onEscapePressed: focusHome.forceActiveFocus()

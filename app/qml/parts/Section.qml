@@ -35,6 +35,7 @@ Column {
             color: head.hovered || head.visualFocus ? theme.row : theme.bar
             Rectangle { width: parent.width; height: 1; color: theme.line }
         }
+        FocusRing { anchors.margins: 1 }
         contentItem: Row {
             spacing: 6
             Label { text: section.open ? "\u25be" : "\u25b8"; color: theme.faint; anchors.verticalCenter: parent.verticalCenter; width: 12 }

@@ -72,6 +72,8 @@ Item {
         }
         onCanceled: moved = false
         ToolTip.visible: enabled && containsMouse && !pressed
+        // A tip that still waits would open without a window.
+        Component.onDestruction: ToolTip.hide()
         ToolTip.delay: 800
         ToolTip.text: head.owner.headsMovable ? "Click: sort, three ways. Drag: move the column" : "Click: sort, three ways"
     }

@@ -31,7 +31,7 @@ Slider {
     background: Rectangle {
         radius: 3
         color: theme.field
-        border.color: lane.visualFocus ? theme.text : theme.line
+        border { color: lane.visualFocus ? theme.text : theme.line; width: lane.visualFocus ? 2 : 1 }
         Item {
             id: clip
             anchors { fill: parent; leftMargin: lane.handle.width / 2; rightMargin: lane.handle.width / 2 }

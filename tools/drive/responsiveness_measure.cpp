@@ -1,20 +1,15 @@
 // How long the GUI thread is held at a time while a capture of big frames plays and settings change, and the memory of
-// a deep stack in the window. Measures, not tests: they print, and run only when SKARNVISOR_MEASURE names the seconds
-// to play.
+// a deep stack in the window. Measures, not tests: they print.
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstdio>
 
 #include "tests/window/window_fixture.h"
+#include "tools/drive/options.h"
+#include "tools/drive/processor_wait.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
-
-/// Milliseconds that this thread was ready to run while none of the processors was free for it.
-double waitedForProcessor() {
-  QFile file(QStringLiteral("/proc/thread-self/schedstat"));
-  return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toDouble() / 1e6 : 0;
-}
 
 /// Milliseconds between the turns of an event loop that a timer wakes every millisecond, and what of them is left
 /// without the wait for a processor that another program or thread has.
@@ -38,6 +33,10 @@ class TurnClock : public QObject {
     std::printf("%s\n", what);
     print("  as it was", m_turns);
     print("  without the wait for a processor", m_held);
+    begin();
+  }
+  /// Forgets the turns so far.
+  void begin() {
     m_turns.clear();
     m_held.clear();
     m_clock.invalidate();
@@ -63,16 +62,36 @@ class TurnClock : public QObject {
 
 class Responsiveness : public WindowTest {
  protected:
-  void SetUp() override {
-    if (seconds() <= 0) GTEST_SKIP() << "SKARNVISOR_MEASURE names no seconds";
-    start();
-  }
   /// Vertex arrays with points.
   int filled() {
     const auto &canvases = viewer().scene().canvases;
     return static_cast<int>(std::count_if(canvases.begin(), canvases.end(), [](auto &each) { return each.count > 0; }));
   }
-  static int seconds() { return qEnvironmentVariableIntValue("SKARNVISOR_MEASURE"); }
+  static int seconds() { return drive::options().seconds; }
+
+  static constexpr int stackFrames = 150;  ///< of 200,000 points, in 30 arrays
+  void openDeep() {
+    QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
+                      {"--channels", "128", "--columns", "1563", "--frames", "156", "--out", "deep.pcap"});
+    viewer().open("deep.pcap");
+    ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 155; }));
+  }
+  void fillStack(const std::function<void()> &meanwhile) {
+    bool accepted = false;
+    QMetaObject::invokeMethod(viewer().buffer(), "setFrameNumber", Q_RETURN_ARG(bool, accepted),
+                              Q_ARG(int, stackFrames));
+    ASSERT_TRUE(accepted);
+    ASSERT_TRUE(eventually([this] { return viewer().scene().canvases.size() == 30; }));
+    // A stack fills as it is played.
+    timeline().setLoop(true);
+    timeline().setPlaying(true);
+    ASSERT_TRUE(eventually([&] {
+      meanwhile();
+      return filled() == 30;
+    })) << filled()
+        << " groups";
+    timeline().setPlaying(false);
+  }
 
   /// Serves events until the time is over, calling `change` five times a second.
   static void play(int milliseconds, const std::function<void(int)> &change) {
@@ -106,6 +125,9 @@ TEST_F(Responsiveness, OfFramesOfAMillionPoints) {
   play(seconds() * 1000, [](int) {});
   turns.print("playing, nothing drawn");
   window()->show();
+  // A window that is shown again waits for its first picture.
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window(), deadlineMs));
+  turns.begin();
   play(seconds() * 1000, [this](int turn) {
     viewer().colors()->setMode(turn % static_cast<int>(viewer().colorTitles().size()));
     viewer().setPointSize(1 + turn % 4);
@@ -152,30 +174,14 @@ double ownBytes() {
 
 /// A renderer in software has its copy of the vertices in this process too: 12 bytes a point, which are taken off.
 TEST_F(Responsiveness, OfAStackOf150FramesTheMemory) {
-  constexpr int stackFrames = 150;
   constexpr double budgetBytes = 104;
   constexpr double cardBytes = 12;
-  QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
-                    {"--channels", "128", "--columns", "1563", "--frames", "156", "--out", "deep.pcap"});
   const double empty = ownBytes();
-  viewer().open("deep.pcap");
-  ASSERT_TRUE(eventually([this] { return viewer().pointsShown() > 0 && lastFrame() == 155; }));
+  ASSERT_NO_FATAL_FAILURE(openDeep());
   const double points = 1.0 * stackFrames * (viewer().scene().canvases[0].count);
   const double before = ownBytes();
-  bool accepted = false;
-  QMetaObject::invokeMethod(viewer().buffer(), "setFrameNumber", Q_RETURN_ARG(bool, accepted), Q_ARG(int, stackFrames));
-  ASSERT_TRUE(accepted);
-  ASSERT_TRUE(eventually([this] { return viewer().scene().canvases.size() == 30; }));
   double most = 0;
-  // A stack fills as it is played.
-  timeline().setLoop(true);
-  timeline().setPlaying(true);
-  ASSERT_TRUE(eventually([&] {
-    most = std::max(most, ownBytes());
-    return filled() == 30;
-  })) << filled()
-      << " groups";
-  timeline().setPlaying(false);
+  ASSERT_NO_FATAL_FAILURE(fillStack([&] { most = std::max(most, ownBytes()); }));
   // The vertices are let go when they are drawn, which takes a renderer in software its time.
   EXPECT_TRUE(eventually([this] {
     const auto &canvases = viewer().scene().canvases;
@@ -189,6 +195,36 @@ TEST_F(Responsiveness, OfAStackOf150FramesTheMemory) {
       "filled\n",
       points / stackFrames, qPrintable(viewer().countText()), budget / 1e6, taken / 1e6, points * cardBytes / 1e6,
       taken / budget, empty / 1e6, before / 1e6, most / 1e6);
+}
+
+/// Nothing is drawn meanwhile: a renderer in software needs both processors for this.
+TEST_F(Responsiveness, OfAStackOf150FramesThatIsSelectedAndCut) {
+  ASSERT_NO_FATAL_FAILURE(openDeep());
+  ASSERT_NO_FATAL_FAILURE(fillStack([] {}));
+  window()->hide();
+  play(3000, [](int) {});
+  auto *const bar = window()->findChild<QObject *>("selectionBar");
+  ASSERT_NE(bar, nullptr);
+  QMatrix4x4 box;  // 10 m to every side
+  box.scale(0.1F);
+  TurnClock turns;
+  const auto measure = [&](const char *what, const std::function<void()> &call) {
+    play(300, [](int) {});
+    QElapsedTimer held;
+    held.start();
+    call();
+    std::printf("%s: the call itself took %.1f ms\n", what, static_cast<double>(held.nsecsElapsed()) / 1e6);
+    play(seconds() * 1000, [](int) {});
+    std::printf("%s\n", qPrintable(viewer().countText()));
+    turns.print(what);
+  };
+  measure("selecting", [&] { QMetaObject::invokeMethod(window(), "select", Q_ARG(QVariant, box)); });
+  for (const char *function : {"cut", "undo", "cut", "reverse", "clear"})
+    measure(function, [&] { QMetaObject::invokeMethod(bar, function); });
+  measure("colouring", [this] { viewer().colors()->setMode(viewer().colors()->mode() + 1); });
+  measure("filtering", [this] { viewer().refilter(); });
+  measure("clearing the selection", [&] { QMetaObject::invokeMethod(window(), "clearSelection"); });
+  window()->show();
 }
 
 }  // namespace

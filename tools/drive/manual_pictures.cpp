@@ -1,8 +1,8 @@
-// The pictures of the manual, taken from the running program. Run by scripts/pictures.sh, which names the folder in
-// SKARNVISOR_PICTURES; without it there is nothing to do.
+// The pictures of the manual, taken from the running program.
 #include <algorithm>
 
 #include "tests/window/window_fixture.h"
+#include "tools/drive/options.h"
 
 namespace tarvo::skarnvisor::test {
 namespace {
@@ -10,14 +10,11 @@ namespace {
 class ManualPictures : public WindowTest {
  protected:
   void SetUp() override {
-    if (folder().isEmpty()) GTEST_SKIP() << "SKARNVISOR_PICTURES names no folder";
     QProcess::execute(QStringLiteral(SKARNVISOR_SIM), {"--type", "WG9", "--channels", "64", "--columns", "1200",
                                                        "--frames", "30", "--telemetry", "--out", "street.pcap"});
     QProcess::execute(QStringLiteral(SKARNVISOR_SIM),
                       {"--type", "VD2", "--columns", "1200", "--frames", "30", "--out", "tools.pcap"});
   }
-
-  static QString folder() { return qEnvironmentVariable("SKARNVISOR_PICTURES"); }
 
   void show(const QStringList &panels, const QString &file = "street.pcap") {
     for (const char *panel : {"colors", "filter", "echoes", "channels", "monitor", "faults", "calibration", "export",
@@ -56,7 +53,7 @@ class ManualPictures : public WindowTest {
     // What follows the last change by a turn or two: tool tips aside, the tables and labels.
     QTest::qWait(400);
     const QImage shot = m_main->grab().scaledToWidth(880, Qt::SmoothTransformation);
-    EXPECT_TRUE(inFewColours(shot).save(folder() + "/" + name + ".png", "PNG", 0));
+    EXPECT_TRUE(inFewColours(shot).save(drive::options().pictureFolder + "/" + name + ".png", "PNG", 0));
   }
 };
 

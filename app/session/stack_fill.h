@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+namespace tarvo::skarnvisor::app {
+
+class CaptureSession;
+
+/// Fills the frame stack of a capture while nothing plays: after a stack was granted, and after the cursor went
+/// elsewhere than to the next frame. The plug-in takes frames into a stack from the begin of playing on, so the
+/// pipeline is told for one run that it plays, and then run until the groups up to the cursor are in; the timeline
+/// stands still meanwhile. Playing, or another move of the cursor, begins anew. Lives on the GUI thread.
+class StackFill : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit StackFill(CaptureSession &session);
+
+ private Q_SLOTS:
+  void noteAnswer(bool success);
+
+ private:
+  void takeUpSource();
+  void noteCursor();
+  void notePlaying();
+  bool isWanted() const;
+  void fillSoon();
+  void stop();
+  void turn();
+  bool begin(int frame);
+
+  CaptureSession &m_session;
+  QTimer m_delay;  ///< until the cursor rests
+  QTimer m_turn;
+  int m_shown = -1;  ///< frame up to which the stack goes on, -1: none
+  int m_next = 0;    ///< frame at which the pipeline runs next, group by group up to the cursor's
+  int m_groupFrames = 1;
+  int m_runsAtEnd = 0;  ///< to catch up
+  bool m_begins = false;
+  bool m_empty = false;  ///< nothing has entered the stack since it was granted
+};
+
+}  // namespace tarvo::skarnvisor::app

@@ -41,6 +41,12 @@ ApplicationWindow {
     readonly property Item focusHome: canvasView.canvas
     readonly property var viewerObject: viewer
 
+    // What goes out of sight would keep the keyboard.
+    Connections {
+        target: window.activeFocusItem
+        function onVisibleChanged() { if (window.activeFocusItem !== null && !window.activeFocusItem.visible) canvas.forceActiveFocus() }
+    }
+
     Theme { id: theme; objectName: "theme"; dark: prefs.value("dark", true); onCanvasChanged: window.applyTheme(); onGridChanged: window.applyTheme() }
     FileChooser { id: chooser; objectName: "chooser" }
     LiveDialog { id: liveDialog }

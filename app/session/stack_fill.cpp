@@ -1,6 +1,7 @@
 #include "app/session/stack_fill.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/session/capture_session.h"
 
@@ -12,7 +13,8 @@ constexpr int turnMs = 5;
 
 }  // namespace
 
-StackFill::StackFill(CaptureSession &session) : m_session(session) {
+StackFill::StackFill(CaptureSession &session, std::function<bool()> isHeld)
+    : m_session(session), m_isHeld(std::move(isHeld)) {
   m_delay.setSingleShot(true);
   m_delay.setInterval(restMs);
   m_turn.setInterval(turnMs);
@@ -76,7 +78,7 @@ void StackFill::stop() {
 void StackFill::turn() {
   Pipeline *const pipeline = m_session.pipeline();
   if (!isWanted()) return stop();
-  if (pipeline->isBusy()) return;
+  if (pipeline->isBusy() || m_isHeld()) return;
   const int frame = m_session.timeline().frame();
   // At the very first frame no group comes in, at the second one the same that belongs there.
   const int last = std::max(frame, std::min(1, pipeline->frames()->count() - 1));

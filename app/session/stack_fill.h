@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <functional>
 
 namespace tarvo::skarnvisor::app {
 
@@ -15,7 +16,8 @@ class StackFill : public QObject {
   Q_OBJECT
 
  public:
-  explicit StackFill(CaptureSession &session);
+  /// `isHeld` tells whether others work on the stack: its turns wait for them.
+  StackFill(CaptureSession &session, std::function<bool()> isHeld);
 
  private Q_SLOTS:
   void noteAnswer(bool success);
@@ -31,6 +33,7 @@ class StackFill : public QObject {
   bool begin(int frame);
 
   CaptureSession &m_session;
+  std::function<bool()> m_isHeld;
   QTimer m_delay;  ///< until the cursor rests
   QTimer m_turn;
   int m_shown = -1;  ///< frame up to which the stack goes on, -1: none

@@ -16,6 +16,8 @@ class BackgroundCalls {
   void run(std::function<void()> call) { m_pool.start(QRunnable::create(std::move(call))); }
   /// Waits until all calls have returned. None of them may wait for this thread.
   void finish() { m_pool.waitForDone(); }
+  /// Whether a call runs or waits.
+  bool isBusy() const { return m_pool.activeThreadCount() > 0; }
 
  private:
   QThreadPool m_pool;

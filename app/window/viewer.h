@@ -247,7 +247,7 @@ class Viewer : public QObject {
   Jobs m_jobs;
   TableRows m_tableRows;
   CaptureSession m_session;
-  StackFill m_stackFill{m_session};
+  StackFill m_stackFill{m_session, [this] { return m_background.isBusy(); }};
 };
 
 }  // namespace tarvo::skarnvisor::app

@@ -34,7 +34,9 @@ class FrameStackTest : public ParserTest {
   }
   ~FrameStackTest() override { letGo(); }
 
+  /// What earlier stacks had is given back first: as long as it isn't, it counts as available.
   void setMemory(std::uint64_t available, std::uint64_t total = 16 * gib) {
+    rb.stackAllocation().wait();
     rb.stackAllocation().memory = [=] { return MemoryFigures{total, available}; };
   }
   /// Holds the next allocation on its thread until `letGo`.

@@ -305,6 +305,18 @@ TEST_F(WindowHabits, EscapeTakesBackWhatIsTypedAndClosesWhatIsOpenWithOnePress) 
   }
 }
 
+TEST_F(WindowHabits, WhatGoesOutOfSightGivesTheKeyboardBack) {
+  ASSERT_NO_FATAL_FAILURE(open());
+  item("splitCheck")->forceActiveFocus(Qt::TabFocusReason);
+  ASSERT_FALSE(canvas().hasActiveFocus());
+  press(Qt::Key_F9);
+  EXPECT_TRUE(eventually([this] { return canvas().hasActiveFocus(); }));
+  press(Qt::Key_F9);
+  ASSERT_NO_FATAL_FAILURE(click("stackDepth"));
+  viewer().close();
+  EXPECT_TRUE(eventually([this] { return !viewer().isReady() && canvas().hasActiveFocus(); }));
+}
+
 TEST_F(WindowHabits, ARecentFileThatIsGoneLeavesTheListWithAWord) {
   QFile gone("gone.pcap");
   ASSERT_TRUE(gone.open(QIODevice::WriteOnly));

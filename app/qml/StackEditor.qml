@@ -21,14 +21,14 @@ Row {
     function ask(depth) {
         asked = depth
         awaited = true
-        var taken = buffer.setFrameNumber(depth)
-        if (taken && depth === 1) viewer.tell("Frames are shown one at a time")  // stands at once, without an answer
+        bufferCalls.call(buffer, "setFrameNumber", [depth])
+        if (depth === 1) viewer.tell("Frames are shown one at a time")  // comes without an answer
     }
     function cancel() {
         cancelling = true
         buffer.cancelFrameAllocation()
     }
-    onBufferChanged: busy = cancelling = false
+    onBufferChanged: busy = cancelling = awaited = false
     onBusyChanged: progress = 0
     Timer { interval: 100; repeat: true; running: editor.busy; onTriggered: editor.progress = editor.buffer.frameAllocationProgress() }
     Connections {
@@ -37,10 +37,10 @@ Row {
         function onFrameAllocationStarted() { editor.busy = true }
         function onFrameAllocationFinished(success, actualFrames, message) {
             var wanted = !success && editor.cancelling
-            editor.busy = editor.cancelling = false
+            var told = awaited
+            busy = cancelling = awaited = false
             if (!success && !wanted) return viewer.fail(message)
-            if (success && !awaited) return
-            awaited = false
+            if (success && !told) return
             // The frames before the cursor fill it by themselves.
             var lacking = success && !viewer.timeline.playing && (!viewer.playByFrame || viewer.timeline.frame + 1 < actualFrames)
             viewer.tell(lacking ? message + "; press play to fill it" : message)

@@ -56,6 +56,7 @@ ApplicationWindow {
     ManualSheet { id: manual }
     Shortcuts { id: shortcuts }
     FrameExport { id: frameExport }
+    Binding { target: viewer; property: "savesFrames"; value: frameExport.running }
 
     function applyTheme() {
         app.setDark(theme.dark)
@@ -113,9 +114,9 @@ ApplicationWindow {
     function select(matrix) {
         if (!buffer) return
         selection = matrix
-        selecting = true
         bufferCalls.set(buffer, "selectionMatrix", matrix)
-        bufferCalls.set(buffer, "selectEnabled", true)
+        if (!selecting) bufferCalls.set(buffer, "selectEnabled", true)
+        selecting = true
     }
     function clearSelection() {
         if (selecting) bufferCalls.set(buffer, "selectEnabled", false)
@@ -124,12 +125,22 @@ ApplicationWindow {
     // The buffer writes in the background. Without columns it goes by the suffix.
     readonly property var pointExport: buffer && buffer.pointExport || null
     property url exportTarget
+    property var exportDue: null  // begins when what was asked of the points before is done
     function startExport(url, columns) {
+        if (!buffer) return
+        if (exportDue || (pointExport && pointExport.running)) return viewer.fail("Wait until the export under way has ended.")
         exportTarget = url
-        if (!buffer.startExport(files.path(exportTarget), columns)) viewer.fail("Wait until the export under way has ended.")
+        exportDue = columns
+        startDueExport()
     }
+    function startDueExport() {
+        if (!exportDue || bufferCalls.running) return
+        var columns = exportDue
+        exportDue = null
+        buffer.startExport(files.path(exportTarget), columns)
+    }
+    Connections { target: bufferCalls; function onRunningChanged() { window.startDueExport() } }
     function exportFrame(url) { startExport(/\.csv$/i.test(url) ? url + ".pcd" : url, []) }
-    function exportTable(url) { startExport(url, buffer.spreadSheetModel.columnNames) }
     Connections {
         target: window.pointExport
         ignoreUnknownSignals: true
@@ -145,7 +156,7 @@ ApplicationWindow {
         syncTable()
     }
 
-    onBufferChanged: { selecting = false; frameExport.forget(); if (tableShown) syncTable() }
+    onBufferChanged: { selecting = false; exportDue = null; frameExport.forget(); if (tableShown) syncTable() }
     Component.onCompleted: {
         viewer.pointSize = prefs.value("pointSize", 2.0)
         viewer.gridVisible = prefs.value("grid", true)

@@ -31,10 +31,12 @@ StackFill::StackFill(CaptureSession &session, std::function<bool()> isHeld)
 
 void StackFill::takeUpSource() {
   stop();
+  m_owed = false;
   m_shown = -1;
   QObject *const buffer = m_session.view().buffer();
-  if (buffer != nullptr && buffer->metaObject()->indexOfSignal("frameAllocationFinished(bool,int,QString)") >= 0)
-    connect(buffer, SIGNAL(frameAllocationFinished(bool, int, QString)), this, SLOT(noteAnswer(bool)));
+  if (buffer == nullptr || buffer->metaObject()->indexOfSignal("frameAllocationFinished(bool,int,QString)") < 0) return;
+  connect(buffer, SIGNAL(frameAllocationStarted()), this, SLOT(noteRequest()));
+  connect(buffer, SIGNAL(frameAllocationFinished(bool, int, QString)), this, SLOT(noteAnswer(bool)));
 }
 
 bool StackFill::isWanted() const {
@@ -44,24 +46,31 @@ bool StackFill::isWanted() const {
          !m_session.timeline().isPlaying() && buffer->property("frameNumber").toInt() > 1;
 }
 
+// Until the answer comes no frame enters the stack.
+void StackFill::noteRequest() {
+  m_owed = m_owed || isUnderWay();
+  breakOff();
+}
+
 void StackFill::noteAnswer(bool success) {
-  m_empty = success;
-  if (success && isWanted()) fillSoon();
+  m_empty = m_empty || success;
+  const bool fills = success || m_owed;
+  m_owed = false;
+  if (fills && isWanted()) fillSoon();
 }
 
 void StackFill::noteCursor() {
   const int frame = m_session.timeline().frame();
   // The next frame enters the stack by itself.
   const bool goesOn = m_shown >= 0 && (frame == m_shown || frame == m_shown + 1);
-  const bool filling = m_delay.isActive() || m_turn.isActive();
   m_shown = frame;
-  if (isWanted() && (!goesOn || filling)) fillSoon();
+  if (isWanted() && (!goesOn || isUnderWay())) fillSoon();
 }
 
 void StackFill::notePlaying() {
   stop();
   m_shown = m_session.timeline().frame();
-  m_empty = false;
+  m_empty = m_owed = false;
 }
 
 void StackFill::fillSoon() {
@@ -75,9 +84,17 @@ void StackFill::stop() {
   if (Pipeline *const pipeline = m_session.pipeline()) pipeline->setPlaying(m_session.timeline().isPlaying());
 }
 
+/// Stops where the pipeline may stand at another frame than the timeline.
+void StackFill::breakOff() {
+  const bool isAstray = m_turn.isActive() && !m_begins;
+  stop();
+  Pipeline *const pipeline = m_session.pipeline();
+  if (isAstray && pipeline != nullptr) pipeline->show(m_session.timeline().cursor());
+}
+
 void StackFill::turn() {
   Pipeline *const pipeline = m_session.pipeline();
-  if (!isWanted()) return stop();
+  if (!isWanted()) return breakOff();
   if (pipeline->isBusy() || m_isHeld()) return;
   const int frame = m_session.timeline().frame();
   // At the very first frame no group comes in, at the second one the same that belongs there.

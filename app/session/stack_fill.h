@@ -20,6 +20,7 @@ class StackFill : public QObject {
   StackFill(CaptureSession &session, std::function<bool()> isHeld);
 
  private Q_SLOTS:
+  void noteRequest();
   void noteAnswer(bool success);
 
  private:
@@ -28,7 +29,9 @@ class StackFill : public QObject {
   void notePlaying();
   bool isWanted() const;
   void fillSoon();
+  bool isUnderWay() const { return m_delay.isActive() || m_turn.isActive(); }
   void stop();
+  void breakOff();
   void turn();
   bool begin(int frame);
 
@@ -41,6 +44,7 @@ class StackFill : public QObject {
   int m_groupFrames = 1;
   int m_runsAtEnd = 0;  ///< to catch up
   bool m_begins = false;
+  bool m_owed = false;   ///< broken off by a request for another depth
   bool m_empty = false;  ///< nothing has entered the stack since it was granted
 };
 

@@ -43,21 +43,32 @@ void invoke(QObject &object, const QByteArray &name, QVariantList values) {
 /// The value of a write that waits for its turn.
 class BufferCalls::Write {
  public:
-  explicit Write(QVariant value) : m_value(std::move(value)) {}
+  Write(QObject *object, QByteArray property, QVariant value)
+      : m_object(object), m_property(std::move(property)), m_value(std::move(value)) {}
 
+  bool isOf(const QObject *object, const QByteArray &property) const {
+    return m_object == object && m_property == property;
+  }
   /// False once it was taken.
   bool replace(const QVariant &value) {
     const std::lock_guard lock(m_mutex);
     if (!m_taken) m_value = value;
     return !m_taken;
   }
+  void perform() {
+    if (!m_object->setProperty(m_property.constData(), take()))
+      qWarning("%s takes no such %s", m_object->metaObject()->className(), m_property.constData());
+  }
+
+ private:
   QVariant take() {
     const std::lock_guard lock(m_mutex);
     m_taken = true;
     return m_value;
   }
 
- private:
+  QObject *const m_object;
+  const QByteArray m_property;
   std::mutex m_mutex;  ///< guards the two below
   QVariant m_value;
   bool m_taken = false;
@@ -69,14 +80,9 @@ void BufferCalls::set(QObject *object, const QString &property, const QVariant &
   if (object == nullptr || !m_taken) return;
   const QByteArray name = property.toLatin1();
   // Ahead of what was asked since, a newer value might be refused.
-  if (!m_writes.contains({object, name})) m_writes.clear();
-  std::shared_ptr<Write> &write = m_writes[{object, name}];
-  if (write && write->replace(value)) return;
-  write = std::make_shared<Write>(value);
-  enqueue([object, name, write] {
-    if (!object->setProperty(name.constData(), write->take()))
-      qWarning("%s takes no such %s", object->metaObject()->className(), name.constData());
-  });
+  if (m_write && m_write->isOf(object, name) && m_write->replace(value)) return;
+  m_write = std::make_shared<Write>(object, name, value);
+  enqueue([write = m_write] { write->perform(); });
 }
 
 void BufferCalls::call(QObject *object, const QString &method, const QVariantList &arguments) {
@@ -85,7 +91,7 @@ void BufferCalls::call(QObject *object, const QString &method, const QVariantLis
 }
 
 void BufferCalls::run(std::function<void()> call) {
-  m_writes.clear();
+  m_write.reset();
   enqueue(std::move(call));
 }
 
@@ -106,7 +112,7 @@ void BufferCalls::enqueue(std::function<void()> call) {
 void BufferCalls::drop() {
   m_taken = false;
   ++m_drops;
-  m_writes.clear();
+  m_write.reset();
 }
 
 }  // namespace tarvo::skarnvisor::app

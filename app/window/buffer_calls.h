@@ -1,9 +1,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QObject>
-#include <QPair>
 #include <QVariant>
 #include <atomic>
 #include <functional>
@@ -26,7 +24,8 @@ class BufferCalls : public QObject {
 
   bool isRunning() const { return m_outstanding > 0; }
 
-  /// Writes a property. A value that still waits gives way to a newer one, unless something was called in between.
+  /// Writes a property. A value that still waits gives way to a newer one, unless something else was asked for in
+  /// between.
   Q_INVOKABLE void set(QObject *object, const QString &property, const QVariant &value);
   /// Calls the invokable of that name that takes so many arguments.
   Q_INVOKABLE void call(QObject *object, const QString &method, const QVariantList &arguments = {});
@@ -45,7 +44,7 @@ class BufferCalls : public QObject {
   void enqueue(std::function<void()> call);
 
   BackgroundCalls &m_background;
-  QHash<QPair<QObject *, QByteArray>, std::shared_ptr<Write>> m_writes;  ///< those that a newer value may still join
+  std::shared_ptr<Write> m_write;  ///< the one asked for last: a newer value may still join it
   int m_outstanding = 0;
   bool m_taken = false;
   std::atomic<int> m_drops{0};

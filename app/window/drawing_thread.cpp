@@ -2,6 +2,7 @@
 
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
+#include <QThreadPool>
 #include <chrono>
 #include <utility>
 
@@ -32,12 +33,14 @@ std::unique_ptr<DrawingThread> DrawingThread::begin(QOpenGLContext &sceneGraph) 
 DrawingThread::~DrawingThread() { stop(); }
 
 void DrawingThread::order(PictureOrder order) {
+  std::optional<PictureOrder> replaced(std::move(order));
   {
     const std::lock_guard lock(m_mutex);
-    if (m_waiting) m_replaced.push_back(std::move(*m_waiting));
-    m_waiting = std::move(order);
+    m_waiting.swap(replaced);
   }
   m_changed.notify_all();
+  // The system takes back large blocks slowly, and the drawing may take longer than further orders need to come.
+  if (replaced) QThreadPool::globalInstance()->start(QRunnable::create([order = std::move(*replaced)] {}));
 }
 
 std::optional<DrawingThread::Texture> DrawingThread::take() {
@@ -120,10 +123,8 @@ void DrawingThread::drawOrders() {
 }
 
 std::optional<PictureOrder> DrawingThread::nextOrder() {
-  std::vector<PictureOrder> replaced;
   std::unique_lock lock(m_mutex);
   m_changed.wait(lock, [this] { return m_waiting || m_stopped; });
-  replaced.swap(m_replaced);
   if (m_stopped) return std::nullopt;
   return std::exchange(m_waiting, std::nullopt);
 }

@@ -8,7 +8,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 #include "app/window/canvas_scene.h"
 
@@ -70,7 +69,6 @@ class DrawingThread : public QThread {
   mutable std::mutex m_mutex;  ///< guards the members down to `m_stopped`
   std::condition_variable m_changed;
   std::optional<PictureOrder> m_waiting;
-  std::vector<PictureOrder> m_replaced;  ///< for this thread to let go of: the system takes back large blocks slowly
   DrawnPicture m_drawn;
   /// By role; the drawing thread alone uses the first without the mutex.
   enum Role { Drawing, Finished, Shown };

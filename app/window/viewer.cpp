@@ -120,10 +120,10 @@ void Viewer::takeUpCapture() {
 }
 
 void Viewer::drop() {
-  m_jobs.stop();
-  m_tableRows.stop();
   ++m_sourcesClosed;
   m_bufferCalls.drop();
+  m_jobs.stop();
+  m_tableRows.stop();
   m_background.finish();
   m_reading = m_frameDue = m_allDue = m_refilterWaits = m_overlayWaits = false;
   m_feed.clear();

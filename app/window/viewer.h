@@ -74,6 +74,8 @@ class Viewer : public QObject {
   Q_PROPERTY(bool gridVisible READ isGridVisible WRITE setGridVisible NOTIFY lookChanged)
   Q_PROPERTY(bool splitView READ isSplitView WRITE setSplitView NOTIFY lookChanged)
   Q_PROPERTY(bool playByFrame READ isPlayByFrame WRITE setPlayByFrame NOTIFY playByFrameChanged)
+  /// Each frame that the pipeline runs is written to a file: it runs none but those that are played or gone to.
+  Q_PROPERTY(bool savesFrames MEMBER m_savesFrames)
   /// Counts the camera pictures; 0 while there is none to show. Part of the picture's address.
   Q_PROPERTY(int overlaySerial READ overlaySerial NOTIFY overlayChanged)
 
@@ -127,6 +129,8 @@ class Viewer : public QObject {
   QString source() const { return m_session.pipeline() ? m_session.pipeline()->title() : QString(); }
   QString lidarType() const { return m_session.lidarType(); }
   bool isReady() const { return m_session.pipeline() != nullptr; }
+  /// The pipeline works on a frame.
+  bool isBusy() const { return m_session.pipeline() && m_session.pipeline()->isBusy(); }
   bool isLive() const { return m_session.pipeline() && m_session.pipeline()->isLive(); }
   bool isOpening() const { return m_session.host().isOpening(); }
   QString error() const { return m_error; }
@@ -236,6 +240,7 @@ class Viewer : public QObject {
   QImage m_overlay;
   int m_overlaySerial = 0;
   bool m_playByFrame = true;
+  bool m_savesFrames = false;
   bool m_measured = false;  ///< the extent belongs to the open capture
   bool m_found = false;     ///< the eye has been placed
   QTimer m_healthTimer;
@@ -247,7 +252,7 @@ class Viewer : public QObject {
   Jobs m_jobs;
   TableRows m_tableRows;
   CaptureSession m_session;
-  StackFill m_stackFill{m_session, [this] { return m_background.isBusy(); }};
+  StackFill m_stackFill{m_session, [this] { return m_savesFrames || m_background.isBusy(); }};
 };
 
 }  // namespace tarvo::skarnvisor::app

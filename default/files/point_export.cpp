@@ -16,8 +16,10 @@ PointExport::PointExport(QObject *parent) : QObject(parent) {
   connect(&m_tick, &QTimer::timeout, this, &PointExport::progressChanged);
 }
 
-PointExport::~PointExport() {
-  m_progress->cancelled = true;
+PointExport::~PointExport() { stop(); }
+
+void PointExport::stop() {
+  cancel();
   if (m_thread.joinable()) m_thread.join();
 }
 

@@ -33,6 +33,8 @@ class PointExport : public QObject {
   bool start(Work work);
   /// `finished` follows soon, with no file written; nothing without a writing under way.
   Q_INVOKABLE void cancel();
+  /// Cancels, and returns when the thread has let go of what it reads. `finished` follows.
+  void stop();
 
  Q_SIGNALS:
   void runningChanged();

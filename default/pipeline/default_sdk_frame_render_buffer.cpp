@@ -127,6 +127,7 @@ void DefaultSDKFrameRenderBuffer::installHooks() {
 QString DefaultSDKFrameRenderBuffer::renderSource() const { return QStringLiteral("SDK.qml"); }
 
 void DefaultSDKFrameRenderBuffer::prepareForQmlRemoval() {
+  m_pointExport->stop();     // it may parse
   m_stackAllocation.wait();  // it uses the source
   {
     const std::lock_guard lock(m_picture.frameMutex);

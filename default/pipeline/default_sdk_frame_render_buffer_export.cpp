@@ -75,11 +75,11 @@ bool DefaultSDKFrameRenderBuffer::startExport(QString filePath, QStringList titl
   if (filePath.isEmpty()) return false;
   if (!titles.isEmpty() || filePath.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive))
     return m_pointExport->start([this, filePath, titles](WriteProgress &progress) {
-      storeShownPoints();
+      if (!progress.cancelled) storeShownPoints();
       return m_spreadSheetModel->writeTable(filePath, titles, progress);
     });
   return m_pointExport->start([this, filePath](WriteProgress &progress) {
-    storeShownPoints();
+    if (!progress.cancelled) storeShownPoints();
     const WriteOutcome outcome = writePicture(filePath, {.points = wholeFramePoints}, progress);
     tell(filePath, outcome);
     return outcome;

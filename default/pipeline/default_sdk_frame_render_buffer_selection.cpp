@@ -154,7 +154,7 @@ void DefaultSDKFrameRenderBuffer::refreshSelection() {
     const SelectionPass pass(passSettings(), MarkTest{m_colors.rgbType}, listsAll);
     const std::size_t count = listPointsLocked(pass);
     sortRows(global_executor(), std::span(m_picture.workRows).first(count), order.order, order.keys, order.before);
-    m_picture.publishRowsLocked(count);
+    m_picture.publishRowsLocked(count, !m_ring.active());
   }
   announce(&DefaultSDKFrameRenderBuffer::allSignalReceived);
   // The parser and the user may both have refreshed the rows: the newest count stands.

@@ -41,10 +41,11 @@ void FramePicture::fitRowsLocked(std::size_t points) {
   workRows = ZeroedVector<std::uint32_t>(size);
 }
 
-void FramePicture::publishRowsLocked(std::size_t listed) {
+void FramePicture::publishRowsLocked(std::size_t listed, bool keepsWork) {
   const std::lock_guard places(placesMutex);
   spreadSheetRows.swap(workRows);
   listedRows = static_cast<int>(listed);
+  if (!keepsWork) workRows = ZeroedVector<std::uint32_t>();
 }
 
 void FramePicture::fitWork(const CanvasRing &ring, std::size_t pointNum) {

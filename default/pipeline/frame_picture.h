@@ -109,7 +109,8 @@ struct FramePicture {
   std::shared_ptr<void> dropStackLocked();
   /// Sizes `workRows` for `points` rows, and puts them in the place of the table's. Caller holds frameMutex.
   void fitRowsLocked(std::size_t points);
-  void publishRowsLocked(std::size_t listed);
+  /// Those of the next listing are given back unless kept: in a deep stack they are as many as its points.
+  void publishRowsLocked(std::size_t listed, bool keepsWork);
 
   QByteArray vertexBytes() const;
   QByteArray canvasBytes(const CanvasRing &ring, int index) const;

@@ -57,16 +57,16 @@ void DefaultPcdFrameRenderBuffer::finishFrame() {
 }
 
 void DefaultPcdFrameRenderBuffer::refreshSelection() {
-  const bool selecting = m_settings.selectEnabled;
   const bool allDisplayed = m_spreadSheetModel->allDisplayed();
+  const RowOrder order = m_spreadSheetModel->rowOrder();
+
+  const std::lock_guard lock(m_store.frameMutex);
+  // As set now: who waited here must not lay an older selection over the picture.
+  const bool selecting = m_settings.selectEnabled;
   const bool listsUnselected = allDisplayed || (!selecting && m_settings.detailExportType >= 1);
   const Frustum frustum = frustumOf(*m_settings.selectionMatrix.take());
   const auto colors = m_colors.take();
   const int attribute = PcdColors::attributeOf(colors->mode);
-
-  const RowOrder order = m_spreadSheetModel->rowOrder();
-
-  const std::lock_guard lock(m_store.frameMutex);
   const std::size_t count = m_store.usableLocked();
   std::size_t listed = 0;
   for (std::size_t i = 0; i < count; ++i) {

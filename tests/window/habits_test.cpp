@@ -227,7 +227,8 @@ TEST_F(WindowHabits, ASelectionIsCutTurnedRoundAndTakenBackAlsoOnAStackAndWhileP
     EXPECT_TRUE(eventually([&] { return viewer().pointsShown() > 0.97 * all; })) << viewer().pointsShown();
 
     timeline().setPlaying(false);
-    ASSERT_TRUE(eventually([this] { return !QSignalSpy(&viewer(), &app::Viewer::pictureChanged).wait(500); }));
+    ASSERT_TRUE(eventually([this] { return !viewer().isBusy(); }));
+    ASSERT_TRUE(settled() && settled());  // what the last run announced, and what was read upon it
     const int still = viewer().pointsShown();
     const int cut = viewer().pointsSelected();
     ASSERT_NO_FATAL_FAILURE(click("areaCut"));

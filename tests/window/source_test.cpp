@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QThreadPool>
 #include <atomic>
+#include <future>
 
 #include "app/window/named_files.h"
 #include "contracts/host/clip_buffer.h"
@@ -137,13 +138,18 @@ TEST_F(WindowSources, ACancelledCutAndACancelledStackLeaveThingsAsTheyWere) {
   ASSERT_TRUE(old.open(QIODevice::WriteOnly));
   old.write("old");
   old.close();
-  // With no thread free the cut cannot be over before it is cancelled.
+  // With no thread free neither can be over before it is cancelled.
   QThreadPool &pool = *QThreadPool::globalInstance();
-  const int threads = pool.maxThreadCount();
-  for (int i = 0; i < threads; ++i) pool.reserveThread();
+  std::promise<void> freed;
+  const auto holdPool = [&] {
+    freed = {};
+    const std::shared_future<void> held(freed.get_future());
+    for (int i = 0; i < pool.maxThreadCount(); ++i) pool.start(QRunnable::create([held] { held.wait(); }));
+  };
+  holdPool();
   viewer().jobs().cut(viewer().clip(), QUrl::fromLocalFile(QFileInfo(old).absoluteFilePath()), 0, lastFrame());
   viewer().jobs().cancel();
-  for (int i = 0; i < threads; ++i) pool.releaseThread();
+  freed.set_value();
   ASSERT_TRUE(eventually([this] { return !viewer().jobs().isRunning(); }));
   EXPECT_EQ(viewer().notice(), "The cut was cancelled");
   ASSERT_TRUE(old.open(QIODevice::ReadOnly));
@@ -151,10 +157,12 @@ TEST_F(WindowSources, ACancelledCutAndACancelledStackLeaveThingsAsTheyWere) {
 
   ASSERT_NO_FATAL_FAILURE(type("stackDepth", "20"));
   ASSERT_TRUE(eventually([this] { return viewer().buffer()->property("frameNumber").toInt() == 20; }));
-  // In one turn of the event loop: the memory may be there before a key's events are through.
   auto *const editor = root("stackEditor").value<QObject *>();
+  holdPool();
   QMetaObject::invokeMethod(editor, "ask", Q_ARG(QVariant, 25));
+  EXPECT_TRUE(eventually([&] { return editor->property("busy").toBool(); }));
   QMetaObject::invokeMethod(editor, "cancel");
+  freed.set_value();
   EXPECT_TRUE(eventually([this] { return viewer().notice() == "Cancelled: still 20 frames"; }));
   EXPECT_EQ(viewer().error(), QString()) << "what was wished is no error";
   EXPECT_TRUE(eventually([this] { return textOf("stackDepth") == "20"; }));

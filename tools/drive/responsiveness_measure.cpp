@@ -82,7 +82,7 @@ class Responsiveness : public WindowTest {
                               Q_ARG(int, stackFrames));
     ASSERT_TRUE(accepted);
     ASSERT_TRUE(eventually([this] { return viewer().scene().canvases.size() == 30; }));
-    // A stack fills as it is played.
+    // Played, it fills with frames of its own pace.
     timeline().setLoop(true);
     timeline().setPlaying(true);
     ASSERT_TRUE(eventually([&] {

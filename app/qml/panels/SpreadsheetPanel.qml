@@ -21,6 +21,7 @@ Rectangle {
     onPointsChanged: {
         if (points !== null && points === headsOf) return
         headsOf = points
+        sought = null
         table.currentRow = -1
         readHeads()
     }
@@ -106,7 +107,7 @@ Rectangle {
                     tip: "Save the table as CSV"
                     visible: panel.points !== null && typeof panel.points.exportPointsInformation === "function"
                     enabled: panel.rowCount > 0 && !jobs.running
-                    onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, window.exportTable)
+                    onClicked: chooser.ask("Export the points", ["CSV files (*.csv)"], true, function (url) { window.startExport(url, panel.names) })
                 }
                 Note { width: Math.min(implicitWidth, parent.width); height: Math.max(28, implicitHeight); verticalAlignment: Text.AlignVCenter; visible: text.length > 0; text: tableRows.listing ? "Listing\u2026" : panel.points !== null && panel.rowCount === 0 ? "Select points with S, or list all that are shown" : "" }
             }

@@ -14,10 +14,17 @@ TextField {
     }
     function parse(text) { return Number(text) }
     function restore() { text = Qt.binding(function () { return format(number) }) }
+    // What was entered may have to wait for a pass over the points, and stands there meanwhile.
+    property string awaited
+    function endWait() {
+        awaited = ""
+        if (!activeFocus) restore()
+    }
+    Connections { target: bufferCalls; enabled: field.awaited.length > 0; function onRunningChanged() { if (!bufferCalls.running) field.endWait() } }
     // What is typed belongs to the source that is open: it is dropped when another one opens. The field may lose the
     // keyboard to that before this has followed.
     property var source: viewer.buffer
-    onSourceChanged: restore()
+    onSourceChanged: { awaited = ""; restore() }
     text: format(number)
     selectByMouse: true
     opacity: enabled ? 1 : 0.45
@@ -31,12 +38,17 @@ TextField {
     Accessible.name: label
     onEditingFinished: {
         var value = parse(text)
-        var typed = source === viewer.buffer && text.length > 0 && text !== format(number) && value !== number
+        var typed = source === viewer.buffer && text.length > 0 && text !== format(number) && value !== number && text !== awaited
+        var entry = text
         restore()  // first: what hears of the number may take the keyboard away, which ends the editing once more
-        if (typed && !isNaN(value)) entered(value)
+        if (!typed || isNaN(value)) return
+        entered(value)
+        if (!bufferCalls.running || value === number) return
+        awaited = entry
+        text = entry
     }
     // Entered: the keys are the window's again.
     onAccepted: focusHome.forceActiveFocus()
     Keys.onEscapePressed: { restore(); focusHome.forceActiveFocus() }
-    onActiveFocusChanged: if (activeFocus) selectAll(); else restore()
+    onActiveFocusChanged: if (activeFocus) selectAll(); else if (awaited.length > 0) text = awaited; else restore()
 }

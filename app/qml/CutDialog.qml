@@ -36,7 +36,7 @@ Dialog {
     Connections { target: viewer; function onCaptureChanged() { dialog.close() } }
     onAccepted: {
         var a = first, b = end
-        chooser.ask("Save the cut", ["pcap files (*.pcap)"], true, function (url) { jobs.cut(viewer.clip, url, a, b) })
+        chooser.ask("Save the cut", ["pcap files (*.pcap)"], true, function (url) { jobs.cut(viewer.clip, url, a, b) }, chooser.sourceName() + "-" + a + "-" + b)
     }
     GridLayout {
         width: parent.width

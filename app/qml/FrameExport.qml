@@ -14,7 +14,8 @@ Item {
         target = track
         bufferCalls.call(target, "setDetailExport", [true, type, url])
         running = true
-        viewer.tell("Each frame that is played is saved; press play")
+        viewer.showAgain()  // the one that is shown is the first
+        viewer.tell("This frame and each that is played is saved; press play")
     }
     function end() {
         if (running && target) bufferCalls.call(target, "setDetailExport", [false, 0, ""])

@@ -49,7 +49,7 @@ Rectangle {
             objectName: "statusLabel"
             Layout.fillWidth: true
             text: line.failed ? viewer.error
-                : viewer.opening ? "Opening \u2026"
+                : viewer.opening ? viewer.openingText
                 : notice.fresh ? viewer.notice
                 : line.toolHint.length > 0 ? line.toolHint
                 : viewer.ready ? line.sourceText : "Open a capture with Ctrl+O, or press ? for the keys"

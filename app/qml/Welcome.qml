@@ -7,7 +7,7 @@ Column {
     spacing: 12
     Label {
         anchors.horizontalCenter: parent.horizontalCenter
-        text: viewer.opening ? "Opening \u2026" : "Open a capture, or drop one here"
+        text: viewer.opening ? viewer.openingText : "Open a capture, or drop one here"
         font.pixelSize: 18
         color: theme.label
     }

@@ -1,9 +1,12 @@
 #include "app/window/file_calls.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QJSEngine>
+#include <QLineEdit>
 #include <QStandardPaths>
 #include <QStorageInfo>
 
@@ -69,6 +72,16 @@ void FileCalls::call(QObject *object, const QString &method, const QUrl &file, c
 void FileCalls::answer(int call, const QVariantMap &result) {
   const QJSValue answered = m_then.take(call).call({qjsEngine(this)->toScriptValue(result)});
   if (answered.isError()) qWarning("%s", qPrintable(answered.toString()));
+}
+
+void FileCalls::suggestName(const QString &name) {
+  for (const QWidget *widget : QApplication::topLevelWidgets()) {
+    if (!widget->isVisible() || qobject_cast<const QFileDialog *>(widget) == nullptr) continue;
+    if (auto *const edit = widget->findChild<QLineEdit *>()) {
+      edit->setText(name);
+      edit->selectAll();
+    }
+  }
 }
 
 QString FileCalls::writeFault(const QUrl &file) {

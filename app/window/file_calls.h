@@ -24,6 +24,8 @@ class FileCalls : public QObject {
   Q_INVOKABLE void call(QObject *object, const QString &method, const QUrl &file, const QJSValue &then);
 
   /// Path of a local file; empty for another address.
+  /// Puts a name into the file dialog that is open; an empty one takes out what its last use left.
+  Q_INVOKABLE static void suggestName(const QString &name);
   Q_INVOKABLE static QString path(const QUrl &file) { return file.toLocalFile(); }
 
   /// What stands against writing this file, or files into this folder, and what to do about it: a clause without a full

@@ -60,6 +60,7 @@ void Viewer::start(const QString &pluginPath) {
 }
 
 void Viewer::tellWhatElseToOpen(const QString &fault) {
+  if (std::exchange(m_cancelsOpening, false)) return tell(QStringLiteral("The opening was cancelled"));
   const QString clause = fault.endsWith(QLatin1Char('.')) ? fault.chopped(1) : fault;
   const QString way = namesLiveSource(m_requested)     ? QStringLiteral("; try again with Ctrl+L.")
                       : QFileInfo(m_requested).isDir() ? QStringLiteral("; open another folder with Ctrl+Shift+O.")
@@ -75,6 +76,7 @@ void Viewer::open(const QString &source) {
 
 void Viewer::openRequested() {
   setError({});
+  m_cancelsOpening = false;
   m_session.open(m_requested);
 }
 
@@ -85,17 +87,46 @@ void Viewer::showSensor(int index) {
 }
 
 void Viewer::close() {
-  m_session.host().cancelOpening();
+  cancelOpening();
   m_session.host().closeAll();
 }
 
-void Viewer::cancelOpening() { m_session.host().cancelOpening(); }
+void Viewer::cancelOpening() {
+  m_cancelsOpening = isOpening();
+  m_session.host().cancelOpening();
+  // One that has not begun goes without a word.
+  if (m_cancelsOpening && !isOpening()) tellWhatElseToOpen({});
+}
+
+QString Viewer::openingText() const {
+  return namesLiveSource(m_requested) ? QStringLiteral("Waiting for packets at %1 \u2026").arg(m_requested)
+                                      : QStringLiteral("Opening \u2026");
+}
+
+void Viewer::showAgain() {
+  m_bufferCalls.run([this, closed = m_sourcesClosed.load()] {
+    QMetaObject::invokeMethod(
+        this,
+        [this, closed] {
+          Pipeline *const pipeline = m_session.pipeline();
+          if (closed == m_sourcesClosed && pipeline != nullptr && !pipeline->isLive())
+            pipeline->show(m_session.timeline().cursor());
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+bool Viewer::isOpenSource(const QUrl &file) const {
+  const QString path = QFileInfo(file.toLocalFile()).canonicalFilePath();
+  return isReady() && !path.isEmpty() && path == m_openPath;
+}
 
 void Viewer::takeUpCapture() {
   setError({});
   m_measured = false;
   m_bufferCalls.takeUp();
   const QFileInfo file(m_requested);
+  m_openPath = file.canonicalFilePath();  // empty for a live source
   m_preferences.addRecent(file.exists() ? file.absoluteFilePath() : m_requested);
   m_session.view().setPlayByFrame(m_playByFrame);
   m_files = namedFiles(m_session.pipeline()->renderBuffer(), m_session.pipeline()->track());

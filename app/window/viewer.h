@@ -40,6 +40,7 @@ class Viewer : public QObject {
   Q_PROPERTY(bool ready READ isReady NOTIFY captureChanged)
   Q_PROPERTY(bool live READ isLive NOTIFY captureChanged)
   Q_PROPERTY(bool opening READ isOpening NOTIFY openingChanged)
+  Q_PROPERTY(QString openingText READ openingText NOTIFY openingChanged)
   /// Stays until it is cleared, or the next source opens.
   Q_PROPERTY(QString error READ error NOTIFY errorChanged)
   /// Tells of something done.
@@ -89,6 +90,10 @@ class Viewer : public QObject {
   Q_INVOKABLE void openUrl(const QUrl &url) { open(url.isLocalFile() ? url.toLocalFile() : url.toString()); }
   Q_INVOKABLE void close();
   Q_INVOKABLE void cancelOpening();
+  /// The frame at the cursor runs through the pipeline once more, behind what was asked of the buffer before.
+  Q_INVOKABLE void showAgain();
+  /// Whether that file is the open source: nothing may be written in its place.
+  Q_INVOKABLE bool isOpenSource(const QUrl &file) const;
   Q_INVOKABLE void clearError() { setError({}); }
   /// For something the user asked for: the next thing that is done takes the message away.
   Q_INVOKABLE void fail(const QString &error);
@@ -133,6 +138,7 @@ class Viewer : public QObject {
   bool isBusy() const { return m_session.pipeline() && m_session.pipeline()->isBusy(); }
   bool isLive() const { return m_session.pipeline() && m_session.pipeline()->isLive(); }
   bool isOpening() const { return m_session.host().isOpening(); }
+  QString openingText() const;
   QString error() const { return m_error; }
   QString notice() const { return m_notice; }
   QString statusText() const { return m_statusText; }
@@ -227,6 +233,7 @@ class Viewer : public QObject {
   ColorScale m_colors;
   ColorScale m_sideColors;
   QString m_requested;  ///< as the user named it
+  QString m_openPath;   ///< of the open source
   QString m_error;
   QString m_frameError;    ///< of the frame at the cursor
   QString m_passingError;  ///< of what was asked for last
@@ -241,6 +248,7 @@ class Viewer : public QObject {
   int m_overlaySerial = 0;
   bool m_playByFrame = true;
   bool m_savesFrames = false;
+  bool m_cancelsOpening = false;
   bool m_measured = false;  ///< the extent belongs to the open capture
   bool m_found = false;     ///< the eye has been placed
   QTimer m_healthTimer;

@@ -258,7 +258,7 @@ void HostCore::failCurrent(const QString &reason) {
   const bool named = because.startsWith(m_current->title + QLatin1Char(' '));
   const QString sentence =
       (named ? because : QStringLiteral("%1 cannot be opened: %2").arg(m_current->title, because)) + QLatin1Char('.');
-  SKARN_LOG(LogLevel::Error, "%s", qPrintable(sentence));
+  SKARN_LOG(m_current->cancelled ? LogLevel::Notice : LogLevel::Error, "%s", qPrintable(sentence));
   endCurrent();
   Q_EMIT openFailed(sentence);
 }

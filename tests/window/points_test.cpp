@@ -184,9 +184,10 @@ TEST_F(WindowPoints, ABandSelectsWhatItHoldsAndTheTableWritesItToAFile) {
   }
   if (table->metaObject()->indexOfMethod("exportPointsInformation(QString)") >= 0) {
     // Another suffix than the table's own leaves it a table.
+    const QString sourceName = QFileInfo(viewer().source()).completeBaseName();
     for (const QString name : {"Auswahl für später.csv", "Auswahl.txt"}) {
       ASSERT_NO_FATAL_FAILURE(click("exportTable"));
-      ASSERT_NO_FATAL_FAILURE(answerDialog(QDir::current().filePath(name)));
+      ASSERT_NO_FATAL_FAILURE(answerDialog(QDir::current().filePath(name), sourceName + ".csv"));
       ASSERT_TRUE(eventually([&] { return QFile::exists(name); })) << viewer().error().toStdString();
       QFile file(name);
       ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << viewer().error().toStdString();
@@ -305,6 +306,8 @@ TEST_F(WindowPoints, TheTableMayBeClosedAndOpenedWhileEachFrameIsExported) {
                               Q_ARG(QVariant, 1), Q_ARG(QVariant, QUrl::fromLocalFile(QDir::currentPath())));
     call("showTable", shownAtEnd);
     EXPECT_TRUE(settled() && tableFilled());
+    // The frame that is shown is the first.
+    EXPECT_TRUE(eventually([] { return !QDir().entryList({"points_info_*.csv"}).isEmpty(); }));
     viewer().setPlayByFrame(true);  // is no other capture, with which the panels begin anew
     EXPECT_TRUE(window()->property("exporting").toBool());
     QMetaObject::invokeMethod(window(), "endFrameExport");

@@ -168,6 +168,22 @@ TEST_F(WindowSources, ACancelledCutAndACancelledStackLeaveThingsAsTheyWere) {
   EXPECT_TRUE(eventually([this] { return textOf("stackDepth") == "20"; }));
 }
 
+TEST_F(WindowSources, TheOpenSourceIsKeptAndACancelledOpeningIsNoError) {
+  ASSERT_NO_FATAL_FAILURE(open());
+  const QString path = QFileInfo(viewer().source()).absoluteFilePath();
+  ASSERT_TRUE(QFile::exists(path)) << path.toStdString();
+  EXPECT_TRUE(viewer().isOpenSource(QUrl::fromLocalFile(QFileInfo(path).path() + "/./" + QFileInfo(path).fileName())));
+  EXPECT_FALSE(viewer().isOpenSource(QUrl::fromLocalFile(path + ".csv")));
+
+  viewer().open("udp://127.0.0.1:39871");
+  ASSERT_TRUE(eventually([this] { return viewer().isOpening(); }));
+  EXPECT_TRUE(viewer().openingText().contains("39871")) << viewer().openingText().toStdString();
+  viewer().cancelOpening();
+  ASSERT_TRUE(eventually([this] { return !viewer().isOpening(); }));
+  EXPECT_EQ(viewer().notice(), "The opening was cancelled");
+  EXPECT_EQ(viewer().error(), QString());
+}
+
 // What the plug-in calls its files must be what the program has.
 TEST_F(WindowSources, EachFileThatASourceNamesIsLoaded) {
   const auto named = [this] {

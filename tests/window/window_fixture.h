@@ -129,8 +129,8 @@ class WindowTest : public testing::Test {
     press(Qt::Key_Return);
   }
 
-  /// Pastes a path into the file dialog that the program has opened, and takes it.
-  void answerDialog(const QString &path) {
+  /// Pastes a path over the name that the file dialog of the program offers, and takes it.
+  void answerDialog(const QString &path, const QString &offered = {}) {
     QPointer<QFileDialog> dialog;
     ASSERT_TRUE(eventually([&] {
       for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -139,6 +139,7 @@ class WindowTest : public testing::Test {
       return dialog != nullptr;
     }));
     auto *name = dialog->findChild<QLineEdit *>();
+    EXPECT_TRUE(offered.isNull() || eventually([&] { return name->text() == offered; })) << name->text().toStdString();
     name->selectAll();
     QApplication::clipboard()->setText(path);
     QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);

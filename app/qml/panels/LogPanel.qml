@@ -101,7 +101,7 @@ Column {
         width: parent.width
         spacing: 6
         PushButton { text: "Copy"; width: 70; tip: "Copy these lines"; enabled: logView.count > 0; onClicked: { app.copyText(logView.text()); viewer.tell("Log copied") } }
-        PushButton { text: "Save\u2026"; width: 70; tip: "Save these lines as a file"; enabled: logView.count > 0; onClicked: chooser.ask("Save the log", ["Text files (*.txt)"], true, panel.save) }
+        PushButton { text: "Save\u2026"; width: 70; tip: "Save these lines as a file"; enabled: logView.count > 0; onClicked: chooser.ask("Save the log", ["Text files (*.txt)"], true, panel.save, "log") }
         PushButton { text: "Clear"; width: 70; tip: "Empty the list"; enabled: logModel.count > 0; onClicked: logModel.clear() }
     }
 }

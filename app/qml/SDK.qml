@@ -7,13 +7,13 @@ CloudLegends {
     Image {
         id: overlay
         objectName: "overlay"
-        visible: viewer.overlaySerial > 0
+        visible: viewer.overlaySerial > 0 && window.cameraShown
         anchors { left: parent.left; bottom: parent.bottom; margins: 14 }
         // Beside the legend.
         width: Math.min(parent.width * 0.3, 480, place.width > 0 ? place.x - 20 : parent.width)
         height: implicitWidth > 0 ? width * implicitHeight / implicitWidth : 0
         cache: false
-        source: viewer.overlaySerial > 0 ? "image://overlay/" + viewer.overlaySerial : ""
+        source: visible ? "image://overlay/" + viewer.overlaySerial : ""
         Rectangle { anchors.fill: parent; color: "transparent"; border.color: theme.line }
     }
 }

@@ -26,6 +26,7 @@ ApplicationWindow {
     }
 
     property bool legendShown: prefs.value("legend", true)
+    property bool cameraShown: prefs.value("camera", true)
     property bool statsShown: prefs.value("stats", false)
     property bool dockShown: prefs.value("dock", true)
     property bool tableShown: prefs.value("table", false)

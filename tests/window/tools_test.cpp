@@ -101,6 +101,10 @@ TEST_F(WindowTools, LevelsOfTheCameraBitsAndEchoesReachTheBuffer) {
   ASSERT_TRUE(eventually([this] { return item("rgbAutoScaleHighPercent")->isEnabled(); }));
   ASSERT_NO_FATAL_FAILURE(type("rgbAutoScaleHighPercent", "90"));
   EXPECT_TRUE(holds("rgbAutoScaleHighPercent", 90.0F));
+  for (const bool shown : {false, true}) {
+    ASSERT_NO_FATAL_FAILURE(click("cameraCheck"));
+    EXPECT_TRUE(eventually([&] { return (item("overlay") != nullptr) == shown; }));
+  }
   // What the buffer has no name for is complained of.
   ASSERT_NO_FATAL_FAILURE(type("bitMask", "ff"));
   ASSERT_NO_FATAL_FAILURE(click("echo-Any"));

@@ -23,6 +23,7 @@ Column {
         Check { objectName: "splitCheck"; text: "Two views"; tip: "Two views of one frame, each with a colour mode of its own"; checked: viewer.splitView; onToggled: viewer.splitView = checked }
         Check { text: "Rings and axes"; tip: "Circles around the lidar with their distance, and which way its axes point"; checked: viewer.gridVisible; onToggled: { viewer.gridVisible = checked; prefs.setValue("grid", checked) } }
         Check { text: "Legend"; tip: "The ramp with its values, on the canvas"; checked: window.legendShown; onToggled: { window.legendShown = checked; prefs.setValue("legend", checked) } }
+        Check { objectName: "cameraCheck"; visible: viewer.overlaySerial > 0; text: "Camera picture"; tip: "The camera's picture in the lower left corner"; checked: window.cameraShown; onToggled: { window.cameraShown = checked; prefs.setValue("camera", checked) } }
         Check { text: "Frame rate and points"; tip: "Pictures a second and the number of points, on the canvas"; checked: window.statsShown; onToggled: { window.statsShown = checked; prefs.setValue("stats", checked) } }
     }
     RowLayout {

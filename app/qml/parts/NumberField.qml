@@ -42,8 +42,9 @@ TextField {
         var entry = text
         restore()  // first: what hears of the number may take the keyboard away, which ends the editing once more
         if (!typed || isNaN(value)) return
+        var before = number
         entered(value)
-        if (!bufferCalls.running || value === number) return
+        if (!bufferCalls.running || number !== before) return
         awaited = entry
         text = entry
     }

@@ -11,12 +11,14 @@ class CaptureSession;
 /// Fills the frame stack of a capture while nothing plays: after a stack was granted, and after the cursor went
 /// elsewhere than to the next frame. The plug-in takes frames into a stack from the begin of playing on, so the
 /// pipeline is told for one run that it plays, and then run until the groups up to the cursor are in; the timeline
-/// stands still meanwhile. Playing, or another move of the cursor, begins anew. Lives on the GUI thread.
+/// stands still meanwhile. Playing ends it, another move of the cursor begins it anew; a request for another depth
+/// breaks it off, and if that comes to nothing it begins anew too. Lives on the GUI thread.
 class StackFill : public QObject {
   Q_OBJECT
 
  public:
-  /// `isHeld` tells whether others work on the stack: its turns wait for them.
+  /// `isHeld` tells whether its turns have to wait: for others who work on the stack, or since each frame that runs
+  /// would be saved.
   StackFill(CaptureSession &session, std::function<bool()> isHeld);
 
  private Q_SLOTS:
